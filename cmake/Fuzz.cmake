@@ -1,0 +1,18 @@
+# Each fuzz/NAME.cpp defines LLVMFuzzerTestOneInput. In the fuzz preset it becomes the fuzzer fuzz_NAME; everywhere else
+# the same source with a small main runs over every file of fuzz/corpus/NAME/ as a test.
+file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/fuzz/*.cpp)
+foreach(source IN LISTS sources)
+    cmake_path(GET source STEM name)
+    set(corpus ${CMAKE_SOURCE_DIR}/fuzz/corpus/${name})
+    if(BRISOLAN_FUZZ)
+        add_executable(fuzz_${name} ${source})
+        target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    elseif(BRISOLAN_TESTS)
+        add_executable(fuzz_${name} ${source} fuzz/support/replay.cpp)
+        add_test(NAME fuzz/${name} COMMAND fuzz_${name} ${corpus})
+        set_tests_properties(fuzz/${name} PROPERTIES LABELS fuzz TIMEOUT 300)
+    else()
+        continue()
+    endif()
+    target_link_libraries(fuzz_${name} PRIVATE brisolan_flags brisolan_parts)
+endforeach()
