@@ -1,0 +1,67 @@
+// core/sequence.h: the ordered list of events: how events come in, are found again after an edit, and go out.
+// Layer: core. Called by recording, reading, the clipboard, the mouse and the keyboard; every relinking is here.
+#pragma once
+
+#include <cstdint>
+
+#include "core/instance.h"
+
+// A new event with every value 0, not in any list; null when the host's memory limit is reached. [both]
+event* brisolan_newevent();
+
+// Gives back an event that is in no list and that no list names. [both]
+void brisolan_freeevent(event* e);
+
+// Adds one event `delta` milliseconds (below 0 counts as 0) after the last appended one, values stored as they are.
+// ordered 0: at the end, which must be where `current` stands, else "oops! lost my marbles" and nothing happens;
+// otherwise by time, before those of equal time. `current` becomes the new event, Dur's isset is cleared, a redraw is
+// scheduled. [scheduler]
+void brisolan_doappend(brisolan* x, std::int32_t delta, std::int32_t pitch, std::int32_t vel,
+                       std::int32_t dur, std::int32_t chan, std::int32_t track, std::int32_t x1,
+                       std::int32_t x2, std::int16_t ordered);
+
+// The same, and tells the new event; null when nothing was appended. [scheduler]
+event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::int32_t, NPARAMS>& values,
+                       bool ordered);
+
+// Puts a filled event in front of the first one whose time is not less. The sequence owns it from now on. `current` is
+// not moved. [both]
+void brisolan_link(brisolan* x, event* e);
+
+// Merges a chain of events, in the order in which each would have been linked one after the other by brisolan_link, into
+// the sequence with the same outcome, in steps that grow as n log n. `head` leads the chain through `next`. [both]
+void brisolan_linkchain(brisolan* x, event* head);
+
+// Takes every selected event out of the sequence and frees it. `current` and `firstsel`, where they named one, move to
+// the first event behind it that stays; held and pending nodes of freed events go. `nselected` stays. [main]
+void brisolan_removeselected(brisolan* x);
+
+// Puts the list back in time order after the selected events' Times were changed: unselected events keep their order,
+// selected ones theirs, and of equal times the unselected comes first. [main]
+void brisolan_resort(brisolan* x);
+
+// Times were changed in place: the next insert searches from the head. [both]
+void brisolan_timeschanged(brisolan* x);
+
+// Empties the sequence: events, cursor, selection anchor, held and pending notes; scroll positions 0. The events are
+// freed after they are out of reach. Nothing else is reset or redrawn. [scheduler]
+void brisolan_detachall(brisolan* x);
+
+// Clears the `isset` of one parameter, or of all eight when the index is -1; any other index does nothing. [scheduler]
+void brisolan_clearset(brisolan* x, int index);
+
+// All eight parameters: the current value becomes the default, `isset` 0. [scheduler]
+void brisolan_clearparamset(brisolan* x);
+
+// The first event whose pitch, vel and chan are these; null if none. Borrowed: valid until the next relinking.
+// [scheduler]
+event* brisolan_findnote(const brisolan* x, std::int32_t pitch, std::int32_t vel, std::int32_t chan);
+
+// The n-th event from 0; null if there is none. Borrowed as above. [scheduler]
+event* brisolan_eventat(const brisolan* x, std::int32_t n);
+
+// Whether the event is in the sequence: a walk. [scheduler]
+bool brisolan_contains(const brisolan* x, const event* e);
+
+// Raises the queued redraw with the given flags' cells set by the caller. Never draws. [both]
+void brisolan_redraw(brisolan* x);
