@@ -4,7 +4,7 @@
 //
 // What always holds between two calls:
 //   - times never fall along the list from `events`, as long as nobody edits a Time in place without re-sorting (a
-//     legend drag does) or appends behind a "delay";
+//     legend drag does) or appends behind a "delay"; `unordered` is 1 from then on;
 //   - `current` and `firstsel` are null or in the sequence; so is the event of every node in `held` and
 //     `follow_pending`, and `finger`;
 //   - `held` has at most two nodes; `held_tail` is its first node, or null when that node was taken out and another is
@@ -148,6 +148,8 @@ struct brisolan : host_object {
     cell<std::int32_t> finger_time{0}; // null: search from the head
     cell<std::uint32_t> relinked{
         0}; // counts unlinkings, re-sortings and clears: what remembers events must look again
+    cell<std::uint8_t> unordered{
+        0}; // 1 since times were changed in place or wrapped, until the list is empty again
 
     // View geometry. Main level.
     std::uint8_t show_sharps = 0;

@@ -91,6 +91,7 @@ event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::in
         brisolan_link(x, e);
     else
         insert_locked(x, last, e);
+    if (last && !ordered && e->time < last->time) x->unordered = std::uint8_t{1};
     x->current = e;
     x->redraw.redraw_events = std::uint8_t{1};
     x->redraw.changed = std::uint8_t{1};
@@ -137,6 +138,7 @@ void brisolan_removeselected(brisolan* x) {
             at = &e->next;
         }
     }
+    if (!x->events) x->unordered = std::uint8_t{0};
 }
 
 void brisolan_resort(brisolan* x) {
@@ -170,6 +172,7 @@ void brisolan_resort(brisolan* x) {
 
 void brisolan_timeschanged(brisolan* x) {
     x->finger = nullptr;
+    x->unordered = std::uint8_t{1};
 }
 
 void brisolan_detachall(brisolan* x) {
@@ -183,6 +186,7 @@ void brisolan_detachall(brisolan* x) {
         x->firstsel = nullptr;
         x->events = nullptr;
         x->nevents = 0;
+        x->unordered = std::uint8_t{0};
         brisolan_holdnothing(x);
         brisolan_forgetnotes(x, [](const event&) { return true; });
         order_changed_locked(x);

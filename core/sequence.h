@@ -40,7 +40,7 @@ void brisolan_removeselected(brisolan* x);
 // selected ones theirs, and of equal times the unselected comes first. [main]
 void brisolan_resort(brisolan* x);
 
-// Times were changed in place: the next insert searches from the head. [both]
+// Times were changed in place: the next insert searches from the head, and the list counts as unordered. [both]
 void brisolan_timeschanged(brisolan* x);
 
 // Empties the sequence: events, cursor, selection anchor, held and pending notes; scroll positions 0. The events are
