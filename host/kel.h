@@ -275,26 +275,34 @@ template <host_name Name, auto Handler> host_handler host_typed_private() {
 
 // What host_class_setup needs to know of an instance record and its constructor and destructor.
 struct host_lifecycle {
-    host_object* (*construct)(const atom* argv) = nullptr; // argv as checked against `words`
+    // Builds an object from atoms that the host has checked against `words`; for ARG_LIST from those that came.
+    host_object* (*construct)(std::int32_t argc, const atom* argv) = nullptr;
     void (*destroy)(host_object* x) = nullptr;
     std::array<arg_word, MAX_ARG_WORDS> words{}; // the constructor's arguments
     std::size_t size = 0;                        // of the instance record
 };
 
-// The lifecycle of a class: New is T* (*)(arguments…) as the words tell and returns the object to put into the patcher
-// (null refuses), Free is void (*)(T*) and leaves the record itself to the host.
+// The lifecycle of a class: New is T* (*)(arguments…) as the words tell, for ARG_LIST T* (*)(argc, argv), and returns the
+// object to put into the patcher (null refuses); Free is void (*)(T*) and leaves the record itself to the host.
 template <auto New, auto Free, arg_word... Words> constexpr host_lifecycle host_typed_lifecycle() {
     using T = typename host_detail::handler_traits<decltype(Free)>::instance;
     static_assert(std::is_trivially_destructible_v<T>, "the host gives the record's storage back as it is");
-    static_assert(std::is_invocable_r_v<T*, decltype(New), typename host_detail::argument<Words>::type...>,
-                  "the constructor's parameters do not fit its argument words");
     host_lifecycle l;
-    l.construct = []([[maybe_unused]] const atom* argv) -> host_object* {
-        return [&]<std::size_t... I>(std::index_sequence<I...>) {
-            return New(host_detail::argument<Words>::of(argv[I])...);
-        }
-        (std::make_index_sequence<sizeof...(Words)>{});
-    };
+    if constexpr (host_detail::is_list<Words...>) {
+        static_assert(std::is_invocable_r_v<T*, decltype(New), std::int32_t, const atom*>,
+                      "an ARG_LIST constructor takes count and atoms");
+        l.construct = [](std::int32_t argc, const atom* argv) -> host_object* { return New(argc, argv); };
+    } else {
+        static_assert(
+            std::is_invocable_r_v<T*, decltype(New), typename host_detail::argument<Words>::type...>,
+            "the constructor's parameters do not fit its argument words");
+        l.construct = [](std::int32_t, [[maybe_unused]] const atom* argv) -> host_object* {
+            return [&]<std::size_t... I>(std::index_sequence<I...>) {
+                return New(host_detail::argument<Words>::of(argv[I])...);
+            }
+            (std::make_index_sequence<sizeof...(Words)>{});
+        };
+    }
     l.destroy = [](host_object* x) { Free(static_cast<T*>(x)); };
     l.size = sizeof(T);
     std::size_t i = 0;

@@ -1,0 +1,36 @@
+// host/kernel/objects.h: outlets and the cords between objects.
+// Layer: kernel. Called by patchers, platforms and the script runner.
+#pragma once
+
+#include <span>
+
+#include "host/kel.h"
+
+// How many outlets an object has, and the k-th from the left, 0 the leftmost; null if none. [both]
+int kel_outlets(const host_object* x);
+host_outlet* kel_outlet(const host_object* x, int k);
+
+// Connects an outlet to an object's inlet, behind the cords it has; a cord that is there already is not doubled. Takes a
+// cord away. False when there is no such outlet, or no such cord. [main]
+bool kel_connect(host_object* from, int outlet, host_object* to, int inlet);
+bool kel_disconnect(host_object* from, int outlet, host_object* to, int inlet);
+
+// Calls `visit(outlet, to, inlet)` for every cord that leaves the object, outlet by outlet. [main]
+template <class F> void kel_each_cord(const host_object* from, F visit);
+
+// Is told of every value that leaves an outlet, before its cords are; one for each outlet, null ends it. Called at the
+// level at which the value leaves. [main]
+using kel_watch = void (*)(void* context, int outlet, std::int32_t value);
+void kel_watch_outlet(host_object* x, int outlet, kel_watch watch, void* context);
+
+struct kel_cord {
+    host_object* to;
+    int inlet;
+};
+std::span<const kel_cord> kel_cords(const host_object* from, int outlet);
+
+template <class F> void kel_each_cord(const host_object* from, F visit) {
+    for (int k = 0; k < kel_outlets(from); ++k) {
+        for (const kel_cord& c : kel_cords(from, k)) visit(k, c.to, c.inlet);
+    }
+}

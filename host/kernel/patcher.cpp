@@ -1,0 +1,116 @@
+// host/kernel/patcher.cpp: the patcher record, and "#N", which makes objects from saved lines.
+// Layer: kernel.
+#include "host/kernel/patcher.h"
+
+#include <algorithm>
+
+#include "host/kernel/dispatch.h"
+#include "host/kernel/kernel.h"
+#include "host/kernel/patcher_start.h"
+
+struct host_patcher::contents {
+    std::vector<host_object*> objects;
+    bool changed = false;
+};
+
+namespace {
+
+host_patcher* building = nullptr;
+host_class* patcher_class = nullptr;
+host_class* maker_class = nullptr;
+
+// The receiver "#N": its message's selector is the class of the object to make.
+struct maker : host_object {};
+maker* the_maker = nullptr;
+
+void maker_anything(maker*, symbol* selector, std::int32_t argc, const atom* argv) {
+    kel_make(selector, {argv, static_cast<std::size_t>(argc)});
+}
+
+maker* maker_new() {
+    return host_object_new<maker>(maker_class);
+}
+void maker_free(maker*) {}
+
+host_patcher* patcher_new() {
+    host_patcher* p = host_object_new<host_patcher>(patcher_class);
+    p->inside = new host_patcher::contents;
+    return p;
+}
+
+void patcher_free(host_patcher* p) {
+    std::vector<host_object*>& objects = p->inside->objects;
+    while (!objects.empty()) {
+        host_object* x = objects.back();
+        objects.pop_back();
+        host_object_free(x);
+    }
+    if (building == p) kel_patcher_build(nullptr);
+    delete p->inside;
+}
+
+} // namespace
+
+void kel_patcher_start() {
+    patcher_class = host_class_setup("patcher", host_typed_lifecycle<patcher_new, patcher_free>());
+    maker_class = host_class_setup("#N", host_typed_lifecycle<maker_new, maker_free>());
+    kel_class_addanything(maker_class, host_typed<maker_anything, ARG_LIST>());
+    the_maker = maker_new();
+    host_symbol("#N")->thing = static_cast<host_object*>(the_maker);
+}
+
+void kel_patcher_end() {
+    kel_patcher_build(nullptr);
+    host_object_free(the_maker);
+    the_maker = nullptr;
+}
+
+host_patcher* kel_patcher_new() {
+    return patcher_new();
+}
+void kel_patcher_free(host_patcher* p) {
+    host_object_free(p);
+}
+
+void kel_patcher_build(host_patcher* p) {
+    building = p;
+    host_symbol("#P")->thing = p;
+}
+
+host_patcher* kel_patcher_building() {
+    return building;
+}
+
+host_object* kel_make(symbol* class_name, std::span<const atom> arguments) {
+    host_class* c = kel_class(class_name->name);
+    if (!c) {
+        host_error("host: no class named \"%s\"", class_name->name);
+        return nullptr;
+    }
+    host_object* x = kel_object_new(c, arguments);
+    if (!x || !building) return x;
+    std::vector<host_object*>& objects = building->inside->objects;
+    // A constructor may hand back an object that is there already.
+    if (std::find(objects.begin(), objects.end(), x) == objects.end()) objects.push_back(x);
+    return x;
+}
+
+void kel_patcher_remove(host_patcher* p, host_object* x) {
+    if (std::erase(p->inside->objects, x)) host_object_free(x);
+}
+
+const std::vector<host_object*>& kel_patcher_objects(const host_patcher* p) {
+    return p->inside->objects;
+}
+bool kel_patcher_changed(const host_patcher* p) {
+    return p->inside->changed;
+}
+void kel_patcher_setchanged(host_patcher* p, bool changed) {
+    p->inside->changed = changed;
+}
+
+void host_patcher_dirty(host_patcher* p) {
+    p->inside->changed = true;
+    const host_platform& platform = kel_platform();
+    if (platform.patcher_dirty) platform.patcher_dirty(platform.user, p);
+}

@@ -1,0 +1,47 @@
+// host/kernel/windows.h: editor windows as a platform drives them: presses, drags, keys, sizes, drawing.
+// Layer: kernel; host_window_… is the object's side of the same records.
+// Called by host/headless/ and host/desktop/.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/kel.h"
+
+// All windows there are, in the order of making. [main]
+const std::vector<host_window*>& kel_windows();
+
+const std::string& kel_window_title(const host_window* w);
+
+// The pointer's button goes down in a visible window: the object's "click". A hidden window gets nothing. What the click
+// returned. [main]
+int kel_window_click(host_window* w, Point where, int modifiers);
+
+// Whether a drag runs that host_window_drag began, and in which window. [main]
+host_window* kel_drag_window();
+
+// The pointer moves with the button down; the button goes up there, which ends the drag. Nothing without a drag. [main]
+void kel_drag_move(Point where);
+void kel_drag_release(Point where);
+
+// The pointer moves over the visible window with the button up; leaves it. [main]
+void kel_window_pointer(host_window* w, Point where, int modifiers);
+void kel_window_pointerout(host_window* w, Point where, int modifiers);
+
+// A key goes down while the visible window is in front. [main]
+void kel_window_key(host_window* w, int code);
+
+// A new size of the content, held to the window's least one: scroll bars move, the object's "wsize". [main]
+void kel_window_resize(host_window* w, int width, int height);
+
+// Draws the visible window anew, whole. [main]
+void kel_window_update(host_window* w);
+
+// Draws anew what is invalid in the visible windows; false when nothing was. [main]
+bool kel_windows_draw_invalid();
+
+// The scroll values were changed by the platform (a wheel): held to their ranges, bars set, content drawn. [main]
+void kel_window_scroll_to(host_window* w, int h, int v);
+
+// The point of the last press, which a number field is dragged from. [main]
+Point kel_last_press();
