@@ -85,32 +85,37 @@ constexpr OSErr nilHandleErr = -109;
 constexpr OSStatus noTypeErr = -102; // the scrap holds no such flavor
 
 // Modifier bits of an event or of a click.
-enum : int {
-    cmdKey = 0x0100,
-    shiftKey = 0x0200,
-    alphaLock = 0x0400,
-    optionKey = 0x0800,
-    controlKey = 0x1000
-};
+constexpr int cmdKey = 0x0100;
+constexpr int shiftKey = 0x0200;
+constexpr int alphaLock = 0x0400;
+constexpr int optionKey = 0x0800;
+constexpr int controlKey = 0x1000;
 
 // Text transfer modes (TextMode) and pen transfer modes (PenMode). Any other mode acts as the copy mode.
-enum : int { srcCopy = 0, srcOr = 1, srcXor = 2, srcBic = 3 };
-enum : int { patCopy = 8, patOr = 9, patXor = 10, patBic = 11 };
+constexpr int srcCopy = 0;
+constexpr int srcOr = 1;
+constexpr int srcXor = 2;
+constexpr int srcBic = 3;
+constexpr int patCopy = 8;
+constexpr int patOr = 9;
+constexpr int patXor = 10;
+constexpr int patBic = 11;
 // The darker of the drawn colour and the pixel, component by component; both for text and for the pen.
-enum : int { adMin = 39 };
+constexpr int adMin = 39;
 
 // Text faces, to be added together. Italic is kept but not drawn.
-enum : int { kFacePlain = 0, kFaceBold = 1, kFaceItalic = 2, kFaceUnderline = 4 };
+constexpr int kFacePlain = 0;
+constexpr int kFaceBold = 1;
+constexpr int kFaceItalic = 2;
+constexpr int kFaceUnderline = 4;
 
 // Control parts as FindControl and TrackControl give them; 0 is none.
-enum : int16_t {
-    kControlNoPart = 0,
-    kControlUpButtonPart = 20,
-    kControlDownButtonPart = 21,
-    kControlPageUpPart = 22,
-    kControlPageDownPart = 23,
-    kControlIndicatorPart = 129
-};
+constexpr int16_t kControlNoPart = 0;
+constexpr int16_t kControlUpButtonPart = 20;
+constexpr int16_t kControlDownButtonPart = 21;
+constexpr int16_t kControlPageUpPart = 22;
+constexpr int16_t kControlPageDownPart = 23;
+constexpr int16_t kControlIndicatorPart = 129;
 
 constexpr const char* kScrapClipboardScrap = "clipboard"; // the name of the system clipboard's scrap
 constexpr FlavorType kScrapFlavorTypeText = 0x54455854;   // 'TEXT'
@@ -203,7 +208,7 @@ void TextFont(int font); // [main]
 void TextFace(int face); // a sum of kFace values. [main]
 void TextSize(int size); // [main]
 void TextMode(int mode); // srcOr when a port is new. [main]
-// Advance of one character in the current face; 0 without a port. Bold is one pixel wider; underline is not. [main]
+// Advance of one character in the current face; 0 without a port. Bold is wider, but not for digits; underline is not. [main]
 int16_t CharWidth(int character);
 // Sum of the advances of a Pascal string. [main]
 int16_t StringWidth(ConstStringPtr string);

@@ -1,0 +1,28 @@
+// The rasteriser's lowest floor: fills a rectangle of the bitmap through clip, pattern and transfer mode.
+// Toolbox, internal: leans on host/toolbox.h. Nothing else in the toolbox writes pixels, but for the glyphs of text.cpp.
+// Called by the drawing verbs.
+#pragma once
+
+#include "host/toolbox.h"
+
+// What a fill leaves. In the copy mode set bits of the pattern give fore and clear ones back.
+struct raster_ink {
+    uint32_t fore = 0xFF000000u;
+    uint32_t back = 0xFFFFFFFFu;
+    int mode = patCopy;
+    bool solid = true; // the pattern is all set bits
+    Pattern pattern{{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}};
+};
+
+// Ink of one colour in the copy mode. [main]
+inline raster_ink raster_plain(uint32_t colour) {
+    raster_ink ink;
+    ink.fore = colour;
+    return ink;
+}
+
+// The colour that ink leaves where `was` was, for a set and for a clear bit of its pattern. [main]
+uint32_t raster_blend(const raster_ink& ink, bool set, uint32_t was);
+
+// Fills the pixels of r that the port's drawable region holds. The one routine that applies clip, pattern and mode. [main]
+void raster_rect(GrafPort& port, const Rect& r, const raster_ink& ink);
