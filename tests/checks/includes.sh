@@ -37,6 +37,7 @@ awk '
         for (w = 2; w <= count; w++) {
             if (words[w] == "any" && $3 ~ /^</) next
             if (words[w] == "std" && $3 ~ /^</ && index(standard, " " name " ")) next
+            if (words[w] == $3) next
             if ($3 ~ /^"/ && name ~ expression(words[w])) next
         }
         print $1 ":" $2 ": may not include " $3
