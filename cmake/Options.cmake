@@ -22,10 +22,12 @@ endif()
 
 find_package(Threads REQUIRED)
 
-# -Wconversion without -Wsign-conversion: a narrowing must be written out, while mixing int and size_t need not be.
+# -Wconversion without -Wsign-conversion (which clang would add): a narrowing must be written out, while mixing int and
+# size_t need not be.
 add_library(brisolan_flags INTERFACE)
 target_include_directories(brisolan_flags INTERFACE ${CMAKE_SOURCE_DIR})
-target_compile_options(brisolan_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+target_compile_options(brisolan_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion)
 if(BRISOLAN_WERROR)
     target_compile_options(brisolan_flags INTERFACE -Werror)
 endif()
