@@ -4,10 +4,13 @@ if(NOT BRISOLAN_TESTS OR BRISOLAN_SANITIZE OR BRISOLAN_COVERAGE)
     return()
 endif()
 
-foreach(check format wording includes walls-hold)
+foreach(check format wording includes walls-hold scripts-hold)
     add_test(NAME checks/${check} COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/${check}.sh)
     set_property(TEST checks/${check} PROPERTY LABELS checks)
 endforeach()
+add_test(NAME checks/links-alone-holds
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/links-alone-holds.sh ${CMAKE_CXX_COMPILER})
+set_property(TEST checks/links-alone-holds PROPERTY LABELS checks)
 if(brisolan_object_SCOPE STREQUAL "PUBLIC")
     add_test(NAME checks/links-alone COMMAND
         ${CMAKE_SOURCE_DIR}/tests/checks/links-alone.sh $<TARGET_FILE:brisolan_object> ${CMAKE_CXX_COMPILER})
