@@ -7,11 +7,12 @@
 
 #include "core/heldnotes.h"
 #include "core/locked.h"
+#include "core/notechains.h"
 
 namespace {
 
 // Puts e behind `before`, or at the head when that is null.
-void insert_locked(brisolan* x, event* before, event* e) {
+void put_behind_locked(brisolan* x, event* before, event* e) {
     e->next = before ? before->next : static_cast<event*>(x->events);
     if (before)
         before->next = e;
@@ -44,6 +45,23 @@ void move_off_locked(event_link& reference, bool (*gone)(const event&)) {
     while (e && gone(*e)) e = e->next;
     reference = e;
 }
+
+// Places in the list for events whose times never fall: each is found from the one before it, whatever the list's own
+// order.
+class place_behind {
+public:
+    explicit place_behind(brisolan* owner) : x(owner) {}
+    void insert_locked(event* e) {
+        for (event* at = before ? before->next : x->events; at && at->time < e->time; at = at->next)
+            before = at;
+        put_behind_locked(x, before, e);
+        before = e;
+    }
+
+private:
+    brisolan* x;
+    event* before = nullptr;
+};
 
 // The chain in the order that linking its events one after the other gives: by time, the later of equals first.
 std::vector<event*> linking_order(event* head) {
@@ -90,7 +108,7 @@ event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::in
     if (ordered && x->events)
         brisolan_link(x, e);
     else
-        insert_locked(x, last, e);
+        put_behind_locked(x, last, e);
     if (last && !ordered && e->time < last->time) x->unordered = std::uint8_t{1};
     x->current = e;
     x->redraw.redraw_events = std::uint8_t{1};
@@ -103,7 +121,7 @@ event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::in
 void brisolan_link(brisolan* x, event* e) {
     relinking now(x);
     event* before = predecessor_locked(x, e->time);
-    insert_locked(x, before, e);
+    put_behind_locked(x, before, e);
     x->finger = before;
     x->finger_time = e->time;
 }
@@ -111,15 +129,36 @@ void brisolan_link(brisolan* x, event* e) {
 void brisolan_linkchain(brisolan* x, event* head) {
     const std::vector<event*> chain = linking_order(head);
     relinking now(x);
-    // Times along the chain never fall, so each place is found from the one before it, whatever the list's own order.
-    event* before = nullptr;
-    for (event* e : chain) {
-        for (event* at = before ? before->next : x->events; at && at->time < e->time; at = at->next)
-            before = at;
-        insert_locked(x, before, e);
-        before = e;
-    }
+    place_behind place(x);
+    for (event* e : chain) place.insert_locked(e);
     x->finger = nullptr;
+}
+
+void brisolan_adopt(brisolan* x, note_chains* notes) {
+    event* const appended_last = notes->last_appended();
+    const std::int32_t count = notes->size();
+    const bool falling = notes->falls();
+    event* head = notes->merge();
+    if (!head) return;
+    relinking now(x);
+    if (!x->events) {
+        x->events = head;
+        x->nevents += count;
+    } else {
+        // Something was recorded while the file was read.
+        place_behind place(x);
+        while (event* e = head) {
+            head = e->next;
+            place.insert_locked(e);
+        }
+    }
+    if (falling) x->unordered = std::uint8_t{1};
+    x->finger = nullptr;
+    x->current = appended_last;
+    x->redraw.redraw_events = std::uint8_t{1};
+    x->redraw.changed = std::uint8_t{1};
+    brisolan_redraw(x);
+    brisolan_clearset(x, PARAM_DUR);
 }
 
 void brisolan_removeselected(brisolan* x) {

@@ -6,6 +6,8 @@
 
 #include "core/instance.h"
 
+class note_chains;
+
 // A new event with every value 0, not in any list; null when the host's memory limit is reached. [both]
 event* brisolan_newevent();
 
@@ -31,6 +33,11 @@ void brisolan_link(brisolan* x, event* e);
 // Merges a chain of events, in the order in which each would have been linked one after the other by brisolan_link, into
 // the sequence with the same outcome, in steps that grow as n log n. `head` leads the chain through `next`. [both]
 void brisolan_linkchain(brisolan* x, event* head);
+
+// Takes notes that were gathered apart into the sequence, with the outcome of appending them one by one: the cursor goes
+// to the one appended last, a redraw is scheduled, Dur's isset is cleared. Nothing when there are none. `lasttime` is the
+// caller's. [both]
+void brisolan_adopt(brisolan* x, note_chains* notes);
 
 // Takes every selected event out of the sequence and frees it. `current` and `firstsel`, where they named one, move to
 // the first event behind it that stays; held and pending nodes of freed events go. `nselected` stays. [main]

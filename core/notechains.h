@@ -1,0 +1,83 @@
+// core/notechains.h: notes gathered apart from the sequence, to come into it all at once as if appended one by one.
+// Layer: core. Called by the MIDI reader.
+//
+// A file gives its notes track by track, each track in time order. Appended one by one, every note of a later track would
+// be searched for from the head. Here a note that is not earlier than the one before it goes onto the same chain, any
+// other begins a chain of its own, and in the end the chains are merged. The order that comes out is that of the appends:
+//   - an ordered append goes in front of the first event that is not earlier, so of equal times the later note is first;
+//   - an unordered one goes to the end of the sequence, whatever its time, and only when the note before it is there.
+// An event's key is the latest time at or in front of it in the sequence: nothing is ever put between an event and the
+// earlier-timed ones that unordered appends have put behind it. Keys never fall along the sequence nor along a chain, so
+// the sequence is the chains merged by key, of equal keys the later chain's first.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "core/instance.h"
+
+class note_chains {
+public:
+    bool empty() const { return count == 0; }
+    std::int32_t size() const { return count; }
+
+    // The note appended last, the cursor-to-be; null when there is none.
+    event* last_appended() const { return last; }
+
+    // Whether times fall somewhere along the sequence-to-be: an unordered append went behind a later note.
+    bool falls() const { return falling; }
+
+    // Takes a filled event in, ordered or at the end. False, and the event stays the caller's, when it is to go to the
+    // end but the note before it is not there. [both]
+    bool append(event* e, bool ordered);
+
+    // All notes as one list in the sequence's order; the chains are empty afterwards. [both]
+    event* merge();
+
+private:
+    void begin_chain(event* e);
+    void extend(event* e);
+    void put_before_equals(event* e);
+
+    std::vector<event*> heads; // of the chains, in the order in which they began
+    // The chain begun last.
+    event* tail = nullptr;
+    event* before_equals =
+        nullptr;          // in front of the first event with the tail's key; null when that is the head
+    std::int32_t key = 0; // of the tail
+    // The sequence-to-be.
+    event* last = nullptr;
+    bool last_is_at_end = false;
+    bool falling = false;
+    std::int32_t latest = 0; // time
+    std::int32_t count = 0;
+};
+
+// The notes that await their note-off while a file is read: the instance's held list with the rule of core/heldnotes.h,
+// which never keeps more than two, without a node for each note.
+class held_pair {
+public:
+    // Kept: as brisolan_hold: behind the first, in place of what stood there; not at all once the first is gone and
+    // another is left.
+    void hold(event* e) {
+        if (first)
+            second = e;
+        else if (!second)
+            first = e;
+    }
+
+    // Takes out the first note with this pitch and track; null if none.
+    event* unhold(std::int32_t pitch, std::int32_t track) {
+        for (event** at : {&first, &second}) {
+            event* e = *at;
+            if (!e || e->pitch != pitch || e->track != track) continue;
+            *at = nullptr;
+            return e;
+        }
+        return nullptr;
+    }
+
+private:
+    event* first = nullptr;
+    event* second = nullptr;
+};

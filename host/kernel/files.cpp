@@ -1,0 +1,477 @@
+// host/kernel/files.cpp: the file service: buffered, typed, and never a half-written file in a target's place.
+// Layer: kernel. Called by the object through host/kel.h, and by the kernel's own documents.
+#include "host/kernel/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace {
+
+// Large enough that a program which reads or writes a kilobyte at a time costs one system call in 64.
+constexpr std::size_t BUFFER_SIZE = 65536;
+
+// The extended attribute that keeps a file's type, four bytes.
+constexpr const char* TYPE_ATTRIBUTE = "user.brisolan.type";
+
+// Symbolic links followed from a target before it counts as a loop.
+constexpr int MAX_LINKS = 40;
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Error codes
+
+struct error_row {
+    int system;
+    host_err code;
+};
+
+constexpr error_row error_table[] = {
+    {ENOENT, HOST_ERR_NOT_FOUND}, {ENOTDIR, HOST_ERR_NOT_FOUND}, {EACCES, HOST_ERR_PERMISSION},
+    {EPERM, HOST_ERR_PERMISSION}, {EROFS, HOST_ERR_PERMISSION},  {EISDIR, HOST_ERR_BUSY},
+    {EBUSY, HOST_ERR_BUSY},       {ETXTBSY, HOST_ERR_BUSY},      {ENXIO, HOST_ERR_BUSY},
+    {EEXIST, HOST_ERR_EXISTS},    {ENOSPC, HOST_ERR_FULL},       {EDQUOT, HOST_ERR_FULL},
+    {EFBIG, HOST_ERR_FULL},       {ENAMETOOLONG, HOST_ERR_NAME}, {EINVAL, HOST_ERR_NAME},
+    {ELOOP, HOST_ERR_NAME},       {ENOMEM, HOST_ERR_MEMORY},     {EMFILE, HOST_ERR_MEMORY},
+    {ENFILE, HOST_ERR_MEMORY},
+};
+
+host_err code_of(int system) {
+    for (const error_row& row : error_table) {
+        if (row.system == system) return row.code;
+    }
+    return HOST_ERR_IO;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Process-wide state. Written by the routines of files.h; survives every file. Main level.
+
+// By path identifier; the first is the current directory.
+std::vector<std::string>& folders() {
+    static std::vector<std::string> list{""};
+    return list;
+}
+
+std::vector<std::int16_t> search_path;
+
+int operations_to_fault = 0; // 0: none is to fail
+host_err fault_code = HOST_OK;
+bool fault_happened = false;
+
+// Whether this operation is the one that a test wants to fail.
+host_err injected() {
+    if (operations_to_fault == 0 || --operations_to_fault > 0) return HOST_OK;
+    fault_happened = true;
+    return fault_code;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The system's calls, each an operation that a test can make fail
+
+host_err read_some(int fd, std::byte* into, std::size_t size, std::size_t* got) {
+    *got = 0;
+    if (const host_err e = injected()) return e;
+    for (;;) {
+        const ssize_t n = ::read(fd, into, size);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return code_of(errno);
+        *got = static_cast<std::size_t>(n);
+        return HOST_OK;
+    }
+}
+
+host_err write_all(int fd, const std::byte* from, std::size_t size) {
+    while (size > 0) {
+        if (const host_err e = injected()) return e;
+        const ssize_t n = ::write(fd, from, size);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return code_of(errno);
+        from += n;
+        size -= static_cast<std::size_t>(n);
+    }
+    return HOST_OK;
+}
+
+host_err seek_to(int fd, std::int64_t position) {
+    if (const host_err e = injected()) return e;
+    return ::lseek(fd, position, SEEK_SET) < 0 ? HOST_ERR_IO : HOST_OK;
+}
+
+host_err sync_file(int fd) {
+    if (const host_err e = injected()) return e;
+    return ::fsync(fd) != 0 ? code_of(errno) : HOST_OK;
+}
+
+host_err rename_file(const std::string& from, const std::string& to) {
+    if (const host_err e = injected()) return e;
+    return ::rename(from.c_str(), to.c_str()) != 0 ? code_of(errno) : HOST_OK;
+}
+
+host_err open_file(const std::string& file, int flags, mode_t mode, int* fd) {
+    if (const host_err e = injected()) return e;
+    do {
+        *fd = ::open(file.c_str(), flags | O_CLOEXEC, mode);
+    } while (*fd < 0 && errno == EINTR);
+    return *fd < 0 ? code_of(errno) : HOST_OK;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Types
+
+file_type type_of_bytes(const unsigned char* four) {
+    return static_cast<file_type>(four[0]) << 24 | static_cast<file_type>(four[1]) << 16 |
+           static_cast<file_type>(four[2]) << 8 | static_cast<file_type>(four[3]);
+}
+
+file_type type_by_ending(std::string_view file) {
+    struct row {
+        std::string_view ending;
+        file_type type;
+    };
+    static constexpr row rows[] = {{".mid", TYPE_MIDI}, {".midi", TYPE_MIDI}, {".smf", TYPE_MIDI},
+                                   {".kar", TYPE_MIDI}, {".kelb", TYPE_KELB}, {".kel", TYPE_TEXT},
+                                   {".txt", TYPE_TEXT}};
+    // A name that is nothing but an ending has none.
+    const std::size_t base = file.rfind('/') + 1; // 0 when there is no slash
+    const std::size_t dot = file.rfind('.');
+    if (dot == std::string_view::npos || dot <= base) return 0;
+    std::string ending(file.substr(dot));
+    for (char& c : ending) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    for (const row& r : rows) {
+        if (ending == r.ending) return r.type;
+    }
+    return 0;
+}
+
+// File systems without extended attributes leave the type to the name's ending.
+void keep_type(int fd, file_type type) {
+    const unsigned char four[4] = {static_cast<unsigned char>(type >> 24),
+                                   static_cast<unsigned char>(type >> 16),
+                                   static_cast<unsigned char>(type >> 8), static_cast<unsigned char>(type)};
+    (void)::fsetxattr(fd, TYPE_ATTRIBUTE, four, sizeof four, 0);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The place beside a target
+
+std::string folder_of(const std::string& file) {
+    const std::size_t slash = file.rfind('/');
+    return slash == std::string::npos ? "" : file.substr(0, slash + 1);
+}
+
+// The file that the name leads to through symbolic links, which need not exist.
+host_err follow_links(std::string* file) {
+    for (int i = 0; i < MAX_LINKS; ++i) {
+        std::array<char, HOST_NAME_SIZE> to;
+        const ssize_t n = ::readlink(file->c_str(), to.data(), to.size());
+        if (n < 0) return errno == EINVAL || errno == ENOENT ? HOST_OK : code_of(errno);
+        std::string target(to.data(), static_cast<std::size_t>(n));
+        *file = target.starts_with('/') ? target : folder_of(*file) + target;
+    }
+    return HOST_ERR_NAME;
+}
+
+// Opens a new file in the target's folder. Its ending is no type's, so that one left behind by a killed program is
+// never taken for a document; its length does not depend on the target's, which may be as long as a name can be.
+host_err open_beside(const std::string& target, mode_t mode, std::string* temporary, int* fd) {
+    static unsigned counter = 0;
+    for (int attempt = 0; attempt < 10000; ++attempt) {
+        char name[64];
+        std::snprintf(name, sizeof name, ".brisolan-%ld-%u.part", static_cast<long>(::getpid()), counter++);
+        *temporary = folder_of(target) + name;
+        const host_err e = open_file(*temporary, O_RDWR | O_CREAT | O_EXCL, mode, fd);
+        if (e != HOST_ERR_EXISTS) return e;
+    }
+    return HOST_ERR_EXISTS;
+}
+
+// A file that grows past the process's limit shall be an error like any other, not the end of the program.
+void expect_size_limit() {
+    static bool done = false;
+    if (done) return;
+    done = true;
+    struct sigaction now {};
+    if (::sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) {
+        now.sa_handler = SIG_IGN;
+        (void)::sigaction(SIGXFSZ, &now, nullptr);
+    }
+}
+
+void sync_folder_of(const std::string& file) {
+    const std::string folder = folder_of(file);
+    const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    (void)::fsync(fd); // not every file system can; the file itself is whole
+    (void)::close(fd);
+}
+
+} // namespace
+
+// An open file. Read: bytes next to end of the buffer are still to be given. Written: bytes 0 to end are still to go.
+struct host_file {
+    int fd = -1;
+    std::int64_t position = 0; // the system's, behind what is read, in front of what waits to be written
+    std::size_t next = 0;
+    std::size_t end = 0;
+    bool writing = false;
+    host_err failed = HOST_OK; // the first failure while writing; the target is then left alone
+    file_type type = 0;
+    std::string name;      // as the caller gave it, for the console
+    std::string target;    // where the file is to lie
+    std::string temporary; // where it lies while it is written
+    std::array<std::byte, BUFFER_SIZE> buffer;
+};
+
+namespace {
+
+host_err flush(host_file* f) {
+    const std::size_t waiting = std::exchange(f->end, 0);
+    if (f->failed || waiting == 0) return f->failed;
+    f->failed = write_all(f->fd, f->buffer.data(), waiting);
+    f->position += static_cast<std::int64_t>(waiting);
+    return f->failed;
+}
+
+// Puts what was written into the target's place.
+host_err settle(host_file* f) {
+    if (const host_err e = flush(f)) return e;
+    keep_type(f->fd, f->type);
+    if (const host_err e = sync_file(f->fd)) return e;
+    if (const host_err e = rename_file(f->temporary, f->target)) return e;
+    sync_folder_of(f->target);
+    return HOST_OK;
+}
+
+host_err close_written(host_file* f, host_err failure) {
+    if (!failure) failure = settle(f);
+    (void)::close(f->fd);
+    if (failure) {
+        (void)::unlink(f->temporary.c_str());
+        host_error("%s was not saved: %s", f->name.c_str(), kel_filereason(failure));
+    }
+    return failure;
+}
+
+host_err fill(host_file* f) {
+    f->next = f->end = 0;
+    const host_err e = read_some(f->fd, f->buffer.data(), f->buffer.size(), &f->end);
+    f->position += static_cast<std::int64_t>(f->end);
+    return e;
+}
+
+bool is_directory(const std::string& file) {
+    struct stat about;
+    return ::stat(file.c_str(), &about) == 0 && S_ISDIR(about.st_mode);
+}
+
+bool exists(const std::string& file) {
+    struct stat about;
+    return ::stat(file.c_str(), &about) == 0;
+}
+
+} // namespace
+
+void kel_setsearchpath(const std::vector<std::string>& list) {
+    search_path.clear();
+    for (const std::string& folder : list) search_path.push_back(kel_folder(folder));
+}
+
+std::int16_t kel_folder(const std::string& folder) {
+    std::vector<std::string>& list = folders();
+    const auto at = std::find(list.begin(), list.end(), folder);
+    if (at != list.end()) return static_cast<std::int16_t>(at - list.begin());
+    if (list.size() > INT16_MAX) return 0;
+    list.push_back(folder);
+    return static_cast<std::int16_t>(list.size() - 1);
+}
+
+std::string kel_filepath(const char* name, std::int16_t path) {
+    const std::vector<std::string>& list = folders();
+    if (name[0] == '/' || path <= 0 || static_cast<std::size_t>(path) >= list.size()) return name;
+    const std::string& folder = list[static_cast<std::size_t>(path)];
+    return folder + (folder.ends_with('/') ? "" : "/") + name;
+}
+
+file_type kel_filetype(const std::string& file) {
+    unsigned char four[4];
+    if (::getxattr(file.c_str(), TYPE_ATTRIBUTE, four, sizeof four) == sizeof four)
+        return type_of_bytes(four);
+    return type_by_ending(file);
+}
+
+const char* kel_filereason(host_err code) {
+    switch (code) {
+    case HOST_OK: return "no error";
+    case HOST_ERR_FULL: return "no space left";
+    case HOST_ERR_IO: return "reading or writing failed";
+    case HOST_ERR_NAME: return "not a possible name";
+    case HOST_ERR_NOT_FOUND: return "no such file or folder";
+    case HOST_ERR_BUSY: return "a folder, or not to be opened as a file";
+    case HOST_ERR_EXISTS: return "a file of that name exists";
+    case HOST_ERR_PERMISSION: return "not allowed";
+    case HOST_ERR_MEMORY: return "no memory";
+    case HOST_ERR_FORMAT: return "the content is not what it should be";
+    default: return "unknown error";
+    }
+}
+
+void kel_file_fault(int k, host_err code) {
+    operations_to_fault = k;
+    fault_code = code;
+    fault_happened = false;
+}
+
+bool kel_file_faulted() {
+    return fault_happened;
+}
+
+host_err host_file_locate(const char* name, std::int16_t* path, file_type* type,
+                          std::span<const file_type> types) {
+    if (const host_err e = injected()) return e;
+    if (name[0] == '\0') return HOST_ERR_NAME;
+    std::vector<std::int16_t> places{0};
+    if (name[0] != '/') places.insert(places.end(), search_path.begin(), search_path.end());
+    // A folder of that name is only found when there is no file; opening it then tells what it is.
+    for (const bool directory : {false, true}) {
+        for (const std::int16_t place : places) {
+            const std::string file = kel_filepath(name, place);
+            if (!exists(file) || is_directory(file) != directory) continue;
+            const file_type t = kel_filetype(file);
+            if (std::find(types.begin(), types.end(), t) == types.end()) continue;
+            *path = place;
+            *type = t;
+            return HOST_OK;
+        }
+    }
+    return HOST_ERR_NOT_FOUND;
+}
+
+host_err host_file_open(const char* name, std::int16_t path, host_file** file) {
+    *file = nullptr;
+    if (const host_err e = injected()) return e;
+    if (name[0] == '\0') return HOST_ERR_NAME;
+    const std::string where = kel_filepath(name, path);
+    int fd = -1;
+    if (const host_err e = open_file(where, O_RDONLY, 0, &fd)) return e;
+    if (is_directory(where)) {
+        (void)::close(fd);
+        return HOST_ERR_BUSY;
+    }
+    *file = new host_file;
+    (*file)->fd = fd;
+    (*file)->name = name;
+    return HOST_OK;
+}
+
+host_err host_file_create(const char* name, std::int16_t path, file_type type, host_file** file) {
+    *file = nullptr;
+    if (const host_err e = injected()) return e;
+    std::string target = kel_filepath(name, path);
+    if (name[0] == '\0' || target.ends_with('/')) return HOST_ERR_NAME;
+    if (const host_err e = follow_links(&target)) return e;
+    struct stat about;
+    const bool replaces = ::stat(target.c_str(), &about) == 0;
+    if (!replaces && errno != ENOENT) return code_of(errno);
+    if (replaces && !S_ISREG(about.st_mode)) return HOST_ERR_BUSY;
+    // A file that its owner protected from writing is not to be replaced behind its back.
+    if (replaces && ::access(target.c_str(), W_OK) != 0) return code_of(errno);
+    expect_size_limit();
+    int fd = -1;
+    std::string temporary;
+    if (const host_err e = open_beside(target, 0666, &temporary, &fd)) return e;
+    if (replaces) (void)::fchmod(fd, about.st_mode & 0777);
+    *file = new host_file;
+    (*file)->fd = fd;
+    (*file)->writing = true;
+    (*file)->type = type;
+    (*file)->name = name;
+    (*file)->target = std::move(target);
+    (*file)->temporary = std::move(temporary);
+    return HOST_OK;
+}
+
+host_err host_file_read(host_file* f, std::int32_t* count, void* into) {
+    const std::size_t wanted = static_cast<std::size_t>(std::max(*count, 0));
+    *count = 0;
+    if (const host_err e = injected()) return e;
+    if (f->writing) return HOST_ERR_PERMISSION;
+    std::byte* to = static_cast<std::byte*>(into);
+    std::size_t got = 0;
+    host_err failure = HOST_OK;
+    while (got < wanted && !failure) {
+        if (f->next == f->end) failure = fill(f);
+        if (f->next == f->end) break; // the end of the file, or a failure
+        const std::size_t n = std::min(wanted - got, f->end - f->next);
+        std::memcpy(to + got, f->buffer.data() + f->next, n);
+        f->next += n;
+        got += n;
+    }
+    *count = static_cast<std::int32_t>(got);
+    return failure;
+}
+
+host_err host_file_write(host_file* f, std::int32_t* count, const void* from) {
+    const std::size_t wanted = static_cast<std::size_t>(std::max(*count, 0));
+    *count = 0;
+    if (!f->writing) return HOST_ERR_PERMISSION;
+    if (!f->failed) f->failed = injected();
+    const std::byte* at = static_cast<const std::byte*>(from);
+    if (f->end + wanted > BUFFER_SIZE) flush(f);
+    if (f->failed) return f->failed;
+    if (wanted > BUFFER_SIZE) {
+        f->failed = write_all(f->fd, at, wanted);
+        f->position += static_cast<std::int64_t>(wanted);
+    } else {
+        std::memcpy(f->buffer.data() + f->end, at, wanted);
+        f->end += wanted;
+    }
+    if (!f->failed) *count = static_cast<std::int32_t>(wanted);
+    return f->failed;
+}
+
+host_err host_file_getpos(host_file* f, std::int32_t* position) {
+    *position = 0;
+    if (const host_err e = injected()) return e;
+    const std::int64_t waiting = static_cast<std::int64_t>(f->end - f->next);
+    *position = static_cast<std::int32_t>(f->position + (f->writing ? waiting : -waiting));
+    return HOST_OK;
+}
+
+host_err host_file_setpos(host_file* f, std::int32_t position) {
+    host_err failure = injected();
+    if (!failure && position < 0) failure = HOST_ERR_IO;
+    if (!failure && f->writing) failure = flush(f);
+    if (!failure) failure = seek_to(f->fd, position);
+    if (failure) {
+        // What would be written next belongs elsewhere.
+        if (f->writing && !f->failed) f->failed = failure;
+        return failure;
+    }
+    f->position = position;
+    f->next = f->end = 0;
+    return HOST_OK;
+}
+
+host_err host_file_close(host_file* f) {
+    const std::unique_ptr<host_file> owned(f);
+    const host_err failure = injected();
+    if (f->writing) return close_written(f, failure);
+    (void)::close(f->fd);
+    return failure;
+}
+
+std::int16_t host_default_path() {
+    return 0;
+}

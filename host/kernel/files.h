@@ -1,0 +1,38 @@
+// host/kernel/files.h: what the file service offers beyond the object interface: folders, types, faults for tests.
+// Layer: kernel. Called by platforms, the command line, the atom buffers and tests.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/kel.h"
+
+// The types that the object reads and writes.
+constexpr file_type TYPE_MIDI = host_type("Midi");
+constexpr file_type TYPE_TEXT = host_type("TEXT");
+constexpr file_type TYPE_KELB = host_type("kelb");
+
+// The folders that host_file_locate looks through, in order, after the current directory. Replaces those set before.
+// [main]
+void kel_setsearchpath(const std::vector<std::string>& folders);
+
+// The path identifier of a folder; the same one whenever it is asked for again. 0, the current directory, for the empty
+// string and when there are no identifiers left. [main]
+std::int16_t kel_folder(const std::string& folder);
+
+// Where a name in a folder lies on disk. A name that begins with a slash stands for itself; an unknown identifier is
+// the current directory. [main]
+std::string kel_filepath(const char* name, std::int16_t path);
+
+// A file's type: the one it was created with where the file system kept it, else the one its name's ending tells;
+// 0 for none. The file need not exist. [main]
+file_type kel_filetype(const std::string& file);
+
+// One phrase for a code of the file service, such as "no space left". Static. [both]
+const char* kel_filereason(host_err code);
+
+// For tests: the k-th operation from now on, counted from 1, fails with `code`; 0 ends that. Each host_file_… call and
+// each call of the system inside it is one operation. kel_file_faulted tells whether the failure has happened. [main]
+void kel_file_fault(int k, host_err code = HOST_ERR_IO);
+bool kel_file_faulted();

@@ -1,0 +1,272 @@
+// io/midiread.cpp: reading Standard MIDI Files, formats 0 and 1, into a sequence.
+// Layer: io. Called by the reading of files.
+#include "io/midiread.h"
+
+#include <array>
+#include <cstring>
+
+#include "core/locked.h"
+#include "core/messages.h"
+#include "core/notechains.h"
+#include "core/output.h"
+#include "core/sequence.h"
+#include "io/bufferedfile.h"
+
+namespace {
+
+constexpr std::int32_t DEFAULT_BPM = 120;
+constexpr std::int32_t PROVISIONAL_DUR = 10;  // of a note whose note-off does not come, milliseconds
+constexpr std::int32_t LONGEST_META = 999999; // bytes
+constexpr int STATUS_SYSEX = 0xF0;
+constexpr int STATUS_SYSEX_END = 0xF7;
+constexpr int META_END_OF_TRACK = 0x2F;
+constexpr int META_TEMPO = 0x51;
+
+// How reading a piece of the file went on.
+enum class step_result {
+    more,
+    end_of_track,
+    finished, // quietly
+    funky,    // a time that runs backwards
+    bad       // not what a MIDI file may hold
+};
+
+// What goes on during one import.
+struct midi_import {
+    brisolan* x;
+    const char* name;
+    std::int32_t option;
+    std::int16_t tracknum = 0;
+    std::int32_t abstime = 0; // milliseconds in the current chunk
+    double carry = 0.0;       // the part of a millisecond left over from the deltas before
+    std::int32_t ticks_per_sec = 2;
+    std::int32_t bpm = DEFAULT_BPM;
+    std::int32_t tpq = 1;
+    int running_status = 0;
+    note_chains notes{}; // what was read, not yet in the sequence
+    held_pair held{};
+    std::int32_t lasttime = 0; // of the last append
+    bool changed = false;      // a note-off has fixed a duration
+};
+
+// 32-bit arithmetic that wraps, as the reader's integers always have.
+std::int32_t wrapped(std::int64_t value) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+std::uint32_t big_endian(const unsigned char* at, int size) {
+    std::uint32_t n = 0;
+    for (int i = 0; i < size; ++i) n = n << 8 | at[i];
+    return n;
+}
+
+bool is_status(int byte) {
+    return (byte & 0x80) != 0;
+}
+
+void set_tempo(midi_import& m, std::int32_t bpm) {
+    m.bpm = bpm;
+    m.ticks_per_sec = wrapped(std::int64_t{m.tpq} * bpm) / 60;
+    if (m.ticks_per_sec == 0)
+        m.ticks_per_sec = 1; // slower than a tick a second is no tempo that could be played
+}
+
+void set_division(midi_import& m, std::uint32_t division) {
+    const auto sign = static_cast<std::int16_t>(division);
+    if (sign < 0) {
+        const auto frames = static_cast<std::int8_t>(division >> 8);
+        m.tpq = -std::int32_t{frames} * static_cast<std::int32_t>(division & 0xFF);
+    } else {
+        m.tpq = sign;
+    }
+    if (m.tpq <= 0) m.tpq = 1;
+    set_tempo(m, DEFAULT_BPM);
+}
+
+// Reads the file's header; false, with a console line, when it is none that can be read.
+bool read_header(midi_import& m) {
+    std::array<unsigned char, 8> head;
+    std::array<unsigned char, 6> data;
+    const int got = t_fread(head.data(), head.size());
+    if (got < static_cast<int>(head.size()) || std::memcmp(head.data(), "MThd", 4) != 0 ||
+        big_endian(head.data() + 4, 4) != data.size() ||
+        t_fread(data.data(), data.size()) < static_cast<int>(data.size())) {
+        host_error("brisolan: %s: bad midi file", m.name);
+        return false;
+    }
+    const int format = static_cast<int>(big_endian(data.data(), 2));
+    if (format > 1) {
+        host_error("brisolan: MIDI File format %d not supported", format);
+        return false;
+    }
+    set_division(m, big_endian(data.data() + 4, 2));
+    return true;
+}
+
+// The step in milliseconds for a delta in ticks, which is -1 where the file ended in its place.
+step_result convert(midi_import& m, std::int32_t delta, std::int32_t* step) {
+    if (m.option != 0) {
+        *step = delta / 2;
+    } else if (delta != 0 || m.carry >= 1.0) {
+        const double f = m.carry + delta * 1000.0 / m.ticks_per_sec;
+        if (f < 0.0) return step_result::funky;
+        *step = f < INT32_MAX ? static_cast<std::int32_t>(f) : INT32_MAX;
+        m.carry = f - *step;
+    }
+    return delta < 0 ? step_result::finished : step_result::more;
+}
+
+// A system-exclusive message: no byte with the high bit may stand in it but its end.
+step_result skip_sysex(midi_import&) {
+    bool cut = false;
+    const std::int32_t length = readvar(&cut);
+    if (cut) return step_result::finished;
+    for (std::int32_t left = length; left > 0; --left) {
+        const int byte = t_getc();
+        if (byte < 0) return step_result::bad;
+        if (is_status(byte) && (left > 1 || byte != STATUS_SYSEX_END)) return step_result::bad;
+    }
+    return step_result::more;
+}
+
+// Kept: the tempo is rounded down to whole beats a minute, which puts times slightly off the file's own; sequences read
+// before compare equal to the same file read today.
+void read_tempo(midi_import& m, const std::array<unsigned char, 3>& data) {
+    const auto n = static_cast<std::int32_t>(big_endian(data.data(), 3));
+    const std::int32_t bpm = n == 0 ? DEFAULT_BPM : 60000000 / n;
+    set_tempo(m, bpm > 0 ? bpm : DEFAULT_BPM);
+}
+
+step_result read_meta(midi_import& m) {
+    const int type = t_getc();
+    if (type < 0) return step_result::finished;
+    bool cut = false;
+    const std::int32_t length = readvar(&cut);
+    if (cut) return step_result::finished;
+    if (length < 0 || length > LONGEST_META) return step_result::bad;
+    std::array<unsigned char, 3> data{}; // what a short tempo event lacks is 0
+    for (std::int32_t i = 0; i < length; ++i) {
+        const int byte = t_getc();
+        if (byte < 0) return step_result::finished;
+        if (i < 3) data[static_cast<std::size_t>(i)] = static_cast<unsigned char>(byte);
+    }
+    if (type == META_TEMPO) read_tempo(m, data);
+    return type == META_END_OF_TRACK ? step_result::end_of_track : step_result::more;
+}
+
+void note_on(midi_import& m, int pitch, int vel) {
+    event* e = brisolan_newevent();
+    if (!e) return; // the host's limit: the note is lost, the rest goes on
+    e->time = m.abstime < 0 ? 0 : m.abstime;
+    e->pitch = pitch;
+    e->vel = vel;
+    e->dur = PROVISIONAL_DUR;
+    e->chan = (m.running_status & 0x0F) + 1;
+    e->track = m.tracknum;
+    const bool ordered = m.tracknum > 1 && !m.notes.empty();
+    m.lasttime = 0;
+    if (m.notes.append(e, ordered)) {
+        m.lasttime = e->time;
+    } else {
+        // Behind the last track number that there is, tracks count as first ones again.
+        host_post("oops! lost my marbles");
+        brisolan_freeevent(e);
+    }
+    m.held.hold(m.notes.last_appended());
+}
+
+void note_off(midi_import& m, int pitch) {
+    event* e = m.held.unhold(pitch, m.tracknum);
+    if (!e) return;
+    const std::int32_t dur = wrapped(std::int64_t{m.abstime} - e->time);
+    e->dur = dur < 0 ? 0 : dur;
+    m.changed = true;
+}
+
+step_result read_channel_message(midi_import& m, int status) {
+    int first = status;
+    if (is_status(status)) {
+        m.running_status = status;
+        first = t_getc();
+        if (first < 0) return step_result::finished;
+    }
+    const int kind = m.running_status & 0xF0;
+    if (kind == 0xC0 || kind == 0xD0) return step_result::more;
+    const int second = t_getc();
+    if (second < 0) return step_result::finished;
+    if (kind == 0x90 && second != 0)
+        note_on(m, first, second);
+    else if (kind == 0x90 || kind == 0x80)
+        note_off(m, first);
+    return step_result::more;
+}
+
+step_result read_event(midi_import& m) {
+    bool cut = false;
+    const std::int32_t delta = readvar(&cut);
+    std::int32_t step = 0;
+    if (const step_result r = convert(m, delta, &step); r != step_result::more) return r;
+    const int status = t_getc();
+    if (status < 0) return step_result::finished;
+    m.abstime = wrapped(std::int64_t{m.abstime} + step);
+    if (status < STATUS_SYSEX) return read_channel_message(m, status);
+    if (status == STATUS_SYSEX || status == STATUS_SYSEX_END) return skip_sysex(m);
+    return read_meta(m);
+}
+
+// Whatever a chunk calls itself, and however long it claims to be, it is read as a track to its End of Track.
+step_result read_chunks(midi_import& m) {
+    for (;;) {
+        std::array<unsigned char, 8> head;
+        if (t_fread(head.data(), head.size()) < static_cast<int>(head.size())) return step_result::finished;
+        m.tracknum = static_cast<std::int16_t>(m.tracknum + 1);
+        m.abstime = 0;
+        m.carry = 0.0;
+        step_result r = step_result::more;
+        while (r == step_result::more) r = read_event(m);
+        if (r != step_result::end_of_track) return r;
+    }
+}
+
+void read_notes(midi_import& m) {
+    {
+        locked_out now;
+        brisolan_clear(m.x);
+        m.x->restoring = std::uint8_t{1}; // the stop inside has lowered it
+    }
+    switch (read_chunks(m)) {
+    case step_result::funky: host_post("fdt < 0... something's funky"); break;
+    case step_result::bad: host_error("brisolan: %s: bad midi file", m.name); break;
+    default: break;
+    }
+    if (m.changed) {
+        m.x->redraw.changed = std::uint8_t{1};
+        brisolan_redraw(m.x);
+    }
+    if (!m.notes.empty()) m.x->lasttime = m.lasttime;
+    brisolan_adopt(m.x, &m.notes);
+}
+
+} // namespace
+
+std::int32_t readvar(bool* cut) {
+    std::uint32_t value = 0;
+    for (;;) {
+        const int byte = t_getc();
+        if (byte < 0) {
+            *cut = true;
+            return -1;
+        }
+        value = value << 7 | static_cast<std::uint32_t>(byte & 0x7F);
+        if (!is_status(byte)) return static_cast<std::int32_t>(value);
+    }
+}
+
+void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_option) {
+    midi_import m{.x = x, .name = name, .option = import_option};
+    x->restoring = std::uint8_t{1};
+    if (read_header(m)) read_notes(m);
+    t_close();
+    locked_out now;
+    brisolan_stop(x);
+}
