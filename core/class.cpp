@@ -5,6 +5,9 @@
 
 #include "core/lifecycle.h"
 #include "core/messages.h"
+#include "io/document.h"
+#include "io/embedding.h"
+#include "io/midiwrite.h"
 #include "transport/follow.h"
 #include "transport/input.h"
 #include "transport/playback.h"
@@ -73,7 +76,7 @@ const auto table = std::to_array<message_entry>({
     // own_row<"dblclick", brisolan_dblclick>("a double click on the box"),
     // own_row<"filename", brisolan_dblclick>("the same as dblclick"),
     row<brisolan_restore>("restore", "clear, and take the saved events that follow"),
-    // own_row<"save", brisolan_save>("write the instance into its patcher"),
+    own_row<"save", brisolan_save>("write the instance into its patcher"),
     // own_row<"key", brisolan_key>("a key press in the window"),
     // own_row<"cut", brisolan_cut>("copy the selected events and delete them"),
     // own_row<"copy", brisolan_copy>("copy the selected events"),
@@ -88,12 +91,12 @@ const auto table = std::to_array<message_entry>({
     // row<brisolan_setparam, ARG_LIST>("setparam", "describe a parameter: index name display min max default …"),
     row<brisolan_params, ARG_LONG, ARG_LONG, ARG_LONG>("params",
                                                        "how following searches: skip window octaves"),
-    // row<brisolan_import, ARG_LIST>("import", "read a file"),
-    // row<brisolan_import, ARG_LIST>("read", "read a file"),
-    // row<brisolan_export, ARG_LIST>("export", "write a MIDI file"),
-    // row<brisolan_write, ARG_LIST>("write", "write a file"),
-    // row<brisolan_writekel, ARG_DEFSYM>("writekel", "write a document"),
-    // own_row<"saveto", brisolan_saveto>("write the document to a file"),
+    row<brisolan_import, ARG_LIST>("import", "read a file"),
+    row<brisolan_import, ARG_LIST>("read", "read a file"),
+    row<brisolan_export, ARG_LIST>("export", "write a MIDI file"),
+    row<brisolan_write, ARG_LIST>("write", "write a file"),
+    row<brisolan_writekel, ARG_DEFSYM>("writekel", "write a document"),
+    own_row<"saveto", brisolan_saveto>("write the document to a file"),
     // row<brisolan_open>("open", "open the editor window"),
     // row<brisolan_wclose>("wclose", "close the editor window"),
     // own_row<"cursor", brisolan_cursorin>("the pointer moves over the window"),
@@ -102,7 +105,7 @@ const auto table = std::to_array<message_entry>({
     // own_row<"scroll", brisolan_scroll>("the view was scrolled"),
     // own_row<"wsize", brisolan_wsize>("the window has a new size"),
     own_row<"info", host_inspector_open>("open the inspector"),
-    // own_row<"pstate", brisolan_pstate>("tell the parameters' descriptions"),
+    own_row<"pstate", brisolan_pstate>("tell the parameters' descriptions"),
     own_row<"assist", brisolan_assist>("tell an inlet's or outlet's hover text"),
 });
 
