@@ -12,6 +12,10 @@
 #include "transport/input.h"
 #include "transport/playback.h"
 #include "transport/record.h"
+#include "view/cursor.h"
+#include "view/scroll.h"
+#include "view/tracking.h"
+#include "view/window.h"
 
 host_class* brisolan_class = nullptr;
 cell<std::int32_t> brisolan_nextserial{0};
@@ -71,10 +75,10 @@ const auto table = std::to_array<message_entry>({
     row<brisolan_followat, ARG_LONG, ARG_LONG, ARG_LONG>("followat",
                                                          "begin following after the note pitch vel chan"),
     row<brisolan_delay, ARG_LONG>("delay", "move the whole sequence to begin at a time"),
-    // own_row<"update", brisolan_update>("draw the window"),
+    own_row<"update", brisolan_update>("draw the window"),
     // own_row<"click", brisolan_click>("a press in the window"),
-    // own_row<"dblclick", brisolan_dblclick>("a double click on the box"),
-    // own_row<"filename", brisolan_dblclick>("the same as dblclick"),
+    own_row<"dblclick", brisolan_dblclick>("a double click on the box"),
+    own_row<"filename", brisolan_dblclick>("the same as dblclick"),
     row<brisolan_restore>("restore", "clear, and take the saved events that follow"),
     own_row<"save", brisolan_save>("write the instance into its patcher"),
     // own_row<"key", brisolan_key>("a key press in the window"),
@@ -97,13 +101,13 @@ const auto table = std::to_array<message_entry>({
     row<brisolan_write, ARG_LIST>("write", "write a file"),
     row<brisolan_writekel, ARG_DEFSYM>("writekel", "write a document"),
     own_row<"saveto", brisolan_saveto>("write the document to a file"),
-    // row<brisolan_open>("open", "open the editor window"),
-    // row<brisolan_wclose>("wclose", "close the editor window"),
-    // own_row<"cursor", brisolan_cursorin>("the pointer moves over the window"),
-    // own_row<"cursorout", brisolan_cursorout>("the pointer leaves the window"),
-    // own_row<"chkscroll", brisolan_chkscroll>("set the scroll bars"),
-    // own_row<"scroll", brisolan_scroll>("the view was scrolled"),
-    // own_row<"wsize", brisolan_wsize>("the window has a new size"),
+    row<brisolan_open>("open", "open the editor window"),
+    row<brisolan_wclose>("wclose", "close the editor window"),
+    own_row<"cursor", brisolan_cursorin>("the pointer moves over the window"),
+    own_row<"cursorout", brisolan_cursorout>("the pointer leaves the window"),
+    own_row<"chkscroll", brisolan_chkscroll>("set the scroll bars"),
+    own_row<"scroll", brisolan_scroll>("the view was scrolled"),
+    own_row<"wsize", brisolan_wsize>("the window has a new size"),
     own_row<"info", host_inspector_open>("open the inspector"),
     own_row<"pstate", brisolan_pstate>("tell the parameters' descriptions"),
     own_row<"assist", brisolan_assist>("tell an inlet's or outlet's hover text"),
@@ -145,6 +149,7 @@ void brisolan_main() {
         host_class_setup("brisolan", host_typed_lifecycle<brisolan_new, brisolan_free, ARG_DEFSYM>());
     for (const message_entry& m : table) register_message(brisolan_class, m);
     brisolan_nextserial = 0;
+    g_currentcursor = -1;
     load_drawing_resources();
     ps_nothing = host_symbol("");
     ps_New = host_symbol("#N");

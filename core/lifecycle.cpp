@@ -8,6 +8,10 @@
 #include "core/class.h"
 #include "core/messages.h"
 #include "transport/playback.h"
+#include "view/events.h"
+#include "view/format.h"
+#include "view/selected.h"
+#include "view/window.h"
 
 brisolan* g_restore_target = nullptr;
 
@@ -57,13 +61,13 @@ brisolan* brisolan_new(symbol* name) {
     brisolan* x = host_object_new<brisolan>(brisolan_class);
     x->window = host_window_new(x, 0, 0, WINDOW_WIDTH, WINDOW_HEIGHT, WINDOW_FLAGS);
     host_window_setmin(x->window, WINDOW_LEAST_WIDTH, WINDOW_LEAST_HEIGHT);
-    // x->redraw_qelem = host_qelem_new<brisolan_qfn>(x);
+    x->redraw_qelem = host_qelem_new<brisolan_qfn>(x);
     x->timer_clock = host_clock_new<brisolan_clk>(x);
     x->play_clock = host_clock_new<brisolan_next>(x);
     x->lock = host_critical_new();
     // Outlets are added on the left, so Time is made last.
     for (int i = NPARAMS - 1; i >= 0; --i) build_param(x, i);
-    // x->numfield = host_numfield_new(x, brisolan_numdraw);
+    x->numfield = host_numfield_new(x, brisolan_numdraw);
     x->trackshown = static_cast<std::uint8_t*>(host_getbytes(NTRACKS));
     for (int i = 0; i < NTRACKS; ++i) x->trackshown[i] = 1;
     brisolan_nextserial += 1;
@@ -76,8 +80,9 @@ brisolan* brisolan_new(symbol* name) {
 }
 
 void brisolan_free(brisolan* x) {
-    // brisolan_noselect(x);
+    brisolan_noselect(x);
     brisolan_clear(x);
+    brisolan_freeindex(x);
     host_window_free(x->window);
     host_qelem_free(x->redraw_qelem);
     host_clock_free(x->timer_clock);

@@ -11,16 +11,25 @@
 
 namespace {
 
-// Clips to the data area for the scope's life.
+// The window's port, clipped to the data area, for the scope's life. A hidden window has no port: nothing is drawn then.
 class event_clip {
 public:
-    explicit event_clip(brisolan* x) : saved(t_getclip()) { brisolan_eventclip(x); }
-    ~event_clip() { t_restoreclip(saved); }
+    explicit event_clip(brisolan* x) {
+        GetPort(&before);
+        SetPort(x->window->visible ? x->window->port : nullptr);
+        saved = t_getclip();
+        brisolan_eventclip(x);
+    }
+    ~event_clip() {
+        t_restoreclip(saved);
+        SetPort(before);
+    }
     event_clip(const event_clip&) = delete;
     event_clip& operator=(const event_clip&) = delete;
 
 private:
-    RgnHandle saved;
+    GrafPtr before = nullptr;
+    RgnHandle saved = nullptr;
 };
 
 void draw_clipped(brisolan* x, event* e) {
