@@ -8,6 +8,8 @@ foreach(check format wording includes walls-hold scripts-hold)
     add_test(NAME checks/${check} COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/${check}.sh)
     set_property(TEST checks/${check} PROPERTY LABELS checks)
 endforeach()
+add_test(NAME checks/misfits COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/misfits.sh ${CMAKE_CXX_COMPILER})
+set_property(TEST checks/misfits PROPERTY LABELS checks)
 add_test(NAME checks/links-alone-holds
     COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/links-alone-holds.sh ${CMAKE_CXX_COMPILER})
 set_property(TEST checks/links-alone-holds PROPERTY LABELS checks)

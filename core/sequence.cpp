@@ -8,6 +8,7 @@
 #include "core/heldnotes.h"
 #include "core/locked.h"
 #include "core/notechains.h"
+#include "core/saturated.h"
 
 namespace {
 
@@ -100,9 +101,7 @@ event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::in
     }
     event* e = brisolan_newevent();
     if (!e) return nullptr;
-    // Wraps at 32 bits, as a running time of some 24 days would.
-    x->lasttime = static_cast<std::int32_t>(static_cast<std::uint32_t>(x->lasttime.get()) +
-                                            static_cast<std::uint32_t>(std::max(delta, 0)));
+    x->lasttime = saturated(std::int64_t{x->lasttime.get()} + std::max(delta, 0));
     for (int i = PARAM_PITCH; i < NPARAMS; ++i) event_param(*e, i) = values[static_cast<std::size_t>(i)];
     e->time = x->lasttime;
     if (ordered && x->events)

@@ -12,6 +12,8 @@
 #include "core/sequence.h"
 #include "io/bufferedfile.h"
 
+midi_ending g_midi_ending = midi_ending::whole;
+
 namespace {
 
 constexpr std::int32_t DEFAULT_BPM = 120;
@@ -224,6 +226,7 @@ step_result read_chunks(midi_import& m) {
         m.carry = 0.0;
         step_result r = step_result::more;
         while (r == step_result::more) r = read_event(m);
+        if (r == step_result::finished) g_midi_ending = midi_ending::cut;
         if (r != step_result::end_of_track) return r;
     }
 }
@@ -235,8 +238,14 @@ void read_notes(midi_import& m) {
         m.x->restoring = std::uint8_t{1}; // the stop inside has lowered it
     }
     switch (read_chunks(m)) {
-    case step_result::funky: host_post("fdt < 0... something's funky"); break;
-    case step_result::bad: host_error("brisolan: %s: bad midi file", m.name); break;
+    case step_result::funky:
+        g_midi_ending = midi_ending::funky;
+        host_post("fdt < 0... something's funky");
+        break;
+    case step_result::bad:
+        g_midi_ending = midi_ending::bad;
+        host_error("brisolan: %s: bad midi file", m.name);
+        break;
     default: break;
     }
     if (m.changed) {
@@ -265,7 +274,11 @@ std::int32_t readvar(bool* cut) {
 void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_option) {
     midi_import m{.x = x, .name = name, .option = import_option};
     x->restoring = std::uint8_t{1};
-    if (read_header(m)) read_notes(m);
+    g_midi_ending = midi_ending::bad;
+    if (read_header(m)) {
+        g_midi_ending = midi_ending::whole;
+        read_notes(m);
+    }
     t_close();
     locked_out now;
     brisolan_stop(x);

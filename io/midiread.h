@@ -12,6 +12,16 @@
 // broken later leaves the notes read so far. The object is stopped in every case. [main]
 void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_option);
 
+// How the last import ended. The reader itself passes most of it over in silence; a program that wants to tell the user of
+// a file that is cut off looks here. Written by brisolan_importmidi, read by the program's commands.
+enum class midi_ending {
+    whole, // with an End of Track, or before the next chunk
+    cut,   // inside a chunk
+    funky, // at a delta below 0, which the end of the file inside a delta also gives
+    bad    // at what the console line "bad midi file" or "not supported" told
+};
+extern midi_ending g_midi_ending;
+
 // Reads a variable-length quantity from the open file; one longer than 32 bits keeps its low 32. -1 at the end of the
 // file, which *cut then tells apart from a quantity of that value. [main]
 std::int32_t readvar(bool* cut);

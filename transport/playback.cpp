@@ -4,6 +4,7 @@
 
 #include "core/heldnotes.h"
 #include "core/output.h"
+#include "core/saturated.h"
 #include "core/sequence.h"
 
 namespace {
@@ -17,9 +18,8 @@ void send_time(brisolan* x, std::int32_t value) {
     host_outlet_int(x->params[PARAM_TIME].outlet, value);
 }
 
-// Differences of times wrap at 32 bits like the times themselves.
 std::int32_t difference(std::int32_t later, std::int32_t earlier) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) - static_cast<std::uint32_t>(earlier));
+    return saturated(std::int64_t{later} - earlier);
 }
 
 } // namespace
@@ -90,11 +90,8 @@ void brisolan_mstop(brisolan* x) {
 void brisolan_delay(brisolan* x, std::int32_t time) {
     event* first = x->events;
     if (!first) return;
-    const std::int32_t shift = difference(time, first->time);
-    for (event* e = first; e; e = e->next) {
-        e->time = static_cast<std::int32_t>(static_cast<std::uint32_t>(e->time.get()) +
-                                            static_cast<std::uint32_t>(shift));
-    }
+    const std::int64_t shift = std::int64_t{time} - first->time;
+    for (event* e = first; e; e = e->next) e->time = saturated(e->time + shift);
     brisolan_timeschanged(x);
     x->redraw.redraw_panel = std::uint8_t{1};
     x->redraw.changed = std::uint8_t{1};

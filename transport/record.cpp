@@ -6,6 +6,7 @@
 
 #include "core/heldnotes.h"
 #include "core/messages.h"
+#include "core/saturated.h"
 #include "core/sequence.h"
 
 namespace {
@@ -25,13 +26,11 @@ event* append_current_values(brisolan* x, std::int32_t delta) {
 
 // Time goes on, and the first held note of the pitch ends now.
 void record_noteoff(brisolan* x, std::int32_t delta) {
-    x->lasttime = static_cast<std::int32_t>(static_cast<std::uint32_t>(x->lasttime.get()) +
-                                            static_cast<std::uint32_t>(delta));
+    x->lasttime = saturated(std::int64_t{x->lasttime.get()} + delta);
     const std::int32_t pitch = x->params[PARAM_PITCH].curvalue;
     event* e = brisolan_unhold(x, [pitch](const event& held) { return held.pitch == pitch; });
     if (!e) return;
-    const std::int64_t dur = std::int64_t{x->lasttime.get()} - e->time;
-    e->dur = static_cast<std::int32_t>(std::clamp<std::int64_t>(dur, 0, INT32_MAX));
+    e->dur = std::max(saturated(std::int64_t{x->lasttime.get()} - e->time), 0);
     x->redraw.changed = std::uint8_t{1};
     brisolan_redraw(x);
 }

@@ -16,13 +16,33 @@ std::map<std::string, host_class*, std::less<>>& classes() {
     return all;
 }
 
-// Messages that the main level sends for a person, and those of the scheduler, never overlap.
+// How deep messages may set each other off from inside their own delivery: a patch that feeds itself is ended long before
+// the stack is.
+constexpr int MAX_NESTING = 400;
+
+// The deliveries that run on the calling thread, inside one another.
+struct nesting {
+    int depth = 0;
+    bool unwinding = false; // too deep: nothing more is delivered until the outermost has returned
+};
+thread_local nesting t_nesting;
+
+// One delivery. Messages that the main level sends for a person, and those of the scheduler, never overlap.
 class delivery {
 public:
-    delivery() : before(host_lockout_set(true)) {}
-    ~delivery() { host_lockout_set(before); }
+    delivery() : before(host_lockout_set(true)) {
+        if (++t_nesting.depth <= MAX_NESTING || t_nesting.unwinding) return;
+        t_nesting.unwinding = true;
+        host_error("host: messages nested too deep");
+    }
+    ~delivery() {
+        if (--t_nesting.depth == 0) t_nesting.unwinding = false;
+        host_lockout_set(before);
+    }
     delivery(const delivery&) = delete;
     delivery& operator=(const delivery&) = delete;
+
+    bool allowed() const { return !t_nesting.unwinding; }
 
 private:
     bool before;
@@ -106,6 +126,7 @@ bool refuse(const host_object* x, const char* what) {
 
 bool deliver(host_object* x, const host_handler& h, symbol* selector, std::span<const atom> arguments) {
     const delivery now;
+    if (!now.allowed()) return false;
     if (h.words[0] == ARG_LIST) {
         h.deliver(x, selector, static_cast<std::int32_t>(arguments.size()), arguments.data());
         return true;
@@ -197,8 +218,8 @@ bool kel_number(host_object* x, const atom& value) {
     if (h.deliver) {
         fit(as_float ? ARG_FLOAT : ARG_LONG, value, converted);
         const delivery now;
-        h.deliver(x, nullptr, 1, &converted);
-        return true;
+        if (now.allowed()) h.deliver(x, nullptr, 1, &converted);
+        return now.allowed();
     }
     if (c.anything.deliver) return deliver(x, c.anything, known().list, {&value, 1});
     if (const host_handler* list = method(x, known().list))
@@ -226,8 +247,8 @@ bool kel_inlet(host_object* x, int number, std::int32_t value) {
     if (!h.deliver) return false;
     const delivery now;
     const atom a(value);
-    h.deliver(x, nullptr, 1, &a);
-    return true;
+    if (now.allowed()) h.deliver(x, nullptr, 1, &a);
+    return now.allowed();
 }
 
 bool kel_has_private(const host_object* x, const char* selector) {

@@ -311,6 +311,10 @@ file_type kel_filetype(const std::string& file) {
     return type_by_ending(file);
 }
 
+file_type kel_typeofname(const char* name) {
+    return type_by_ending(name);
+}
+
 const char* kel_filereason(host_err code) {
     switch (code) {
     case HOST_OK: return "no error";

@@ -29,6 +29,9 @@ std::string kel_filepath(const char* name, std::int16_t path);
 // 0 for none. The file need not exist. [main]
 file_type kel_filetype(const std::string& file);
 
+// The type that a name's ending tells; 0 for none. [both]
+file_type kel_typeofname(const char* name);
+
 // One phrase for a code of the file service, such as "no space left". Static. [both]
 const char* kel_filereason(host_err code);
 

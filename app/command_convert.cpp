@@ -1,0 +1,125 @@
+// app/command_convert.cpp: `brisolan convert`: any readable kind into any writable kind.
+// Layer: program.
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <memory>
+
+#include <unistd.h>
+
+#include "app/commands.h"
+#include "app/pipes.h"
+#include "app/source.h"
+#include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
+
+namespace {
+
+struct convert_options {
+    std::string in;
+    std::string out;
+    std::string to; // the kind, for standard output
+    std::string time_base = "metrical";
+    int format = -1; // -1: 1 when there is more than one track
+    int import_option = 0;
+    bool force = false;
+};
+
+// The kind of file to write: as --to says, else by the name's ending; 0 for none.
+file_type target_type(const convert_options& o) {
+    static const std::map<std::string, file_type> kinds{
+        {"mid", TYPE_MIDI}, {"kel", TYPE_TEXT}, {"kelb", TYPE_KELB}};
+    if (!o.to.empty()) return kinds.at(o.to);
+    return kel_typeofname(o.out.c_str());
+}
+
+const char* ending(file_type type) {
+    return type == TYPE_MIDI ? "out.mid" : type == TYPE_TEXT ? "out.kel" : "out.kelb";
+}
+
+int complain(const std::string& why, int status) {
+    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
+    return status;
+}
+
+// As "write" chooses by itself: format 1 when a track above the first is in use.
+bool more_than_one_track(const brisolan* x) {
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->track > 1) return true;
+    }
+    return false;
+}
+
+// Has the object write the file; an empty string, or what its console or the file service said.
+std::string write_out(headless_session& session, brisolan* x, const std::string& file, file_type type,
+                      const convert_options& o) {
+    std::string error;
+    session.machine.print = [&error](const std::string& line) {
+        constexpr std::string_view prefix = "error ";
+        if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
+    };
+    if (type == TYPE_MIDI) {
+        const int format = o.format >= 0 ? o.format : more_than_one_track(x) ? 1 : 0;
+        const atom arguments[] = {atom(host_symbol(file.c_str())), atom(o.time_base == "timecode" ? 1 : 0),
+                                  atom(format)};
+        kel_send(x, host_symbol("export"), arguments);
+        kel_run_queue();
+    } else {
+        x->window->save_format = type == TYPE_KELB ? 1 : 0;
+        const host_err code = kel_private<"saveto">(x, file.c_str(), host_default_path());
+        if (code && error.empty()) error = "can't write " + file + ": " + kel_filereason(code);
+    }
+    session.machine.print = nullptr;
+    return error;
+}
+
+int run_convert(const convert_options& o) {
+    const bool to_pipe = o.out == "-";
+    const file_type type = target_type(o);
+    if (!type) {
+        return complain(
+            (to_pipe ? std::string("--to mid, kel or kelb is wanted for standard output")
+                     : o.out + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb"),
+            EXIT_MISUSE);
+    }
+    if (!to_pipe && !o.force && access(o.out.c_str(), F_OK) == 0) {
+        return complain(o.out + ": exists; --force replaces it", EXIT_FAILED);
+    }
+    headless_session session;
+    brisolan* x = session.make();
+    if (const std::string why = read_into(session, x, o.in, o.import_option); !why.empty()) {
+        std::fprintf(stderr, "%s\n", why.c_str());
+        return EXIT_FAILED;
+    }
+    if (!to_pipe) {
+        const std::string why = write_out(session, x, o.out, type, o);
+        return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
+    }
+    std::string why;
+    const spooled_output spool(ending(type), why);
+    if (why.empty()) why = write_out(session, x, spool.path(), type, o);
+    if (why.empty()) why = spool.copy_out();
+    return why.empty() ? EXIT_DONE : complain("standard output: " + why, EXIT_FAILED);
+}
+
+} // namespace
+
+void add_convert_command(CLI::App& program, int& status) {
+    CLI::App* c = program.add_subcommand("convert", "Turn any readable kind of file into any writable kind");
+    auto o = std::make_shared<convert_options>();
+    c->add_option("IN", o->in, "A MIDI file or document; - for standard input")->required();
+    c->add_option("OUT", o->out, "The file to write, its kind told by the ending; - for standard output")
+        ->required();
+    c->add_option("--to", o->to, "The kind to write, whatever the name")
+        ->check(CLI::IsMember({"mid", "kel", "kelb"}));
+    c->add_option("--time-base", o->time_base,
+                  "MIDI: metrical (96 ticks a quarter) or timecode (2 ticks a millisecond)")
+        ->check(CLI::IsMember({"metrical", "timecode"}));
+    c->add_option("--format", o->format,
+                  "MIDI: 0 for one track, 1 for a track each; left out, as the tracks need")
+        ->check(CLI::Range(0, 1));
+    c->add_option("--import-option", o->import_option,
+                  "Reading MIDI: 0 by the file's tempo, other numbers half the ticks as milliseconds");
+    c->add_flag("--force", o->force, "Replace a file that exists");
+    c->callback([o, &status] { status = run_convert(*o); });
+}

@@ -1,0 +1,15 @@
+// app/commands.h: the program's commands, one file each.
+// Layer: program. Called by main.cpp.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+// Exit statuses of every command.
+constexpr int EXIT_DONE = 0;
+constexpr int EXIT_FAILED = 1; // the work failed; standard error says why
+constexpr int EXIT_MISUSE = 2; // the command line, or a script's line, was not understood
+
+// Each adds its command with its options; the chosen one's callback stores the exit status. [main]
+void add_list_command(CLI::App& program, int& status);
+void add_convert_command(CLI::App& program, int& status);
+void add_script_command(CLI::App& program, int& status);

@@ -1,0 +1,85 @@
+// app/pipes.cpp: standard input and output for commands that work on files.
+// Layer: program.
+#include "app/pipes.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t PIECE = 65536;
+
+std::string temporary_folder() {
+    const char* named = std::getenv("TMPDIR");
+    return named && *named ? named : "/tmp";
+}
+
+// The ending of the kind that these first bytes show.
+const char* ending_of(std::string_view start) {
+    if (start.starts_with("MThd")) return ".mid";
+    return start.find('\0') == std::string_view::npos && !start.starts_with("kelb") ? ".kel" : ".kelb";
+}
+
+// Everything of `from` into `to`; false when reading or writing failed.
+bool copy_all(FILE* from, FILE* to) {
+    std::array<char, PIECE> piece;
+    while (const std::size_t n = std::fread(piece.data(), 1, piece.size(), from)) {
+        if (std::fwrite(piece.data(), 1, n, to) != n) return false;
+    }
+    return !std::ferror(from) && std::fflush(to) == 0;
+}
+
+} // namespace
+
+spooled_input::spooled_input(std::string& error) {
+    std::vector<char> start(PIECE);
+    start.resize(std::fread(start.data(), 1, start.size(), stdin));
+    const char* ending = ending_of({start.data(), start.size()});
+    std::string name = temporary_folder() + "/brisolan-XXXXXX" + ending;
+    const int fd = mkstemps(name.data(), static_cast<int>(std::strlen(ending)));
+    FILE* to = fd < 0 ? nullptr : fdopen(fd, "wb");
+    if (!to) {
+        error = std::strerror(errno);
+        return;
+    }
+    file = name;
+    const bool whole = std::fwrite(start.data(), 1, start.size(), to) == start.size() && copy_all(stdin, to);
+    if (!whole) error = std::strerror(errno);
+    std::fclose(to);
+}
+
+spooled_input::~spooled_input() {
+    if (!file.empty()) unlink(file.c_str());
+}
+
+spooled_output::spooled_output(const std::string& name, std::string& error) {
+    std::string made = temporary_folder() + "/brisolan-XXXXXX";
+    if (!mkdtemp(made.data())) {
+        error = std::strerror(errno);
+        return;
+    }
+    folder = made;
+    file = folder + "/" + name;
+}
+
+spooled_output::~spooled_output() {
+    if (folder.empty()) return;
+    unlink(file.c_str());
+    rmdir(folder.c_str());
+}
+
+std::string spooled_output::copy_out() const {
+    FILE* from = std::fopen(file.c_str(), "rb");
+    if (!from) return std::strerror(errno);
+    const bool whole = copy_all(from, stdout);
+    const int why = errno;
+    std::fclose(from);
+    return whole ? "" : std::strerror(why);
+}

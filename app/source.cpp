@@ -1,0 +1,102 @@
+// app/source.cpp: reading a file into an instance for a command.
+// Layer: program.
+#include "app/source.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "app/pipes.h"
+#include "host/kernel/atombuf.h"
+#include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
+#include "io/midiread.h"
+
+namespace {
+
+// Why the file cannot even be opened, in the words of the system; empty when it can.
+std::string why_unreadable(const std::string& file) {
+    const int fd = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return std::strerror(errno);
+    struct stat info {};
+    const bool known = fstat(fd, &info) == 0;
+    close(fd);
+    if (!known) return std::strerror(errno);
+    if (S_ISDIR(info.st_mode)) return std::strerror(EISDIR);
+    if (!S_ISREG(info.st_mode)) return "not a regular file";
+    return info.st_size == 0 ? "the file is empty" : "";
+}
+
+const char* ending_reason(midi_ending e) {
+    switch (e) {
+    case midi_ending::cut: return "the file is cut off";
+    case midi_ending::funky: return "the file is cut off or broken: a delta time below 0";
+    case midi_ending::bad: return "bad midi file";
+    default: return "";
+    }
+}
+
+// What is wrong with a document that the object has passed over in silence.
+std::string why_no_document(const std::string& file, file_type type) {
+    kel_document document;
+    std::string why;
+    kel_document_read(file.c_str(), host_default_path(), type == TYPE_KELB, &document, &why);
+    return why.empty() ? "not a document" : why;
+}
+
+// The console's lines while something runs: errors are failures, the rest is passed on to standard error.
+class console_catch {
+public:
+    explicit console_catch(headless& m) : machine(m), before(m.print) {
+        machine.print = [this](const std::string& line) { hear(line); };
+    }
+    ~console_catch() { machine.print = before; }
+    console_catch(const console_catch&) = delete;
+    console_catch& operator=(const console_catch&) = delete;
+
+    std::string error;
+
+private:
+    void hear(const std::string& line) {
+        constexpr std::string_view prefix = "error ";
+        if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
+    }
+    headless& machine;
+    std::function<void(const std::string&)> before;
+};
+
+std::string named(const std::string& file, const std::string& why) {
+    return "brisolan: " + file + ": " + why;
+}
+
+std::string read_named(headless_session& session, brisolan* x, const std::string& file,
+                       const std::string& shown, int import_option) {
+    if (const std::string why = why_unreadable(file); !why.empty()) return named(shown, why);
+    const file_type type = kel_filetype(file);
+    if (type != TYPE_MIDI && type != TYPE_TEXT && type != TYPE_KELB) {
+        return named(shown, "not a kind that can be read: the name should end in .mid, .midi, .smf, .kar, "
+                            ".kel, .txt or .kelb");
+    }
+    console_catch console(session.machine);
+    const std::int32_t serial = x->serial;
+    const atom arguments[] = {atom(host_symbol(file.c_str())), atom(import_option)};
+    kel_send(x, host_symbol("read"), arguments);
+    kel_run_queue();
+    if (!console.error.empty()) return console.error;
+    if (type != TYPE_MIDI) return x->serial == serial ? named(shown, why_no_document(file, type)) : "";
+    return g_midi_ending == midi_ending::whole ? "" : named(shown, ending_reason(g_midi_ending));
+}
+
+} // namespace
+
+std::string read_into(headless_session& session, brisolan* x, const std::string& file, int import_option) {
+    if (file != "-") return read_named(session, x, file, file, import_option);
+    std::string error;
+    const spooled_input input(error);
+    if (!error.empty()) return named("standard input", error);
+    return read_named(session, x, input.path(), "standard input", import_option);
+}
