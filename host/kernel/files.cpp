@@ -11,7 +11,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <span>
@@ -24,6 +23,10 @@ constexpr std::size_t BUFFER_SIZE = 65536;
 
 // The extended attribute that keeps a file's type, four bytes.
 constexpr const char* TYPE_ATTRIBUTE = "user.brisolan.type";
+
+// What a file is called while it is written.
+constexpr std::string_view BESIDE_PREFIX = ".brisolan-";
+constexpr std::string_view BESIDE_ENDING = ".part";
 
 // Symbolic links followed from a target before it counts as a loop.
 constexpr int MAX_LINKS = 40;
@@ -155,6 +158,12 @@ file_type type_by_ending(std::string_view file) {
     return 0;
 }
 
+// A file that a killed program left behind in the writing, which may have got its type already, is never a document.
+bool was_being_written(std::string_view file) {
+    const std::string_view name = file.substr(file.rfind('/') + 1); // from 0 when there is no slash
+    return name.starts_with(BESIDE_PREFIX) && name.ends_with(BESIDE_ENDING);
+}
+
 // File systems without extended attributes leave the type to the name's ending.
 void keep_type(int fd, file_type type) {
     const unsigned char four[4] = {static_cast<unsigned char>(type >> 24),
@@ -183,14 +192,13 @@ host_err follow_links(std::string* file) {
     return HOST_ERR_NAME;
 }
 
-// Opens a new file in the target's folder. Its ending is no type's, so that one left behind by a killed program is
-// never taken for a document; its length does not depend on the target's, which may be as long as a name can be.
+// Opens a new file in the target's folder. The length of its name does not depend on the target's, which may be as long
+// as a name can be.
 host_err open_beside(const std::string& target, mode_t mode, std::string* temporary, int* fd) {
     static unsigned counter = 0;
     for (int attempt = 0; attempt < 10000; ++attempt) {
-        char name[64];
-        std::snprintf(name, sizeof name, ".brisolan-%ld-%u.part", static_cast<long>(::getpid()), counter++);
-        *temporary = folder_of(target) + name;
+        *temporary = folder_of(target) + std::string(BESIDE_PREFIX) + std::to_string(::getpid()) + "-" +
+                     std::to_string(counter++) + std::string(BESIDE_ENDING);
         const host_err e = open_file(*temporary, O_RDWR | O_CREAT | O_EXCL, mode, fd);
         if (e != HOST_ERR_EXISTS) return e;
     }
@@ -305,6 +313,7 @@ std::string kel_filepath(const char* name, std::int16_t path) {
 }
 
 file_type kel_filetype(const std::string& file) {
+    if (was_being_written(file)) return 0;
     unsigned char four[4];
     if (::getxattr(file.c_str(), TYPE_ATTRIBUTE, four, sizeof four) == sizeof four)
         return type_of_bytes(four);
@@ -390,7 +399,7 @@ host_err host_file_create(const char* name, std::int16_t path, file_type type, h
     if (!replaces && errno != ENOENT) return code_of(errno);
     if (replaces && !S_ISREG(about.st_mode)) return HOST_ERR_BUSY;
     // A file that its owner protected from writing is not to be replaced behind its back.
-    if (replaces && ::access(target.c_str(), W_OK) != 0) return code_of(errno);
+    if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return code_of(errno);
     expect_size_limit();
     int fd = -1;
     std::string temporary;

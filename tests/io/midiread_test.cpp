@@ -1,0 +1,414 @@
+// tests/io/midiread_test.cpp: reading MIDI files.
+// Test layer. Run by ctest.
+#include "io/midiread.h"
+
+#include <random>
+
+#include "tests/io/io_test.h"
+#include "tests/io/midi_bytes.h"
+#include "tests/io/midi_twin.h"
+
+namespace {
+
+class midiread : public io_test {
+protected:
+    // Reads a file of these bytes; the console's lines.
+    text_lines read(const std::string& file, const std::string& option = "") {
+        put_file("a.mid", file);
+        return told("read a.mid " + option);
+    }
+    text_lines read_track(const std::string& content, const std::string& option = "") {
+        return read(one_track(content), option);
+    }
+    std::int32_t index_of_current() const {
+        std::int32_t i = 0;
+        for (const event* e = x->events; e; e = e->next, ++i) {
+            if (e == x->current) return i;
+        }
+        return -1;
+    }
+};
+
+TEST_F(midiread, NinetySixTicksAreHalfASecondWithoutATempo) {
+    EXPECT_EQ(read_track(on(96, 60, 100, 2) + off(96, 60, 2)), text_lines{});
+    EXPECT_EQ(events(), text_lines{"500 60 100 500 3 1 0 0"});
+}
+
+TEST_F(midiread, ANoteOnOfVelocityZeroIsANoteOff) {
+    read_track(on(0, 60) + on(192, 60, 0));
+    EXPECT_EQ(events(), text_lines{"0 60 100 1000 1 1 0 0"});
+}
+
+TEST_F(midiread, ATempoIsRoundedDownToWholeBeats) {
+    read_track(tempo(0, 500000) + on(192, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+    // 150 beats: 240 ticks a second.
+    read_track(tempo(0, 400000) + on(240, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+    // 85 beats and not 85.7: 136 ticks a second.
+    read_track(tempo(0, 700000) + on(136, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ATempoOfNothingIsTheUsualOne) {
+    read_track(tempo(0, 0) + on(192, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, AShortTempoEventsMissingBytesAreZero) {
+    // 0x070000 microseconds: 130 beats, 208 ticks a second.
+    read_track(meta(0, 0x51, bytes({7})) + on(208, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+    read_track(meta(0, 0x51, "") + on(192, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+    // What is longer counts by its first three.
+    read_track(meta(0, 0x51, bytes({0x07, 0xA1, 0x20, 9, 9})) + on(192, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ATempoGoesOnInLaterTracks) {
+    read(midi_header(1, 2, 96) + chunk(tempo(0, 250000) + end_of_track()) +
+         chunk(on(384, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 2 0 0"});
+}
+
+TEST_F(midiread, FractionsOfAMillisecondAreCarriedOn) {
+    // A tick is 5.2083 ms.
+    read_track(on(1, 60) + on(1, 61) + on(1, 62) + on(1, 63) + on(1, 64));
+    EXPECT_EQ(events(), (text_lines{"5 60 100 10 1 1 0 0", "10 61 100 10 1 1 0 0", "15 62 100 10 1 1 0 0",
+                                    "20 63 100 10 1 1 0 0", "26 64 100 10 1 1 0 0"}));
+}
+
+TEST_F(midiread, WithTheOptionTwoTicksAreAMillisecond) {
+    read_track(on(7, 60) + on(7, 61), "1");
+    EXPECT_EQ(events(), (text_lines{"3 60 100 10 1 1 0 0", "6 61 100 10 1 1 0 0"}));
+    read_track(on(7, 60), "-5");
+    EXPECT_EQ(events(), text_lines{"3 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ATimeCodeDivisionTellsTicksASecond) {
+    // 25 frames of 40 ticks: 1000 a "quarter note", 2000 a second.
+    read(midi_header(0, 1, 0xE728) + chunk(on(2000, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ADivisionOfNothingCountsAsOne) {
+    read(midi_header(0, 1, 0) + chunk(on(2, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+    read(midi_header(0, 1, 0xE700) + chunk(on(2, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, LessThanATickASecondCountsAsOne) {
+    // 1 tick a quarter note, 3 beats a minute.
+    read(midi_header(0, 1, 1) + chunk(tempo(0, 16777215) + on(2, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"2000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, TheFirstOfTwoEqualNotesEndsFirst) {
+    read_track(on(0, 60, 1) + on(96, 60, 2) + off(96, 60) + off(96, 60));
+    EXPECT_EQ(events(), (text_lines{"0 60 1 1000 1 1 0 0", "500 60 2 1000 1 1 0 0"}));
+}
+
+TEST_F(midiread, ANoteWithoutNoteOffKeepsTheProvisionalDuration) {
+    read_track(on(0, 60) + off(96, 61));
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+// The held list's own rule: behind the first note, in place of what stood there.
+TEST_F(midiread, TheSecondOfThreeHeldNotesDropsOut) {
+    read_track(on(0, 60) + on(0, 64) + on(0, 67) + off(96, 60) + off(0, 64) + off(0, 67));
+    EXPECT_EQ(events(), (text_lines{"0 60 100 500 1 1 0 0", "0 64 100 10 1 1 0 0", "0 67 100 500 1 1 0 0"}));
+    // The first is gone and another is left: nothing more is held until that one ends.
+    read_track(on(0, 60) + on(0, 64) + off(96, 60) + on(0, 67) + off(96, 67) + off(0, 64) + on(0, 72) +
+               off(96, 72));
+    EXPECT_EQ(events(), (text_lines{"0 60 100 500 1 1 0 0", "0 64 100 1000 1 1 0 0", "500 67 100 10 1 1 0 0",
+                                    "1000 72 100 500 1 1 0 0"}));
+}
+
+TEST_F(midiread, ANoteOffDoesNotLookAtTheChannel) {
+    read_track(on(0, 60, 100, 3) + off(96, 60, 7));
+    EXPECT_EQ(events(), text_lines{"0 60 100 500 4 1 0 0"});
+}
+
+TEST_F(midiread, ANoteHeldAtTheEndOfATrackIsNotEndedByAnother) {
+    read(midi_header(1, 2, 96) + chunk(on(0, 60) + end_of_track()) + chunk(off(96, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, LaterTracksAreMergedInFrontOfEqualTimes) {
+    read(midi_header(1, 3, 96) + chunk(on(0, 60) + on(0, 61) + on(96, 62) + end_of_track()) +
+         chunk(on(0, 70) + on(0, 71) + on(48, 72) + on(48, 73) + end_of_track()) +
+         chunk(on(96, 80) + end_of_track()));
+    EXPECT_EQ(events(), (text_lines{"0 71 100 10 1 2 0 0", "0 70 100 10 1 2 0 0", "0 60 100 10 1 1 0 0",
+                                    "0 61 100 10 1 1 0 0", "250 72 100 10 1 2 0 0", "500 80 100 10 1 3 0 0",
+                                    "500 73 100 10 1 2 0 0", "500 62 100 10 1 1 0 0"}));
+    EXPECT_EQ(index_of_current(), 5) << "the note appended last";
+    EXPECT_EQ(x->lasttime, 500);
+}
+
+TEST_F(midiread, AChunkOfAnyTypeIsATrack) {
+    read(midi_header(1, 1, 96) + chunk(on(0, 60) + end_of_track(), "Abcd") +
+         chunk(on(0, 61) + end_of_track()));
+    EXPECT_EQ(events(), (text_lines{"0 61 100 10 1 2 0 0", "0 60 100 10 1 1 0 0"}));
+}
+
+TEST_F(midiread, AChunksLengthAndTheNumberOfTracksDoNotMatter) {
+    read(midi_header(1, 77, 96) + "MTrk" + big(3, 4) + on(0, 60) + on(0, 61) + end_of_track() + "MTrk" +
+         big(90000, 4) + on(96, 62) + end_of_track());
+    EXPECT_EQ(events().size(), 3U);
+}
+
+TEST_F(midiread, RunningStatusSurvivesMetaAndExclusiveEventsAndTracks) {
+    read(midi_header(1, 2, 96) +
+         chunk(on(0, 60) + meta(0, 1, "text") + bytes({0, 61, 99}) + bytes({0, 0xF0, 2, 1, 0xF7}) +
+               bytes({0, 62, 98}) + end_of_track()) +
+         chunk(bytes({96, 63, 97}) + end_of_track()));
+    EXPECT_EQ(events(), (text_lines{"0 60 100 10 1 1 0 0", "0 61 99 10 1 1 0 0", "0 62 98 10 1 1 0 0",
+                                    "500 63 97 10 1 2 0 0"}));
+}
+
+TEST_F(midiread, DataBeforeAnyStatusIsSkippedInPairs) {
+    EXPECT_EQ(read_track(bytes({0, 60, 100}) + bytes({0, 61, 100}) + on(0, 62)), text_lines{});
+    EXPECT_EQ(events(), text_lines{"0 62 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, MessagesOfOneDataByteHaveOne) {
+    read_track(bytes({0, 0xC0, 5}) + bytes({0, 6}) + bytes({0, 0xD3, 7}) + on(0, 60));
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, MessagesThatAreNoNotesAreSkipped) {
+    read_track(bytes({0, 0xA0, 60, 1}) + bytes({0, 0xB0, 7, 1}) + bytes({0, 0xE0, 0, 64}) + on(0, 60));
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, StatusBytesFromF1OnAreReadAsMetaEvents) {
+    read_track(bytes({0, 0xF1, 1, 2, 9, 9}) + bytes({0, 0xF8, 0x51, 3, 0x03, 0xD0, 0x90}) + on(384, 60));
+    EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"}) << "a tempo event among them";
+}
+
+TEST_F(midiread, DataBytesAreTakenAsTheyAre) {
+    read_track(bytes({0, 0x90, 200, 255}));
+    EXPECT_EQ(events(), text_lines{"0 200 255 10 1 1 0 0"});
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Refusals
+
+TEST_F(midiread, WhatIsNoMidiFileLeavesTheSequence) {
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    const text_lines bad{"error brisolan: a.mid: bad midi file"};
+    const std::string good = one_track(on(0, 60));
+    EXPECT_EQ(read(""), bad);
+    EXPECT_EQ(read("RIFF" + good.substr(4)), bad);
+    EXPECT_EQ(read("MThd" + big(7, 4) + good.substr(8)), bad);
+    for (std::size_t n = 0; n < 14; ++n) EXPECT_EQ(read(good.substr(0, n)), bad) << n;
+    EXPECT_EQ(read(midi_header(2, 1, 96) + good.substr(14)),
+              text_lines{"error brisolan: MIDI File format 2 not supported"});
+    EXPECT_EQ(read(midi_header(0xFFFF, 1, 96) + good.substr(14)),
+              text_lines{"error brisolan: MIDI File format 65535 not supported"});
+    EXPECT_EQ(events(), text_lines{"5 60 64 100 1 1 0 0"});
+    EXPECT_EQ(x->restoring, 0);
+}
+
+TEST_F(midiread, AHeaderAloneEmptiesTheSequence) {
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    EXPECT_EQ(read(midi_header(0, 1, 96)), text_lines{});
+    EXPECT_EQ(events(), text_lines{});
+    EXPECT_EQ(x->lasttime, 5) << "nothing was appended";
+}
+
+TEST_F(midiread, BadExclusiveDataKeepsTheNotesReadSoFar) {
+    const text_lines bad{"error brisolan: a.mid: bad midi file"};
+    const text_lines kept{"0 60 100 10 1 1 0 0"};
+    EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xF0, 3, 1, 0x80, 0xF7}) + on(0, 61)), bad);
+    EXPECT_EQ(events(), kept);
+    EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xF0, 3, 1, 0xF7, 2}) + on(0, 61)), bad);
+    EXPECT_EQ(events(), kept);
+    EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xF7, 2, 1, 0xF6}) + on(0, 61)), bad);
+    EXPECT_EQ(events(), kept);
+    EXPECT_EQ(read(midi_header(0, 1, 96) + chunk(on(0, 60) + bytes({0, 0xF0, 9, 1, 2}))), bad) << "cut off";
+    EXPECT_EQ(events(), kept);
+    EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xF0, 2, 1, 2}) + bytes({0, 0xF0, 0}) + on(0, 61)),
+              text_lines{});
+    EXPECT_EQ(events().size(), 2U) << "without its end mark, or empty";
+}
+
+TEST_F(midiread, AMetaEventBeyondItsLimitIsBad) {
+    const text_lines bad{"error brisolan: a.mid: bad midi file"};
+    EXPECT_EQ(read_track(on(0, 60) + meta(0, 1, std::string(999999, 'x')) + on(0, 61)), text_lines{});
+    EXPECT_EQ(events().size(), 2U);
+    EXPECT_EQ(read_track(on(0, 60) + meta(0, 1, std::string(1000000, 'x')) + on(0, 61)), bad);
+    EXPECT_EQ(events().size(), 1U);
+    // A length whose low 32 bits are negative is nothing that could be allocated.
+    EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xFF, 1, 0x88, 0x80, 0x80, 0x80, 0}) + on(0, 61)), bad);
+    EXPECT_EQ(events().size(), 1U);
+}
+
+TEST_F(midiread, ADeltaCutOffByTheEndOfTheFileIsFunky) {
+    EXPECT_EQ(read(midi_header(0, 1, 96) + chunk(on(0, 60))),
+              text_lines{"post fdt < 0... something's funky"});
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+    EXPECT_EQ(read(midi_header(0, 1, 96) + chunk(on(0, 60) + bytes({0x81}))),
+              text_lines{"post fdt < 0... something's funky"});
+    EXPECT_EQ(read(midi_header(0, 1, 96) + chunk(on(0, 60)), "1"), text_lines{})
+        << "but not with the other time base";
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ADeltaThatIsNegativeIn32BitsEndsTheImport) {
+    const std::string negative = on(0, 60) + bytes({0x8F, 0xFF, 0xFF, 0xFF, 0x7F, 0x90, 61, 1});
+    EXPECT_EQ(read_track(negative), text_lines{"post fdt < 0... something's funky"});
+    EXPECT_EQ(events().size(), 1U);
+    EXPECT_EQ(read_track(negative, "1"), text_lines{});
+    EXPECT_EQ(events().size(), 1U);
+}
+
+TEST_F(midiread, TheEndOfTheFileAnywhereElseIsQuiet) {
+    const std::string head = midi_header(0, 1, 96);
+    for (const std::string& tail :
+         {bytes({0}), bytes({0, 0x90}), bytes({0, 0x90, 61}), bytes({0, 0xFF}), bytes({0, 0xFF, 1}),
+          bytes({0, 0xFF, 1, 0x81}), bytes({0, 0xFF, 1, 5, 'a'}), bytes({0, 0xF0}), bytes({0, 0xF0, 0x81}),
+          bytes({0, 0xC0})}) {
+        EXPECT_EQ(read(head + chunk(on(0, 60) + tail)), text_lines{});
+        EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+    }
+    EXPECT_EQ(read(head + chunk(on(0, 60) + end_of_track()) + "MTr"), text_lines{});
+    EXPECT_EQ(events().size(), 1U);
+}
+
+TEST_F(midiread, TimesWrapAt32BitsAndNegativeOnesCountAsZero) {
+    // Two steps of 0x3FFFFFFF ms and two more.
+    read_track(on(0x7FFFFFFF, 60) + on(0x7FFFFFFF, 61) + on(0x7FFFFFFF, 62), "1");
+    EXPECT_EQ(events(), (text_lines{"1073741823 60 100 10 1 1 0 0", "2147483646 61 100 10 1 1 0 0",
+                                    "0 62 100 10 1 1 0 0"}));
+    EXPECT_EQ(x->lasttime, 0);
+    EXPECT_EQ(index_of_current(), 2);
+}
+
+TEST_F(midiread, AStepBeyond32BitsSaturates) {
+    // 2^31 - 1 ticks at a tick a second.
+    read(midi_header(0, 1, 1) + chunk(tempo(0, 16777215) + on(0x7FFFFFFF, 60) + end_of_track()));
+    EXPECT_EQ(events(), text_lines{"2147483647 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, EveryExitStopsTheObject) {
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    send("start");
+    ASSERT_EQ(x->mode, MODE_PLAY);
+    const std::int32_t serial = x->serial;
+    read("no midi");
+    EXPECT_EQ(x->mode, MODE_IDLE);
+    EXPECT_NE(x->serial, serial);
+    EXPECT_EQ(x->restoring, 0);
+    EXPECT_EQ(x->held, nullptr);
+    read_track(on(0, 60));
+    EXPECT_EQ(x->restoring, 0);
+    EXPECT_EQ(x->params[PARAM_DUR].isset, 0);
+}
+
+TEST_F(midiread, InputIsTakenAgainAfterwards) {
+    read_track(on(0, 60));
+    send("record");
+    send("10 61 64 0");
+    EXPECT_EQ(events(), text_lines{"10 61 64 0 1 1 0 0"});
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Against the slow twin
+
+std::string random_event(std::mt19937& random, bool wild) {
+    const auto roll = [&random](unsigned n) { return static_cast<std::uint32_t>(random() % n); };
+    const std::uint32_t delta = wild && roll(12) == 0 ? static_cast<std::uint32_t>(random()) >> roll(20)
+                                : roll(3)             ? 0
+                                                      : roll(200);
+    const int pitch = 60 + static_cast<int>(roll(4));
+    const int channel = static_cast<int>(roll(3));
+    switch (roll(wild ? 16 : 11)) {
+    case 0: return var(delta) + bytes({0xC0, 1});
+    case 1: return tempo(delta, roll(2) ? roll(2000000) : 0xFFFFFF);
+    case 2: return meta(delta, static_cast<int>(roll(0x60)) | 0x40, std::string(roll(5), 'm'));
+    case 3: return var(delta) + bytes({0xF0, 3, 1, 2, 0xF7});
+    case 4:
+    case 5:
+    case 6: return roll(2) ? off(delta, pitch, channel) : on(delta, pitch, 0, channel);
+    case 11: return var(delta) + bytes({pitch, 64});
+    case 12: return bytes({static_cast<int>(roll(256))});
+    case 13: return end_of_track(delta) + "MTrk" + big(0, 4);
+    case 14:
+        return var(delta) + bytes({static_cast<int>(0xF0 + roll(16)), static_cast<int>(roll(128)), 1, 0});
+    default: return on(delta, pitch, 1 + static_cast<int>(roll(127)), channel);
+    }
+}
+
+std::string random_file(std::mt19937& random) {
+    const bool wild = random() % 2;
+    static constexpr int divisions[] = {96, 1, 480, 0xE728, 0x7FFF, 0, 0x8080};
+    std::string file =
+        midi_header(static_cast<int>(random() % 2), 3, divisions[random() % std::size(divisions)]);
+    const std::size_t tracks = 1 + random() % 6;
+    for (std::size_t t = 0; t < tracks; ++t) {
+        std::string content;
+        for (std::size_t n = random() % 60; n > 0; --n) content += random_event(random, wild);
+        file += chunk(content + end_of_track());
+    }
+    if (wild && random() % 2) file[14 + random() % (file.size() - 14)] = static_cast<char>(random());
+    if (wild && random() % 3 == 0) file.resize(file.size() - random() % file.size());
+    return file;
+}
+
+TEST_F(midiread, LeavesWhatAppendingOneByOneLeaves) {
+    const unsigned seed = 20;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    std::size_t notes = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const std::string file = random_file(random);
+        const std::int32_t option = static_cast<std::int32_t>(random() % 3) - 1;
+        const text_lines said = read(file, std::to_string(option));
+        const text_lines found = events();
+        const std::int32_t current = index_of_current();
+        const std::int32_t lasttime = x->lasttime;
+        ASSERT_EQ(brisolan_brokeninvariant(x), nullptr);
+        midi_twin(x, file, option).run();
+        kel_run_queue();
+        ASSERT_EQ(taken(), said) << "round " << round;
+        ASSERT_EQ(events(), found) << "round " << round;
+        ASSERT_EQ(index_of_current(), current) << "round " << round;
+        ASSERT_EQ(x->lasttime, lasttime) << "round " << round;
+        notes += found.size();
+    }
+    EXPECT_GT(notes, 50000U);
+}
+
+// Behind track 32767 the numbers are negative, and their notes are appended at the end, or not at all.
+TEST_F(midiread, TrackNumbersWrapAt16Bits) {
+    std::string file = midi_header(1, 1, 96) + chunk(on(0, 60) + on(96, 61) + end_of_track());
+    for (int t = 2; t < 32768; ++t)
+        file += chunk(t % 8000 == 0 ? on(48, 62) + end_of_track() : end_of_track());
+    const std::string at_the_end = file + chunk(on(96, 63) + end_of_track());
+    EXPECT_EQ(read(at_the_end), (text_lines{"post oops! lost my marbles"}))
+        << "the note before was put in between";
+    const text_lines found = events();
+    EXPECT_EQ(found.size(), 6U);
+    EXPECT_EQ(x->lasttime, 0);
+    midi_twin(x, at_the_end, 0).run();
+    EXPECT_EQ(events(), found);
+    EXPECT_EQ(x->lasttime, 0);
+    (void)taken();
+    // The note before is at the end: the next goes behind it, though it is earlier.
+    std::string wrapped = midi_header(1, 1, 96) + chunk(on(96, 61) + end_of_track());
+    for (int t = 2; t < 32768; ++t)
+        wrapped += chunk(t == 32767 ? on(192, 62) + end_of_track() : end_of_track());
+    wrapped += chunk(on(0, 63) + on(0, 64) + off(96, 64) + end_of_track());
+    for (int t = -32767; t < 3; ++t) wrapped += chunk(t == 2 ? on(100, 65) + end_of_track() : end_of_track());
+    EXPECT_EQ(read(wrapped), text_lines{});
+    const text_lines mixed = events();
+    midi_twin(x, wrapped, 0).run();
+    EXPECT_EQ(events(), mixed);
+    EXPECT_EQ(mixed.size(), 5U);
+    EXPECT_EQ(mixed[4], "0 64 100 500 1 -32768 0 0");
+}
+
+} // namespace
