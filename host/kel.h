@@ -114,6 +114,14 @@ host_outlet* host_outlet_int_new(host_object* x);
 // Sends a value down every cord of the outlet, in the order of the cords, before it returns. [scheduler]
 void host_outlet_int(host_outlet* o, std::int32_t value);
 
+// Creates an outlet for messages of any kind left of those created before. Freed with the object. [main]
+host_outlet* host_outlet_new(host_object* x);
+
+// Sends a message down every cord of the outlet, in the order of the cords, before it returns. A "list" of one number
+// arrives as that number. What a receiver does not take gives a console line, and so does a message for an inlet beyond
+// the leftmost, where only integers arrive. [scheduler]
+void host_outlet_message(host_outlet* o, symbol* selector, std::int32_t argc, const atom* argv);
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Classes and messages
 
@@ -178,6 +186,7 @@ template <> struct host_private<"scroll"> { using signature = void(); };
 template <> struct host_private<"wsize"> { using signature = void(); };
 template <> struct host_private<"info"> { using signature = void(); };
 template <> struct host_private<"pstate"> { using signature = void(host_atombuf* into); };
+template <> struct host_private<"loadbang"> { using signature = void(); }; // the patch around it is complete
 template <> struct host_private<"assist"> { using signature = void(bool inlet, int index, char* text); };
 
 // A handler with its argument words, its own type taken away again. Made only by host_typed and host_typed_private, so
@@ -322,6 +331,10 @@ void host_class_addfloat(host_class* c, const host_handler& handler);
 void host_class_addbang(host_class* c, const host_handler& handler);
 void host_class_addinletint(host_class* c, int number, const host_handler& handler);
 
+// The class's handler for whatever it has no other one for, an ARG_LIST handler: a lone number comes as a "list" of one
+// atom, a bang as "bang". [main]
+void host_class_addanything(host_class* c, const host_handler& handler);
+
 namespace host_detail {
 // Zeroed storage of the class's instance size (which must be `size`), and the header's first filling. [main]
 void* object_storage(host_class* c, std::size_t size);
@@ -433,6 +446,10 @@ host_critical* host_critical_new();
 void host_critical_enter(host_critical* c);
 void host_critical_exit(host_critical* c);
 void host_critical_free(host_critical* c);
+
+// Time since the host started, nanoseconds; at scheduler level the time at which the callback that runs was due, so that
+// what is measured and set from it does not drift. [both]
+std::int64_t host_now();
 
 // In a debug build, stops the program when the calling level is not the one the tag allows. [both]
 void host_expect_main(const char* where);

@@ -180,7 +180,7 @@ void host_class_addbang(host_class* c, const host_handler& handler) {
 void host_class_addinletint(host_class* c, int number, const host_handler& handler) {
     c->inlets.at(static_cast<std::size_t>(number)) = handler;
 }
-void kel_class_addanything(host_class* c, const host_handler& handler) {
+void host_class_addanything(host_class* c, const host_handler& handler) {
     c->anything = handler;
 }
 

@@ -33,10 +33,6 @@ bool kel_message(symbol* receiver, std::span<const atom> message);
 // Delivers an integer to inlet `number`; 0 is the left one. False when the object has no such inlet. [both]
 bool kel_inlet(host_object* x, int number, std::int32_t value);
 
-// Sets the handler for selectors that a class has no method for, an ARG_LIST handler; "list" is one of them when the
-// class has no method of that name. For the host's own classes. [main]
-void kel_class_addanything(host_class* c, const host_handler& handler);
-
 // Whether the class takes this selector from the host itself. [both]
 bool kel_has_private(const host_object* x, const char* selector);
 

@@ -106,6 +106,25 @@ void host_outlet_int(host_outlet* o, std::int32_t value) {
     }
 }
 
+host_outlet* host_outlet_new(host_object* x) {
+    return host_outlet_int_new(x);
+}
+
+void host_outlet_message(host_outlet* o, symbol* selector, std::int32_t argc, const atom* argv) {
+    host_expect_scheduler("host_outlet_message");
+    const std::span<const atom> arguments(argv, static_cast<std::size_t>(argc));
+    for (std::size_t i = 0; i < o->cords.size(); ++i) {
+        const kel_cord c = o->cords[i];
+        if (c.inlet == 0)
+            kel_send(c.to, selector, arguments);
+        else if (argc == 1 && argv[0].type == A_LONG)
+            kel_inlet(c.to, c.inlet, argv[0].l);
+        else
+            host_error("host: %s: inlet %d takes integers, not \"%s\"", c.to->cls->name.c_str(), c.inlet,
+                       selector->name);
+    }
+}
+
 int kel_outlets(const host_object* x) {
     int n = 0;
     for (const host_outlet* o = x->outlets; o; o = o->right) ++n;

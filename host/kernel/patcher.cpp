@@ -54,7 +54,7 @@ void patcher_free(host_patcher* p) {
 void kel_patcher_start() {
     patcher_class = host_class_setup("patcher", host_typed_lifecycle<patcher_new, patcher_free>());
     maker_class = host_class_setup("#N", host_typed_lifecycle<maker_new, maker_free>());
-    kel_class_addanything(maker_class, host_typed<maker_anything, ARG_LIST>());
+    host_class_addanything(maker_class, host_typed<maker_anything, ARG_LIST>());
     the_maker = maker_new();
     host_symbol("#N")->thing = static_cast<host_object*>(the_maker);
 }

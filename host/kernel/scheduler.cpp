@@ -217,6 +217,10 @@ kel_time kel_now() {
     return timing_now == kel_timing::virtual_time ? virtual_now : monotonic() - started_at;
 }
 
+std::int64_t host_now() {
+    return kel_now();
+}
+
 void kel_advance(kel_time until, const std::function<void()>& after) {
     host_expect_main("kel_advance");
     for (;;) {
