@@ -1,0 +1,73 @@
+// host/boxes/midi_device.cpp: who hears what is played, and who is told what comes in.
+// Layer: host.
+#include "host/boxes/midi_device.h"
+
+#include <algorithm>
+#include <array>
+
+#include "host/boxes/midi_ports.h"
+
+namespace {
+
+// Process-wide: written at main level under the lockout by the devices' and boxes' owners, who take out what they put
+// in; read while notes pass.
+std::array<const midi_device*, MAX_MIDI_DEVICES> devices{};
+notein* first_notein = nullptr;
+
+class locked_out {
+public:
+    locked_out() : before(host_lockout_set(true)) {}
+    ~locked_out() { host_lockout_set(before); }
+    locked_out(const locked_out&) = delete;
+    locked_out& operator=(const locked_out&) = delete;
+
+private:
+    bool before;
+};
+
+bool in_range(int port, int channel, int pitch, int velocity) {
+    return port >= 1 && channel >= 1 && channel <= 16 && pitch >= 0 && pitch <= 127 && velocity >= 0 &&
+           velocity <= 127;
+}
+
+} // namespace
+
+bool midi_device_add(const midi_device* device) {
+    const locked_out now;
+    const auto free = std::find(devices.begin(), devices.end(), nullptr);
+    if (free == devices.end()) return false;
+    *free = device;
+    return true;
+}
+
+void midi_device_remove(const midi_device* device) {
+    const locked_out now;
+    std::replace(devices.begin(), devices.end(), device, static_cast<const midi_device*>(nullptr));
+}
+
+void midi_send(int port, int channel, int pitch, int velocity) {
+    host_expect_scheduler("midi_send");
+    for (const midi_device* d : devices) {
+        if (d && d->note) d->note(d->user, port, channel, pitch, velocity);
+    }
+}
+
+void midi_receive(int port, int channel, int pitch, int velocity) {
+    host_expect_scheduler("midi_receive");
+    if (!in_range(port, channel, pitch, velocity)) return;
+    for (notein* x = first_notein; x; x = x->next) notein_receive(x, port, channel, pitch, velocity);
+}
+
+void midi_ports_enter(notein* x) {
+    const locked_out now;
+    notein** last = &first_notein;
+    while (*last) last = &(*last)->next;
+    *last = x;
+}
+
+void midi_ports_leave(notein* x) {
+    const locked_out now;
+    notein** at = &first_notein;
+    while (*at && *at != x) at = &(*at)->next;
+    if (*at) *at = x->next;
+}

@@ -1,0 +1,75 @@
+// host/boxes/print.cpp: `print [prefix]`: whatever comes in becomes a line on the console.
+// Layer: host. The line is written at main level: a console may be slow, and the scheduler does not wait for it.
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "host/boxes/boxes.h"
+#include "host/kel.h"
+
+namespace {
+
+struct print : host_object {
+    symbol* prefix = nullptr;
+};
+
+host_class* print_class = nullptr;
+symbol* list = nullptr;
+symbol* default_prefix = nullptr;
+
+// A line as it grows; what has no room is cut off.
+struct line {
+    std::array<char, 900> text{};
+    std::size_t used = 0;
+
+    void add(const char* more) {
+        const std::size_t n = std::min(std::strlen(more), text.size() - 1 - used);
+        std::memcpy(text.data() + used, more, n);
+        used += n;
+    }
+    void add(const atom& a) {
+        std::array<char, 64> number{};
+        if (a.type == A_SYM) return add(a.s->name);
+        if (a.type == A_LONG)
+            std::snprintf(number.data(), number.size(), "%d", static_cast<int>(a.l));
+        else
+            std::snprintf(number.data(), number.size(), "%.9g", static_cast<double>(a.f));
+        add(number.data());
+    }
+};
+
+void print_now(print* x, symbol* selector, std::int32_t argc, const atom* argv) {
+    line l;
+    l.add(x->prefix->name);
+    l.add(":");
+    if (selector != list) {
+        l.add(" ");
+        l.add(selector->name);
+    }
+    for (std::int32_t i = 0; i < argc; ++i) {
+        l.add(" ");
+        l.add(argv[i]);
+    }
+    host_post("%s", l.text.data());
+}
+
+void print_anything(print* x, symbol* selector, std::int32_t argc, const atom* argv) {
+    host_defer_low<print_now>(x, selector, argc, argv);
+}
+
+print* print_new(symbol* prefix) {
+    print* x = host_object_new<print>(print_class);
+    x->prefix = *prefix->name ? prefix : default_prefix;
+    return x;
+}
+
+void print_free(print*) {}
+
+} // namespace
+
+void print_setup() {
+    list = host_symbol("list");
+    default_prefix = host_symbol("print");
+    print_class = host_class_setup("print", host_typed_lifecycle<print_new, print_free, ARG_DEFSYM>());
+    host_class_addanything(print_class, host_typed<print_anything, ARG_LIST>());
+}
