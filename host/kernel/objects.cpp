@@ -137,6 +137,11 @@ host_outlet* kel_outlet(const host_object* x, int k) {
     return o;
 }
 
+bool kel_has_inlet(const host_object* x, int inlet) {
+    return inlet == 0 ||
+           (inlet > 0 && inlet <= MAX_INLET && x->inlets->there[static_cast<std::size_t>(inlet)]);
+}
+
 bool kel_connect(host_object* from, int outlet, host_object* to, int inlet) {
     host_outlet* o = kel_outlet(from, outlet);
     if (!o || inlet < 0 || inlet > MAX_INLET) return false;

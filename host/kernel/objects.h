@@ -10,6 +10,9 @@
 int kel_outlets(const host_object* x);
 host_outlet* kel_outlet(const host_object* x, int k);
 
+// Whether the object has this inlet; every object has inlet 0. [both]
+bool kel_has_inlet(const host_object* x, int inlet);
+
 // Connects an outlet to an object's inlet, behind the cords it has; a cord that is there already is not doubled. Takes a
 // cord away. False when there is no such outlet, or no such cord. [main]
 bool kel_connect(host_object* from, int outlet, host_object* to, int inlet);

@@ -6,10 +6,12 @@
 
 #include "host/kernel/dispatch.h"
 #include "host/kernel/kernel.h"
+#include "host/kernel/objects.h"
 #include "host/kernel/patcher_start.h"
 
 struct host_patcher::contents {
-    std::vector<host_object*> objects;
+    std::vector<host_object*> objects; // in the order made
+    kel_patch patch;
     bool changed = false;
 };
 
@@ -91,17 +93,65 @@ host_object* kel_make(symbol* class_name, std::span<const atom> arguments) {
     if (!x || !building) return x;
     std::vector<host_object*>& objects = building->inside->objects;
     // A constructor may hand back an object that is there already.
-    if (std::find(objects.begin(), objects.end(), x) == objects.end()) objects.push_back(x);
+    if (std::find(objects.begin(), objects.end(), x) != objects.end()) return x;
+    objects.push_back(x);
+    kel_box box;
+    box.object = x;
+    box.made_by = {atom(host_symbol("#N")), atom(class_name)};
+    box.made_by.insert(box.made_by.end(), arguments.begin(), arguments.end());
+    building->inside->patch.boxes.push_back(std::move(box));
     return x;
 }
 
 void kel_patcher_remove(host_patcher* p, host_object* x) {
-    if (std::erase(p->inside->objects, x)) host_object_free(x);
+    if (!std::erase(p->inside->objects, x)) return;
+    std::vector<kel_box>& boxes = p->inside->patch.boxes;
+    const auto box =
+        std::find_if(boxes.begin(), boxes.end(), [x](const kel_box& b) { return b.object == x; });
+    const auto place = static_cast<std::int32_t>(box - boxes.begin());
+    boxes.erase(box);
+    std::vector<kel_patchcord>& cords = p->inside->patch.cords;
+    std::erase_if(cords, [place](const kel_patchcord& c) { return c.from == place || c.to == place; });
+    for (kel_patchcord& c : cords) {
+        c.from -= c.from > place;
+        c.to -= c.to > place;
+    }
+    host_object_free(x);
 }
 
 const std::vector<host_object*>& kel_patcher_objects(const host_patcher* p) {
     return p->inside->objects;
 }
+
+kel_patch& kel_patcher_patch(const host_patcher* p) {
+    return p->inside->patch;
+}
+
+const char* kel_patcher_connect(host_patcher* p, const kel_patchcord& cord) {
+    kel_patch& patch = p->inside->patch;
+    if (std::find(patch.cords.begin(), patch.cords.end(), cord) != patch.cords.end()) return nullptr;
+    patch.cords.push_back(cord);
+    const auto there = [&patch](std::int32_t place) {
+        return place >= 0 && static_cast<std::size_t>(place) < patch.boxes.size();
+    };
+    if (!there(cord.from) || !there(cord.to)) return "a cord to a box that is not there";
+    host_object* const from = patch.boxes[static_cast<std::size_t>(cord.from)].object;
+    host_object* const to = patch.boxes[static_cast<std::size_t>(cord.to)].object;
+    if (!from || !to) return "a cord to a broken box";
+    if (!kel_outlet(from, cord.outlet)) return "a cord from an outlet that is not there";
+    if (!kel_has_inlet(to, cord.inlet)) return "a cord to an inlet that is not there";
+    kel_connect(from, cord.outlet, to, cord.inlet);
+    return nullptr;
+}
+
+host_object* kel_patcher_find(const host_patcher* p, const char* class_name) {
+    const host_class* const c = kel_class(class_name);
+    const std::vector<host_object*>& objects = p->inside->objects;
+    const auto found =
+        std::find_if(objects.begin(), objects.end(), [c](const host_object* x) { return x->cls == c; });
+    return found == objects.end() ? nullptr : *found;
+}
+
 bool kel_patcher_changed(const host_patcher* p) {
     return p->inside->changed;
 }
