@@ -12,4 +12,5 @@ constexpr int EXIT_MISUSE = 2; // the command line, or a script's line, was not 
 // Each adds its command with its options; the chosen one's callback stores the exit status. [main]
 void add_list_command(CLI::App& program, int& status);
 void add_convert_command(CLI::App& program, int& status);
+void add_render_command(CLI::App& program, int& status);
 void add_script_command(CLI::App& program, int& status);
