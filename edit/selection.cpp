@@ -1,0 +1,162 @@
+// edit/selection.cpp: selecting by mouse and all at once, over the primitives of view/selected.
+// Layer: edit. Called by the click dispatcher, the host's drag loop and the Edit menu.
+#include "edit/selection.h"
+
+#include <algorithm>
+
+#include "core/class.h"
+#include "core/sequence.h"
+#include "edit/drag.h"
+#include "edit/press.h"
+#include "view/cursor.h"
+#include "view/events.h"
+#include "view/format.h"
+#include "view/geometry.h"
+#include "view/selected.h"
+#include "view/tracking.h"
+
+namespace {
+
+// Bits of an event's `marked` while a shift rubber band is dragged.
+constexpr std::uint8_t WAS_SELECTED = 1; // when the band started
+constexpr std::uint8_t TOGGLED = 2;      // the band covers it and has turned it over
+
+// The rubber band that is framed on screen, one in the whole program since only one drag can run: its rectangle, and
+// whether it is framed. Written by the band's drag; `drawn` is false between drags.
+Rect r{};
+bool drawn = false;
+
+// Framing twice takes the frame away again.
+void frame_band() {
+    PenMode(patXor);
+    PenPat(&gry);
+    FrameRect(&r);
+    PenNormal();
+}
+
+void set_band(Point a, Point b) {
+    r = {std::min(a.h, b.h), std::min(a.v, b.v), std::max(a.h, b.h), std::max(a.v, b.v)};
+}
+
+// Whether the event's bar and the band share a point, edges included. The bar's height plays no part.
+bool in_band(const brisolan* x, const event* e) {
+    const std::int32_t y = brisolan_valuetov(x, event_param(*e, x->yparam));
+    if (y < r.top || y > r.bottom) return false;
+    const std::int32_t left = brisolan_timetoh(x, e->time);
+    if (left > r.right) return false;
+    const std::int32_t width = x->labelparam < 0 ? brisolan_barlength(x, e) : brisolan_nwidth(x, e);
+    return left + width >= r.left;
+}
+
+void unselect_and_redraw(brisolan* x, event* e) {
+    brisolan_unselect(x, e);
+    brisolan_drawdirtyevts(x);
+}
+
+// An event that the band left gets the state back that it had when the band started.
+void leave_band(brisolan* x, event* e, bool additive) {
+    if (!additive || !e->marked) {
+        if (e->selected) unselect_and_redraw(x, e);
+        return;
+    }
+    if (!e->selected)
+        brisolan_select(x, e);
+    else if (e->marked & TOGGLED)
+        unselect_and_redraw(x, e);
+    e->marked = static_cast<std::uint8_t>(e->marked & ~TOGGLED);
+}
+
+// An event under the band is selected, or, when it was selected as a shift band started, is not. One on a hidden track
+// stays as it is.
+void enter_band(brisolan* x, event* e, bool additive) {
+    if (!brisolan_trackisshown(x, e->track)) return;
+    if (!additive || !e->marked) {
+        if (!e->selected) brisolan_select(x, e);
+        return;
+    }
+    if (e->selected)
+        unselect_and_redraw(x, e);
+    else if (!(e->marked & TOGGLED))
+        brisolan_select(x, e);
+    e->marked = static_cast<std::uint8_t>(e->marked | TOGGLED);
+}
+
+void press_on_nothing(brisolan* x, int modifiers, int tool) {
+    if (tool != TOOL_ARROW) return;
+    if (modifiers & shiftKey)
+        brisolan_markselected(x);
+    else
+        brisolan_noselect(x);
+    x->dragkind = DRAG_BAND;
+    host_window_drag<brisolan_selectdrag>(x->window);
+}
+
+void hide_pointer(Point where) {
+    if (!g_pointerhidden) HideCursor();
+    g_pointerhidden = true;
+    g_clickpt = where;
+}
+
+// Kept: pressing an event that is selected already counts it once more.
+void press_on_event(brisolan* x, event* e, Point where, int tool) {
+    if (!e->selected) brisolan_noselect(x);
+    brisolan_select(x, e);
+    g_grabbedthird = static_cast<std::int16_t>(brisolan_eventthird(x, e, where.h));
+    x->dragvalue = brisolan_grabbedvalue(x, where);
+    x->dragkind = static_cast<std::int8_t>(g_grabbedthird + 1);
+    if (tool == TOOL_ARROW) {
+        host_window_drag<brisolan_movedrag>(x->window);
+        return;
+    }
+    hide_pointer(where);
+    host_window_drag<brisolan_tweakdrag>(x->window);
+}
+
+} // namespace
+
+void brisolan_selectall(brisolan* x) {
+    for (event* e = x->events; e; e = e->next) brisolan_select(x, e);
+}
+
+void brisolan_markselected(brisolan* x) {
+    for (event* e = x->events; e; e = e->next) e->marked = e->selected ? WAS_SELECTED : std::uint8_t{0};
+}
+
+void brisolan_selectmouse(brisolan* x, Point where, int modifiers, int tool) {
+    x->clickpt = where;
+    event* e = brisolan_findevent(x, where.h, where.v);
+    if (!e)
+        press_on_nothing(x, modifiers, tool);
+    else if (!(modifiers & shiftKey))
+        press_on_event(x, e, where, tool);
+    else if (e->selected)
+        brisolan_unselect(x, e);
+    else
+        brisolan_select(x, e);
+}
+
+void brisolan_selectdrag(brisolan* x, Point where, bool stilldown) {
+    if (drawn) frame_band();
+    drawn = false;
+    set_band(x->clickpt, where);
+    const bool additive = (modkeywas & shiftKey) != 0;
+    for (event* e = x->events; e; e = e->next) {
+        if (in_band(x, e))
+            enter_band(x, e, additive);
+        else
+            leave_band(x, e, additive);
+    }
+    if (!stilldown) {
+        x->dragkind = DRAG_NONE;
+        return;
+    }
+    // What is still to be drawn comes under the band: drawn over it later, it would leave traces of the band behind.
+    brisolan_drawdirtyevts(x);
+    frame_band();
+    drawn = true;
+}
+
+void brisolan_resetband() {
+    drawn = false;
+    r = {};
+}

@@ -1,0 +1,233 @@
+// io/clipboard.cpp: cut, copy, paste and clear of the selected events, as text on the system clipboard.
+// Layer: io. Called by the host's Edit menu and by the keyboard.
+#include "io/clipboard.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+#include <vector>
+
+#include "core/lifecycle.h"
+#include "core/sequence.h"
+#include "view/events.h"
+#include "view/scroll.h"
+#include "view/selected.h"
+
+namespace {
+
+constexpr std::size_t LINE_LIMIT = 255; // characters of a line that are read
+constexpr char LINE_END = '\r';
+constexpr std::size_t NUMBER_SIZE = 12; // a 32-bit number and the character behind it
+constexpr std::int32_t FIRST_CAPACITY = 1000;
+
+bool find_clipboard(ScrapRef* scrap) {
+    return GetScrapByName(kScrapClipboardScrap, 0, scrap) == noErr && *scrap;
+}
+
+// Text that grows in a relocatable block, which is what the clipboard's calls take. Doubles, so that copying a large
+// selection stays linear.
+class text_block {
+public:
+    text_block() : handle(NewHandle(FIRST_CAPACITY)), capacity(handle ? FIRST_CAPACITY : 0) {}
+    ~text_block() { DisposeHandle(handle); }
+    text_block(const text_block&) = delete;
+    text_block& operator=(const text_block&) = delete;
+
+    // False when there is no memory for it; the text so far stays.
+    bool add(std::string_view text) {
+        const auto more = static_cast<std::int32_t>(text.size());
+        if (more > capacity - length && !grow(std::int64_t{length} + more)) return false;
+        std::copy(text.begin(), text.end(), *handle + length);
+        length += more;
+        return true;
+    }
+    void put() {
+        if (!handle) return;
+        HLock(handle);
+        ThePutScrap(length, kScrapFlavorTypeText, *handle);
+        HUnlock(handle);
+    }
+
+private:
+    bool grow(std::int64_t needed) {
+        const std::int64_t wanted =
+            std::max(needed, std::min<std::int64_t>(capacity * std::int64_t{2}, INT32_MAX));
+        if (!handle || wanted > INT32_MAX) return false;
+        SetHandleSize(handle, static_cast<std::int32_t>(wanted));
+        if (MemError() != noErr) return false;
+        capacity = static_cast<std::int32_t>(wanted);
+        return true;
+    }
+
+    Handle handle;
+    std::int32_t capacity;
+    std::int32_t length = 0;
+};
+
+bool add_event(text_block* text, const event& e) {
+    char line[NPARAMS * NUMBER_SIZE];
+    char* end = line;
+    for (int i = 0; i < NPARAMS; ++i) {
+        end = std::to_chars(end, line + sizeof line, event_param(e, i)).ptr;
+        *end++ = i == NPARAMS - 1 ? LINE_END : ' ';
+    }
+    return text->add({line, static_cast<std::size_t>(end - line)});
+}
+
+// The next line of the text, taken off its front. A line that is too long ends where it reaches the limit; the character
+// there is lost as if it were the line end, and what follows it is the next line.
+std::string_view take_line(std::string_view* text) {
+    const std::string_view reach = text->substr(0, LINE_LIMIT + 1);
+    const std::size_t length = std::min(reach.find(LINE_END), std::min(reach.size(), LINE_LIMIT));
+    const std::string_view line = reach.substr(0, length);
+    text->remove_prefix(std::min(length + 1, text->size()));
+    return line;
+}
+
+// Reads at most eight numbers of a line and gives how many it were. A minus sign counts for the number that it stands in
+// or before; a number beyond 32 bits stops at their limit.
+int parse_line(std::string_view line, std::array<std::int32_t, NPARAMS>* values) {
+    int count = 0;
+    std::int64_t number = 0;
+    bool digits = false;
+    bool negative = false;
+    const auto store = [&] {
+        if (!digits) return;
+        const std::int64_t limit = negative ? -std::int64_t{INT32_MIN} : std::int64_t{INT32_MAX};
+        number = std::min(number, limit);
+        (*values)[static_cast<std::size_t>(count++)] = static_cast<std::int32_t>(negative ? -number : number);
+        number = 0;
+        digits = negative = false;
+    };
+    for (const char c : line) {
+        if (c >= '0' && c <= '9') {
+            digits = true;
+            number = std::min<std::int64_t>(number * 10 + (c - '0'), std::int64_t{1} << 32);
+        } else if (c == '-') {
+            negative = true;
+        } else {
+            store();
+            if (count == NPARAMS) return count;
+        }
+    }
+    store();
+    return count;
+}
+
+// A new event from one line; null when there is no memory.
+event* event_from(const brisolan* x, std::string_view line) {
+    event* e = brisolan_newevent();
+    if (!e) return nullptr;
+    std::array<std::int32_t, NPARAMS> values{};
+    const int count = parse_line(line, &values);
+    for (int i = 0; i < NPARAMS; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        event_param(*e, i) = i < count ? values[at] : x->params[at].defvalue.get();
+    }
+    return e;
+}
+
+// Puts the selected events' text on the clipboard; false, and the clipboard stays, when there is no memory for it.
+bool copy_selected(const brisolan* x) {
+    text_block text;
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->selected && !add_event(&text, *e)) return false;
+    }
+    TheZeroScrap();
+    text.put();
+    return true;
+}
+
+// One event for each line, in the order of the lines, as a chain that is in no list yet; ends early when there is no
+// memory.
+std::vector<event*> events_from(const brisolan* x, std::string_view text) {
+    std::vector<event*> pasted;
+    while (!text.empty()) {
+        event* e = event_from(x, take_line(&text));
+        if (!e) break;
+        if (!pasted.empty()) pasted.back()->next = e;
+        pasted.push_back(e);
+    }
+    return pasted;
+}
+
+void paste_text(brisolan* x, std::string_view text) {
+    const std::vector<event*> pasted = events_from(x, text);
+    if (pasted.empty()) return;
+    brisolan_linkchain(x, pasted.front());
+    for (event* e : pasted) {
+        brisolan_select(x, e);
+        brisolan_drawit(x, e);
+    }
+}
+
+} // namespace
+
+std::int32_t TheGetScrap(Handle handle, FlavorType flavor, OSErr* error) {
+    ScrapRef scrap = nullptr;
+    FlavorFlags flags = 0;
+    std::int32_t size = 0;
+    if (!find_clipboard(&scrap)) return 0;
+    if (GetScrapFlavorFlags(scrap, flavor, &flags) != noErr) return 0;
+    if (GetScrapFlavorSize(scrap, flavor, &size) != noErr || size < 0) return 0;
+    if (!handle) return size;
+    SetHandleSize(handle, size);
+    if (MemError() != noErr) return 0;
+    *error = noErr;
+    HLock(handle);
+    const OSStatus got = GetScrapFlavorData(scrap, flavor, &size, *handle);
+    HUnlock(handle);
+    return got == noErr ? size : 0;
+}
+
+void ThePutScrap(std::int32_t length, FlavorType flavor, const void* data) {
+    ScrapRef scrap = nullptr;
+    if (find_clipboard(&scrap)) PutScrapFlavor(scrap, flavor, kScrapFlavorMaskNone, length, data);
+}
+
+void TheZeroScrap() {
+    ScrapRef scrap = nullptr;
+    if (find_clipboard(&scrap)) ClearScrap(&scrap);
+}
+
+void brisolan_copy(brisolan* x) {
+    copy_selected(x);
+}
+
+void brisolan_cut(brisolan* x) {
+    if (copy_selected(x)) brisolan_clr(x);
+}
+
+void brisolan_paste(brisolan* x) {
+    brisolan_noselect(x);
+    const Handle text = NewHandle(0);
+    if (!text) return;
+    OSErr error = noErr;
+    const std::int32_t size = TheGetScrap(text, kScrapFlavorTypeText, &error);
+    if (size > 0) {
+        HLock(text);
+        paste_text(x, {*text, static_cast<std::size_t>(size)});
+        HUnlock(text);
+        brisolan_remax(x);
+        brisolan_dirty(x);
+    }
+    DisposeHandle(text);
+}
+
+// Kept: neither `nselected` nor the legend is touched, so that until everything is deselected once the counter still has
+// the deleted events.
+void brisolan_clr(brisolan* x) {
+    for (event* e = x->events; e; e = e->next) {
+        if (e->selected) brisolan_eraseit(x, e);
+    }
+    brisolan_removeselected(x);
+    brisolan_remax(x);
+    brisolan_dirty(x);
+}
+
+void brisolan_chkmenu(brisolan* x, host_menustate* state) {
+    state->paste = TheGetScrap(nullptr, kScrapFlavorTypeText, nullptr) > 0;
+    if (brisolan_firstselected(x)) state->cut = 1;
+    state->selectall = 1;
+}
