@@ -48,37 +48,71 @@ bool in_band(const brisolan* x, const event* e) {
     return left + width >= r.left;
 }
 
-void unselect_and_redraw(brisolan* x, event* e) {
-    brisolan_unselect(x, e);
-    brisolan_drawdirtyevts(x);
+// One step of the band over the sequence, in list order.
+struct band_step {
+    brisolan* x;
+    bool additive;         // the press that began it was with shift
+    event* kept = nullptr; // the first event walked over that is selected now
+};
+
+// The first selected event from e on, e included; null if none.
+event* selected_from(event* e) {
+    while (e && !e->selected) e = e->next;
+    return e;
+}
+
+// brisolan_unselect for a walk: what stands selected in front of the event is known, so that the next anchor is looked
+// for from here on alone.
+void unselect(const band_step& step, event* e) {
+    brisolan* x = step.x;
+    brisolan_eraseit(x, e);
+    e->selected = std::uint8_t{0};
+    if (x->firstsel == e) {
+        event* anchor = step.kept ? step.kept : selected_from(e->next);
+        brisolan_setfirstsel(x, x->nselected == 1 ? nullptr : anchor);
+    }
+    x->nselected -= 1;
 }
 
 // An event that the band left gets the state back that it had when the band started.
-void leave_band(brisolan* x, event* e, bool additive) {
-    if (!additive || !e->marked) {
-        if (e->selected) unselect_and_redraw(x, e);
+void leave_band(const band_step& step, event* e) {
+    if (!step.additive || !e->marked) {
+        if (e->selected) unselect(step, e);
         return;
     }
     if (!e->selected)
-        brisolan_select(x, e);
+        brisolan_select(step.x, e);
     else if (e->marked & TOGGLED)
-        unselect_and_redraw(x, e);
+        unselect(step, e);
     e->marked = static_cast<std::uint8_t>(e->marked & ~TOGGLED);
 }
 
 // An event under the band is selected, or, when it was selected as a shift band started, is not. One on a hidden track
 // stays as it is.
-void enter_band(brisolan* x, event* e, bool additive) {
-    if (!brisolan_trackisshown(x, e->track)) return;
-    if (!additive || !e->marked) {
-        if (!e->selected) brisolan_select(x, e);
+void enter_band(const band_step& step, event* e) {
+    if (!brisolan_trackisshown(step.x, e->track)) return;
+    if (!step.additive || !e->marked) {
+        if (!e->selected) brisolan_select(step.x, e);
         return;
     }
     if (e->selected)
-        unselect_and_redraw(x, e);
+        unselect(step, e);
     else if (!(e->marked & TOGGLED))
-        brisolan_select(x, e);
+        brisolan_select(step.x, e);
     e->marked = static_cast<std::uint8_t>(e->marked | TOGGLED);
+}
+
+// The selection follows the band; what was unselected is drawn once, after all of it is erased.
+void apply_band(brisolan* x) {
+    band_step step{x, (modkeywas & shiftKey) != 0};
+    for (event* e = x->events; e; e = e->next) {
+        if (in_band(x, e))
+            enter_band(step, e);
+        else
+            leave_band(step, e);
+        if (e->selected && !step.kept) step.kept = e;
+    }
+    brisolan_drawdirtyevts(x);
 }
 
 void press_on_nothing(brisolan* x, int modifiers, int tool) {
@@ -139,19 +173,12 @@ void brisolan_selectdrag(brisolan* x, Point where, bool stilldown) {
     if (drawn) frame_band();
     drawn = false;
     set_band(x->clickpt, where);
-    const bool additive = (modkeywas & shiftKey) != 0;
-    for (event* e = x->events; e; e = e->next) {
-        if (in_band(x, e))
-            enter_band(x, e, additive);
-        else
-            leave_band(x, e, additive);
-    }
+    // All of it is drawn before the band is framed: drawn over it later, it would leave traces of the band behind.
+    apply_band(x);
     if (!stilldown) {
         x->dragkind = DRAG_NONE;
         return;
     }
-    // What is still to be drawn comes under the band: drawn over it later, it would leave traces of the band behind.
-    brisolan_drawdirtyevts(x);
     frame_band();
     drawn = true;
 }
