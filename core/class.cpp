@@ -5,6 +5,12 @@
 
 #include "core/lifecycle.h"
 #include "core/messages.h"
+#include "edit/keys.h"
+#include "edit/mouse.h"
+#include "edit/params.h"
+#include "edit/press.h"
+#include "edit/selection.h"
+#include "io/clipboard.h"
 #include "io/document.h"
 #include "io/embedding.h"
 #include "io/midiwrite.h"
@@ -76,23 +82,24 @@ const auto table = std::to_array<message_entry>({
                                                          "begin following after the note pitch vel chan"),
     row<brisolan_delay, ARG_LONG>("delay", "move the whole sequence to begin at a time"),
     own_row<"update", brisolan_update>("draw the window"),
-    // own_row<"click", brisolan_click>("a press in the window"),
+    own_row<"click", brisolan_click>("a press in the window"),
     own_row<"dblclick", brisolan_dblclick>("a double click on the box"),
     own_row<"filename", brisolan_dblclick>("the same as dblclick"),
     row<brisolan_restore>("restore", "clear, and take the saved events that follow"),
     own_row<"save", brisolan_save>("write the instance into its patcher"),
-    // own_row<"key", brisolan_key>("a key press in the window"),
-    // own_row<"cut", brisolan_cut>("copy the selected events and delete them"),
-    // own_row<"copy", brisolan_copy>("copy the selected events"),
-    // own_row<"paste", brisolan_paste>("insert the events on the clipboard"),
-    // own_row<"clr", brisolan_clr>("delete the selected events"),
-    // own_row<"selectall", brisolan_selectall>("select every event"),
-    // own_row<"chkmenu", brisolan_chkmenu>("tell which commands of the edit menu make sense"),
+    own_row<"key", brisolan_key>("a key press in the window"),
+    own_row<"cut", brisolan_cut>("copy the selected events and delete them"),
+    own_row<"copy", brisolan_copy>("copy the selected events"),
+    own_row<"paste", brisolan_paste>("insert the events on the clipboard"),
+    own_row<"clr", brisolan_clr>("delete the selected events"),
+    own_row<"selectall", brisolan_selectall>("select every event"),
+    own_row<"chkmenu", brisolan_chkmenu>("tell which commands of the edit menu make sense"),
     row<brisolan_mute, ARG_LONG, ARG_LONG, ARG_LONG>("mute",
                                                      "silence events whose parameter index equals value"),
     row<brisolan_unmute, ARG_LONG, ARG_LONG>("unmute", "take one mute back: index value"),
     row<brisolan_unmuteall>("unmuteall", "take all mutes back"),
-    // row<brisolan_setparam, ARG_LIST>("setparam", "describe a parameter: index name display min max default …"),
+    row<brisolan_setparam, ARG_LIST>("setparam",
+                                     "describe a parameter: index name display min max default …"),
     row<brisolan_params, ARG_LONG, ARG_LONG, ARG_LONG>("params",
                                                        "how following searches: skip window octaves"),
     row<brisolan_import, ARG_LIST>("import", "read a file"),
@@ -125,6 +132,7 @@ void register_message(host_class* c, const message_entry& m) {
 
 void load_drawing_resources() {
     for (std::size_t i = 0; i < em_pic.size(); ++i) {
+        KillPicture(em_pic[i]); // of an earlier load in this process
         em_pic[i] = GetPicture(FIRST_PICTURE + static_cast<int>(i));
         DetachResource(em_pic[i]);
     }
@@ -150,6 +158,8 @@ void brisolan_main() {
     for (const message_entry& m : table) register_message(brisolan_class, m);
     brisolan_nextserial = 0;
     g_currentcursor = -1;
+    brisolan_resetpress();
+    brisolan_resetband();
     load_drawing_resources();
     ps_nothing = host_symbol("");
     ps_New = host_symbol("#N");

@@ -25,7 +25,7 @@ constexpr int SHARP_REACH_BELOW = 6;
 
 void set_track_colour(const brisolan* x, const event* e) {
     if (x->colorparam == PARAM_TRACK)
-        brisolan_trackcolor(e->track - 1);
+        brisolan_trackcolor(std::max<std::int32_t>(e->track, 0) - 1);
     else
         t_color(COLOR_FOREGROUND);
 }

@@ -62,9 +62,10 @@ TEST_F(check_test, finds_a_wrong_count) {
 }
 
 TEST_F(check_test, finds_a_circle) {
-    at(2)->next = x->events;
+    event* last = at(2);
+    last->next = last;
     EXPECT_EQ(broken(), "the list has more events than were counted, or runs in a circle");
-    at(2)->next = nullptr;
+    last->next = nullptr;
 }
 
 TEST_F(check_test, finds_references_to_events_outside_the_list) {
@@ -132,6 +133,7 @@ TEST_F(check_test, finds_roles_given_twice) {
     x->labelparam = NPARAMS;
     EXPECT_EQ(broken(), "the label is no parameter");
     x->labelparam = -1;
+    x->params[PARAM_VEL].mode = ROLE_NONE;
     EXPECT_EQ(broken(), "");
 }
 

@@ -53,7 +53,10 @@ public:
     }
 
 private:
-    int number(int least, int most) { return std::uniform_int_distribution<int>(least, most)(dice); }
+    int number(int least, int most) {
+        if (most < least) return least; // a window too small for what is aimed at
+        return std::uniform_int_distribution<int>(least, most)(dice);
+    }
     bool chance(int in) { return number(1, in) == 1; }
     template <class T> T one_of(std::initializer_list<T> of) {
         return of.begin()[number(0, static_cast<int>(of.size()) - 1)];
@@ -123,7 +126,7 @@ private:
     }
     std::string window_matter(const brisolan* x) {
         switch (number(0, 6)) {
-        case 0: return text(":resize", number(0, 900), number(0, 700));
+        case 0: return text(":resize", number(1, 900), number(1, 700));
         case 1: return ":resize 600 400";
         case 2: return ":update";
         case 3: return text(":pointer", anywhere(x)) + keys();
