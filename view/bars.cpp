@@ -30,10 +30,12 @@ void set_track_colour(const brisolan* x, const event* e) {
         t_color(COLOR_FOREGROUND);
 }
 
-// The bar's rows; one at least.
+// The bar's rows. Where the zoom leaves it no height its middle row is its own, so that it is one pixel high, and three
+// as the outline of a selected event.
 struct bar_rows {
     int top, bottom;
-    explicit bar_rows(const bar& b) : top(b.y - b.half), bottom(std::max(b.y + b.half, top + 1)) {}
+    bar_rows(const brisolan* x, const bar& b)
+        : top(b.y - b.half), bottom(b.y + b.half + (YSIZE(x) == 0 ? 1 : 0)) {}
 };
 
 // Selected events are outlines, others solid.
@@ -85,7 +87,7 @@ bool brisolan_labelshows(const brisolan* x) {
 }
 
 void brisolan_drawbar(brisolan* x, const event* e, const bar& b) {
-    const bar_rows rows(b);
+    const bar_rows rows(x, b);
     set_track_colour(x, e);
     if (brisolan_labelshows(x))
         draw_labelled(x, e, b, rows);

@@ -68,6 +68,8 @@ std::int16_t horizontal_scroll_for(const brisolan* x, int h, std::int32_t time_b
     return static_cast<std::int16_t>(std::clamp<std::int64_t>(p >> 4, 0, INT16_MAX));
 }
 
+// Kept: what the value under the pointer moved up by is subtracted, although content moves up with a growing scroll; the
+// value leaves the pointer to the other side.
 std::int16_t vertical_scroll_for(const brisolan* x, int v, std::int32_t value_before) {
     const std::int64_t moved = std::int64_t{brisolan_vtovalue(x, v)} - value_before;
     const std::int64_t scroll = x->window->vscroll_value - moved * UNIT / brisolan_factor(x->yzoom);
