@@ -14,3 +14,4 @@ void add_list_command(CLI::App& program, int& status);
 void add_convert_command(CLI::App& program, int& status);
 void add_render_command(CLI::App& program, int& status);
 void add_script_command(CLI::App& program, int& status);
+void add_play_command(CLI::App& program, int& status);

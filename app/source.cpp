@@ -18,6 +18,8 @@
 
 namespace {
 
+using console_printer = std::function<void(const std::string&)>;
+
 // Why the file cannot even be opened, in the words of the system; empty when it can.
 std::string why_unreadable(const std::string& file) {
     const int fd = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -51,10 +53,10 @@ std::string why_no_document(const std::string& file, file_type type) {
 // The console's lines while something runs: errors are failures, the rest is passed on to standard error.
 class console_catch {
 public:
-    explicit console_catch(headless& m) : machine(m), before(m.print) {
-        machine.print = [this](const std::string& line) { hear(line); };
+    explicit console_catch(console_printer& p) : print(p), before(p) {
+        print = [this](const std::string& line) { hear(line); };
     }
-    ~console_catch() { machine.print = before; }
+    ~console_catch() { print = before; }
     console_catch(const console_catch&) = delete;
     console_catch& operator=(const console_catch&) = delete;
 
@@ -65,23 +67,23 @@ private:
         constexpr std::string_view prefix = "error ";
         if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
     }
-    headless& machine;
-    std::function<void(const std::string&)> before;
+    console_printer& print;
+    console_printer before;
 };
 
 std::string named(const std::string& file, const std::string& why) {
     return "brisolan: " + file + ": " + why;
 }
 
-std::string read_named(headless_session& session, brisolan* x, const std::string& file,
-                       const std::string& shown, int import_option) {
+std::string read_named(console_printer& print, brisolan* x, const std::string& file, const std::string& shown,
+                       int import_option) {
     if (const std::string why = why_unreadable(file); !why.empty()) return named(shown, why);
     const file_type type = kel_filetype(file);
     if (type != TYPE_MIDI && type != TYPE_TEXT && type != TYPE_KELB) {
         return named(shown, "not a kind that can be read: the name should end in .mid, .midi, .smf, .kar, "
                             ".kel, .txt or .kelb");
     }
-    console_catch console(session.machine);
+    console_catch console(print);
     const std::int32_t serial = x->serial;
     const atom arguments[] = {atom(host_symbol(file.c_str())), atom(import_option)};
     kel_send(x, host_symbol("read"), arguments);
@@ -94,9 +96,13 @@ std::string read_named(headless_session& session, brisolan* x, const std::string
 } // namespace
 
 std::string read_into(headless_session& session, brisolan* x, const std::string& file, int import_option) {
-    if (file != "-") return read_named(session, x, file, file, import_option);
+    return read_into(session.machine.print, x, file, import_option);
+}
+
+std::string read_into(console_printer& print, brisolan* x, const std::string& file, int import_option) {
+    if (file != "-") return read_named(print, x, file, file, import_option);
     std::string error;
     const spooled_input input(error);
     if (!error.empty()) return named("standard input", error);
-    return read_named(session, x, input.path(), "standard input", import_option);
+    return read_named(print, x, input.path(), "standard input", import_option);
 }

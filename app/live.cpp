@@ -1,0 +1,126 @@
+// app/live.cpp: the host in real time without a display.
+// Layer: program.
+#include "app/live.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "host/kernel/level.h"
+#include "host/toolbox/toolbox_host.h"
+
+namespace {
+
+constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
+
+// Written once by the session's start, before any other thread or handler knows of it; a signal's handler has no other
+// way to it.
+int wake_fd = -1;
+volatile std::sig_atomic_t signal_that_came = 0;
+
+void on_signal(int which) {
+    const int error = errno;
+    if (!signal_that_came) signal_that_came = which;
+    live_session::wake();
+    errno = error;
+}
+
+} // namespace
+
+live_session::live_session() {
+    wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wake_fd < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
+    signal_that_came = 0;
+    host_platform p;
+    p.user = this;
+    p.console = console;
+    p.wake = woken;
+    toolbox_reset();
+    kel_start(kel_timing::real_time, &p);
+}
+
+live_session::~live_session() {
+    kel_end();
+    print_lines();
+    if (catching) {
+        for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &before[i], nullptr);
+    }
+    toolbox_reset();
+    close(wake_fd);
+    wake_fd = -1;
+}
+
+void live_session::catch_signals() {
+    struct sigaction how {};
+    how.sa_handler = on_signal;
+    how.sa_flags = SA_RESTART;
+    sigemptyset(&how.sa_mask);
+    for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &how, &before[i]);
+    catching = true;
+}
+
+int live_session::signal() const {
+    return signal_that_came;
+}
+
+void live_session::wake() {
+    const std::uint64_t one = 1;
+    // Full means that a wake is under way already.
+    [[maybe_unused]] const ssize_t written = write(wake_fd, &one, sizeof one);
+}
+
+void live_session::woken(void*) {
+    wake();
+}
+
+void live_session::wait(int ms) {
+    print_lines();
+    kel_run_queue();
+    print_lines();
+    if (signal_that_came) return;
+    pollfd p{wake_fd, POLLIN, 0};
+    if (poll(&p, 1, ms) > 0) {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const ssize_t got = read(wake_fd, &count, sizeof count);
+    }
+    kel_run_queue();
+    print_lines();
+}
+
+void live_session::console(void* session, console_kind kind, const char* text) {
+    static_cast<live_session*>(session)->hear(kind, text);
+}
+
+// The scheduler leaves its line to be printed later: a terminal may be slow.
+void live_session::hear(console_kind kind, const char* text) {
+    const char* const word = kind == console_kind::notice ? "post" : "error";
+    if (kel_current_level() == kel_level::main) {
+        print_lines();
+        if (print) print(std::string(word) + " " + text);
+        return;
+    }
+    const std::size_t at = in.load(std::memory_order_relaxed);
+    if (at - out.load(std::memory_order_acquire) == LINES) {
+        lost.fetch_add(1, std::memory_order_relaxed);
+        return;
+    }
+    std::array<char, 1008>& to = ring[at % LINES].text;
+    std::snprintf(to.data(), to.size(), "%s %s", word, text);
+    in.store(at + 1, std::memory_order_release);
+    wake();
+}
+
+void live_session::print_lines() {
+    for (std::size_t at = out.load(std::memory_order_relaxed); at != in.load(std::memory_order_acquire);
+         ++at) {
+        const std::string line = ring[at % LINES].text.data();
+        out.store(at + 1, std::memory_order_release);
+        if (print) print(line);
+    }
+    const unsigned n = lost.exchange(0, std::memory_order_relaxed);
+    if (n && print) print("error host: " + std::to_string(n) + " more lines were lost");
+}

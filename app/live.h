@@ -1,0 +1,57 @@
+// app/live.h: the host in real time without a display: console lines, the main level's turns, signals.
+// Layer: program; a platform of its own, for the commands that play and record on a terminal.
+// Called by the commands.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <functional>
+#include <string>
+
+#include "host/kernel/kernel.h"
+
+// Starts the host with its scheduler on a thread of its own, and ends it with the scope, when every patcher must have
+// been freed. One at a time.
+class live_session {
+public:
+    live_session();
+    ~live_session();
+    live_session(const live_session&) = delete;
+    live_session& operator=(const live_session&) = delete;
+
+    // Every console line in its order, "post …" or "error …", called at main level. Unset: dropped.
+    std::function<void(const std::string&)> print;
+
+    // From now on the signals that ask a program to end (interrupt, hang-up, termination) are noted, and end a wait.
+    void catch_signals();
+    // The first of them that came; 0: none.
+    int signal() const;
+
+    // Carries out what is queued for the main level until `ms` milliseconds have passed or something has come in, be it
+    // a queued call or a signal. [main]
+    void wait(int ms);
+
+    // Ends a wait. Any thread, and a signal's handler.
+    static void wake();
+
+private:
+    static constexpr std::size_t LINES =
+        64; // what the scheduler says between two turns; further lines are counted
+    struct console_line {
+        std::array<char, 1008> text;
+    };
+
+    static void console(void* session, console_kind kind, const char* text);
+    static void woken(void*);
+    void hear(console_kind kind, const char* text);
+    void print_lines();
+
+    // The scheduler's lines on their way to the main level: it writes at `in`, the main level reads at `out`.
+    std::array<console_line, LINES> ring;
+    std::atomic<std::size_t> in{0};
+    std::atomic<std::size_t> out{0};
+    std::atomic<unsigned> lost{0};
+    bool catching = false;
+    std::array<struct sigaction, 3> before{};
+};
