@@ -13,5 +13,6 @@ constexpr int EXIT_MISUSE = 2; // the command line, or a script's line, was not 
 void add_list_command(CLI::App& program, int& status);
 void add_convert_command(CLI::App& program, int& status);
 void add_render_command(CLI::App& program, int& status);
+void add_ports_command(CLI::App& program, int& status);
 void add_script_command(CLI::App& program, int& status);
 void add_play_command(CLI::App& program, int& status);

@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
     add_list_command(program, status);
     add_convert_command(program, status);
     add_render_command(program, status);
+    add_ports_command(program, status);
     add_script_command(program, status);
     try {
         program.parse(argc, argv);

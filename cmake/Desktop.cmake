@@ -1,8 +1,9 @@
-# The desktop: each of Qt 6, RtMidi and FluidSynth may be absent. A file of host/desktop/ whose name begins with qt_,
-# rtmidi_ or fluidsynth_ is compiled only where that library was found; every other file there is always compiled and
-# asks the definitions.
+# The desktop: each of Qt 6, RtMidi, JACK and FluidSynth may be absent. A file of host/desktop/ whose name begins with
+# qt_, rtmidi_, jack_ or fluidsynth_ is compiled only where that library was found; every other file there is always
+# compiled and asks the definitions. RtMidi is used only where JACK is: nothing else tells that a JACK server died.
 add_library(brisolan_desktop_options INTERFACE)
 set(BRISOLAN_HAVE_QT 0)
+set(BRISOLAN_HAVE_JACK 0)
 set(BRISOLAN_HAVE_RTMIDI 0)
 set(BRISOLAN_HAVE_FLUIDSYNTH 0)
 if(BRISOLAN_DESKTOP)
@@ -12,11 +13,16 @@ if(BRISOLAN_DESKTOP)
         target_link_libraries(brisolan_desktop_options INTERFACE Qt6::Widgets)
     endif()
     # By header and library: their pkg-config files also ask for what they were built with themselves.
-    find_path(RTMIDI_INCLUDE RtMidi.h PATH_SUFFIXES rtmidi)
+    find_path(JACK_INCLUDE jack/jack.h)
+    find_library(JACK_LIBRARY jack)
+    find_path(RTMIDI_INCLUDE rtmidi/RtMidi.h)
     find_library(RTMIDI_LIBRARY rtmidi)
     find_path(FLUIDSYNTH_INCLUDE fluidsynth.h)
     find_library(FLUIDSYNTH_LIBRARY fluidsynth)
-    foreach(library RTMIDI FLUIDSYNTH)
+    foreach(library JACK RTMIDI FLUIDSYNTH)
+        if(library STREQUAL "RTMIDI" AND NOT BRISOLAN_HAVE_JACK)
+            continue()
+        endif()
         if(${library}_INCLUDE AND ${library}_LIBRARY)
             set(BRISOLAN_HAVE_${library} 1)
             target_include_directories(brisolan_desktop_options SYSTEM INTERFACE ${${library}_INCLUDE})
@@ -26,7 +32,7 @@ if(BRISOLAN_DESKTOP)
 endif()
 
 set(absent "")
-foreach(library QT RTMIDI FLUIDSYNTH)
+foreach(library QT JACK RTMIDI FLUIDSYNTH)
     target_compile_definitions(brisolan_desktop_options
         INTERFACE BRISOLAN_HAVE_${library}=${BRISOLAN_HAVE_${library}})
     message(STATUS "Desktop: ${library} ${BRISOLAN_HAVE_${library}}")
