@@ -456,7 +456,11 @@ host_err host_file_write(host_file* f, std::int32_t* count, const void* from) {
 
 host_err host_file_getpos(host_file* f, std::int32_t* position) {
     *position = 0;
-    if (const host_err e = injected()) return e;
+    if (const host_err e = injected()) {
+        // Who writes by positions would now write to the wrong place.
+        if (f->writing && !f->failed) f->failed = e;
+        return e;
+    }
     const std::int64_t waiting = static_cast<std::int64_t>(f->end - f->next);
     *position = static_cast<std::int32_t>(f->position + (f->writing ? waiting : -waiting));
     return HOST_OK;

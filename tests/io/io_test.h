@@ -57,5 +57,5 @@ protected:
     }
     void cancel() { machine.answers.push_back({true, "", 0}); }
 
-    scratch_folder folder;
+    scratch_folder folder{true};
 };

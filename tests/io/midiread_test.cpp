@@ -14,6 +14,7 @@ class midiread : public io_test {
 protected:
     // Reads a file of these bytes; the console's lines.
     text_lines read(const std::string& file, const std::string& option = "") {
+        std::filesystem::remove("a.mid"); // the system makes sure of a file that is written over
         put_file("a.mid", file);
         return told("read a.mid " + option);
     }
