@@ -100,8 +100,8 @@ TEST_F(embedding, SaveToFollowsTheWindowsFlag) {
     x->window->save_format = 1;
     EXPECT_EQ(brisolan_saveto(x, "a", 0), HOST_OK);
     EXPECT_EQ(get_file("a").substr(0, 4), "kelb");
-    for (const std::uint8_t flag : {0, 2, 9}) {
-        x->window->save_format = flag;
+    for (const int flag : {0, 2, 9}) {
+        x->window->save_format = static_cast<std::uint8_t>(flag);
         EXPECT_EQ(brisolan_saveto(x, "a", 0), HOST_OK);
         EXPECT_EQ(get_file("a").substr(0, flag == 2 ? 4 : 2), flag == 2 ? "kelb" : "#N")
             << "passed on as it is";
