@@ -54,6 +54,20 @@ TEST(event_record, addresses_its_values_by_index) {
     EXPECT_EQ(e.marked, 0);
 }
 
+TEST(message_table, stands_in_registration_order) {
+    const std::vector<std::string> wanted{
+        "next",      "int",       "bang",    "float",    "in1",       "in2",      "in3",    "in4",
+        "in5",       "in6",       "in7",     "nth",      "list",      "clear",    "start",  "record",
+        "stop",      "follow",    "startat", "followat", "delay",     "update",   "click",  "dblclick",
+        "filename",  "restore",   "save",    "key",      "cut",       "copy",     "paste",  "clr",
+        "selectall", "chkmenu",   "mute",    "unmute",   "unmuteall", "setparam", "params", "import",
+        "read",      "export",    "write",   "writekel", "saveto",    "open",     "wclose", "cursor",
+        "cursorout", "chkscroll", "scroll",  "wsize",    "info",      "pstate",   "assist"};
+    std::vector<std::string> names;
+    for (const message_entry& m : brisolan_messages()) names.push_back(m.name);
+    EXPECT_EQ(names, wanted);
+}
+
 class loading : public object_test {};
 
 TEST_F(loading, loads_pictures_patterns_cursors_and_note_names) {
