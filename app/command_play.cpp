@@ -1,13 +1,18 @@
-// app/command_play.cpp: `brisolan play`: a file played in time, on the terminal.
+// app/command_play.cpp: `brisolan play`: a file played in time to a MIDI port, the synth or the terminal alone, or as
+// sound into a file.
 // Layer: program.
 #include <cstdio>
 #include <memory>
 
+#include <unistd.h>
+
 #include "app/commands.h"
+#include "app/devices.h"
 #include "app/live.h"
 #include "app/note_view.h"
 #include "app/play_patch.h"
 #include "app/source.h"
+#include "host/desktop/synth.h"
 
 namespace {
 
@@ -17,6 +22,11 @@ struct play_options {
     std::int32_t from = 0;
     bool quiet = false;
     int import_option = 0;
+    output_wish output;
+    std::string wav;
+    bool force = false;
+
+    bool to_device() const { return output.synth || !output.port.empty() || !output.virtual_port.empty(); }
 };
 
 constexpr int DRAW_EVERY_MS = 40;
@@ -27,21 +37,62 @@ int fail(const std::string& why) {
     return EXIT_FAILED;
 }
 
+// What has died away by then is not waited for any longer.
+constexpr kel_time LONGEST_TAIL = 10'000 * NS_PER_MS;
+
+// The piece was not played to its end, so that what a script has to do after it is not done either.
+int status_of(const live_session& session) {
+    return session.signal() ? SIGNAL_STATUS + session.signal() : EXIT_DONE;
+}
+
 // Plays until the last note has ended or a signal came; then whatever still sounds is ended.
-int play_through(live_session& session, const brisolan* score, note_view& view) {
+int play_through(live_session& session, const brisolan* score, note_view& view, note_outputs& outputs) {
     while (!session.signal() && !playing_is_over(score)) {
         session.wait(DRAW_EVERY_MS);
+        outputs.poll();
         view.draw();
     }
     tell("halt", "bang");
     view.draw();
-    // The piece was not played to its end, so that what a script has to do after it is not done either.
-    return session.signal() ? SIGNAL_STATUS + session.signal() : EXIT_DONE;
+    const kel_time end = kel_now() + LONGEST_TAIL;
+    while (!session.signal() && outputs.ringing() && kel_now() < end) session.wait(DRAW_EVERY_MS);
+    return status_of(session);
+}
+
+// The same in virtual time, into the file that hears it.
+int render_through(const live_session& session, const brisolan* score, synth_render& render) {
+    while (!session.signal() && !playing_is_over(score)) kel_advance(kel_next_due());
+    if (session.signal()) return status_of(session);
+    tell("halt", "bang");
+    const std::string why = render.finish();
+    return why.empty() ? EXIT_DONE : fail("brisolan: " + why);
+}
+
+// Opens what the notes are to go to. Asked for nothing, tries the synth, and goes on without it.
+std::string open_outputs(note_outputs& outputs, const play_options& o) {
+    if (o.to_device()) return outputs.open(o.output);
+    output_wish synth = o.output;
+    synth.synth = true;
+    const std::string why = outputs.open(synth);
+    if (!why.empty() && !o.output.soundfont.empty()) return why;
+    if (!why.empty()) std::fprintf(stderr, "brisolan: no sound: %s\n", why.c_str());
+    return "";
+}
+
+std::string read_score(live_session& session, brisolan* score, const play_options& o) {
+    return read_into(session.print, score, o.file, o.import_option);
+}
+
+int nothing_to_play(const brisolan* score, const play_options& o) {
+    return fail("brisolan: " + o.file + ": " +
+                (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
+                               : "there is no note in it"));
 }
 
 int play_score(live_session& session, brisolan* score, const play_options& o) {
-    if (const std::string why = read_into(session.print, score, o.file, o.import_option); !why.empty())
-        return fail(why);
+    if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
+    note_outputs outputs;
+    if (const std::string why = open_outputs(outputs, o); !why.empty()) return fail("brisolan: " + why);
     const std::int64_t length = score_length(score);
     note_view view(note_style_here(o.quiet));
     session.print = [&view](const std::string& line) {
@@ -50,21 +101,31 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
     };
     session.catch_signals();
     view.begin(o.from, o.speed, length);
-    if (!start_playing(score, o.from, o.speed)) {
-        return fail("brisolan: " + o.file + ": " +
-                    (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
-                                   : "there is no note in it"));
-    }
-    return play_through(session, score, view);
+    if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+    return play_through(session, score, view, outputs);
+}
+
+int render_score(live_session& session, brisolan* score, const play_options& o) {
+    if (!o.force && access(o.wav.c_str(), F_OK) == 0)
+        return fail("brisolan: " + o.wav + ": exists; --force replaces it");
+    if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
+    std::string why;
+    session.catch_signals();
+    const std::unique_ptr<synth_render> render = synth_render_open(o.output.soundfont, o.wav, why);
+    if (!render) return fail("brisolan: " + why);
+    if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+    return render_through(session, score, *render);
 }
 
 int run_play(const play_options& o) {
-    live_session session;
+    live_session session(o.wav.empty() ? kel_timing::real_time : kel_timing::virtual_time);
     host_patcher* patcher = nullptr;
     std::string why;
     session.print = [](const std::string& line) { std::fprintf(stderr, "brisolan: %s\n", line.c_str()); };
     brisolan* const score = load_own_patch("play", &patcher, why);
-    const int status = score ? play_score(session, score, o) : fail(why);
+    const int status = !score          ? fail(why)
+                       : o.wav.empty() ? play_score(session, score, o)
+                                       : render_score(session, score, o);
     session.print = nullptr;
     kel_patcher_free(patcher);
     return status;
@@ -73,7 +134,7 @@ int run_play(const play_options& o) {
 } // namespace
 
 void add_play_command(CLI::App& program, int& status) {
-    CLI::App* c = program.add_subcommand("play", "Play a file in time, on the terminal");
+    CLI::App* c = program.add_subcommand("play", "Play a file in time, or render it as sound");
     auto o = std::make_shared<play_options>();
     c->add_option("FILE", o->file, "A MIDI file or document; - for standard input")->required();
     c->add_option("--speed", o->speed, "How fast, 1 being as written")->check(CLI::Range(0.25, 4.0));
@@ -81,5 +142,10 @@ void add_play_command(CLI::App& program, int& status) {
     c->add_flag("--quiet", o->quiet, "Show nothing while it plays");
     c->add_option("--import-option", o->import_option,
                   "MIDI times: 0 by the file's tempo, other numbers half the ticks as milliseconds");
+    add_output_options(c, o->output);
+    CLI::Option* const wav =
+        c->add_option("--wav", o->wav, "Render the sound to this WAV file, faster than real time");
+    for (const char* other : {"--port", "--virtual", "--synth"}) wav->excludes(other);
+    c->add_flag("--force", o->force, "Replace a file that exists")->needs(wav);
     c->callback([o, &status] { status = run_play(*o); });
 }

@@ -31,7 +31,7 @@ void on_signal(int which) {
 
 } // namespace
 
-live_session::live_session() {
+live_session::live_session(kel_timing timing) {
     wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (wake_fd < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
     signal_that_came = 0;
@@ -40,7 +40,7 @@ live_session::live_session() {
     p.console = console;
     p.wake = woken;
     toolbox_reset();
-    kel_start(kel_timing::real_time, &p);
+    kel_start(timing, &p);
 }
 
 live_session::~live_session() {

@@ -11,11 +11,11 @@
 
 #include "host/kernel/kernel.h"
 
-// Starts the host with its scheduler on a thread of its own, and ends it with the scope, when every patcher must have
-// been freed. One at a time.
+// Starts the host, usually with its scheduler on a thread of its own, and ends it with the scope, when every patcher must
+// have been freed. One at a time. In virtual time the same is offered, for work that is done as fast as it can be.
 class live_session {
 public:
-    live_session();
+    explicit live_session(kel_timing timing = kel_timing::real_time);
     ~live_session();
     live_session(const live_session&) = delete;
     live_session& operator=(const live_session&) = delete;

@@ -10,6 +10,7 @@
 #include <fluidsynth.h>
 
 #include "host/boxes/midi_device.h"
+#include "host/desktop/audio_quiet.h"
 #include "host/desktop/audio_wav.h"
 #include "host/desktop/synth.h"
 #include "host/kel.h"
@@ -31,6 +32,7 @@ using driver_ptr = std::unique_ptr<fluid_audio_driver_t, deleter<delete_fluid_au
 
 // The library's own lines: what matters of them we say ourselves.
 void be_quiet() {
+    alsa_be_quiet();
     for (int level = 0; level < LAST_LOG_LEVEL; ++level) fluid_set_log_function(level, nullptr, nullptr);
 }
 

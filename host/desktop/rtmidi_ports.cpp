@@ -10,11 +10,11 @@
 #include <mutex>
 #include <optional>
 
-#include <dlfcn.h>
 #include <rtmidi/RtMidi.h>
 #include <unistd.h>
 
 #include "host/boxes/midi_device.h"
+#include "host/desktop/audio_quiet.h"
 #include "host/desktop/jack_watch.h"
 #include "host/desktop/midi_open.h"
 #include "host/desktop/midi_ports.h"
@@ -29,21 +29,6 @@ constexpr RtMidi::Api SYSTEMS[] = {RtMidi::LINUX_ALSA, RtMidi::UNIX_JACK};
 
 const char* system_name(RtMidi::Api api) {
     return api == RtMidi::LINUX_ALSA ? "ALSA" : "JACK";
-}
-
-// alsa-lib writes what it does not like to standard error unless it is given another place. Looked up by name: RtMidi
-// brings alsa-lib with it, and this is all that we want of it.
-void drop_alsa_line(const char*, int, const char*, int, const char*, ...) {}
-
-void be_quiet() {
-    using handler = void (*)(const char*, int, const char*, int, const char*, ...);
-    using setter = int (*)(handler);
-    static const bool done = [] {
-        if (void* const found = dlsym(RTLD_DEFAULT, "snd_lib_error_set_handler"))
-            reinterpret_cast<setter>(found)(drop_alsa_line);
-        return true;
-    }();
-    static_cast<void>(done);
 }
 
 // Keeps std::cerr, which only libraries write to, silent for the scope's life.
@@ -89,7 +74,7 @@ template <class Device> struct midi_end {
 
 // The system's end, or nothing where the system is not there.
 template <class Device> std::optional<midi_end<Device>> find_end(RtMidi::Api api) {
-    be_quiet();
+    alsa_be_quiet();
     midi_end<Device> end;
     end.api = api;
     if (api == RtMidi::LINUX_ALSA && access(ALSA_SEQUENCER, R_OK | W_OK) != 0) return std::nullopt;
