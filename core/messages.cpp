@@ -9,8 +9,11 @@
 void brisolan_nth(brisolan* x, std::int32_t n) {
     event* e = brisolan_eventat(x, n);
     if (!e) return;
-    const std::int32_t time = e->time;
+    std::int32_t time = e->time;
+    const std::uint32_t relinked = x->relinked;
     brisolan_sendevt(x, e, 1);
+    // What the output set off may have moved the sequence, or taken the event away.
+    if (x->relinked == relinked || brisolan_contains(x, e)) time = e->time;
     host_outlet_int(x->params[PARAM_TIME].outlet, time);
 }
 

@@ -46,9 +46,11 @@ void brisolan_startat(brisolan* x, std::int32_t pitch, std::int32_t vel, std::in
     }
     event* following = found->next;
     if (!following) return;
+    const std::uint32_t relinked = x->relinked;
     send_time(x, difference(following->time, found->time));
     x->mode = MODE_PLAY;
-    x->current = following;
+    // What the output set off may have taken the sequence away.
+    if (x->relinked == relinked || brisolan_contains(x, following)) x->current = following;
 }
 
 void brisolan_next(brisolan* x) {
@@ -61,15 +63,15 @@ void brisolan_next(brisolan* x) {
         host_post("not playing");
         return;
     }
-    const std::int32_t played = playing->time;
     const std::uint32_t relinked = x->relinked;
     brisolan_sendevt(x, playing, 1);
-    // What the output set off may have taken the played event away; there is then nothing to follow it.
+    // What the output set off may have taken the played event away; there is then nothing to follow it. Or it has moved
+    // the sequence: both times are read now.
     const bool gone = x->relinked != relinked && !brisolan_contains(x, playing);
     event* following = gone ? nullptr : static_cast<event*>(playing->next);
     x->current = following;
     if (following) {
-        send_time(x, difference(following->time, played));
+        send_time(x, difference(following->time, playing->time));
     } else {
         send_time(x, END_OF_SEQUENCE);
         brisolan_stop(x);
