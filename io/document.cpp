@@ -78,6 +78,8 @@ void brisolan_importkel(brisolan* x, const char* name, std::int16_t path, bool b
         return;
     }
     g_restore_target = x;
+    // The document's first line binds it so by building the target; one that fails to must not reach another instance.
+    host_symbol("#X")->thing = static_cast<host_object*>(x);
     x->restoring = std::uint8_t{1};
     host_atombuf_eval(lines);
     g_restore_target = nullptr;
