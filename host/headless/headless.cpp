@@ -37,7 +37,9 @@ host_err answer_dialog(headless& m, char* name, std::int16_t* path, file_type* t
     if (a.cancelled || a.path.size() >= HOST_NAME_SIZE) return HOST_CANCELLED;
     std::strcpy(name, a.path.c_str());
     *path = host_default_path();
-    *type = a.type ? a.type : kel_filetype(kel_filepath(a.path.c_str(), *path));
+    // The name's ending goes before the type of a file that is there: a new document of that name is to replace it.
+    *type = a.type ? a.type : kel_typeofname(a.path.c_str());
+    if (!*type) *type = kel_filetype(kel_filepath(a.path.c_str(), *path));
     if (!*type && !types.empty()) *type = types.front();
     return HOST_OK;
 }
