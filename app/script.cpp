@@ -418,9 +418,9 @@ std::string script_runner::do_saveto(const words& w) {
     host_window* window = here->x->window;
     const std::uint8_t before = window->save_format;
     window->save_format = type == TYPE_KELB ? 1 : 0;
-    const host_err code = kel_private<"saveto">(here->x, w[1].text.c_str(), host_default_path());
+    // A failure is on the console already: whoever writes a document says so.
+    (void)kel_private<"saveto">(here->x, w[1].text.c_str(), host_default_path());
     window->save_format = before;
-    if (code) host_error("host: can't save %s: %s", w[1].text.c_str(), kel_filereason(code));
     return "";
 }
 
