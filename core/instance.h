@@ -148,6 +148,8 @@ struct brisolan : host_object {
     cell<std::int32_t> finger_time{0}; // null: search from the head
     cell<std::uint32_t> relinked{
         0}; // counts unlinkings, re-sortings and clears: what remembers events must look again
+    cell<std::uint32_t> reshaped{
+        0}; // counts changes of events' values at scheduler level: what remembers those must look again
     cell<std::uint8_t> unordered{
         0}; // 1 since times were changed in place or wrapped, until the list is empty again
 

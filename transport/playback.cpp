@@ -95,6 +95,7 @@ void brisolan_delay(brisolan* x, std::int32_t time) {
     const std::int64_t shift = std::int64_t{time} - first->time;
     for (event* e = first; e; e = e->next) e->time = saturated(e->time + shift);
     brisolan_timeschanged(x);
+    x->reshaped += 1;
     x->redraw.redraw_panel = std::uint8_t{1};
     x->redraw.changed = std::uint8_t{1};
     x->redraw.redraw_events = std::uint8_t{1};

@@ -31,6 +31,7 @@ void record_noteoff(brisolan* x, std::int32_t delta) {
     event* e = brisolan_unhold(x, [pitch](const event& held) { return held.pitch == pitch; });
     if (!e) return;
     e->dur = std::max(saturated(std::int64_t{x->lasttime.get()} - e->time), 0);
+    x->reshaped += 1;
     x->redraw.changed = std::uint8_t{1};
     brisolan_redraw(x);
 }
