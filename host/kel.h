@@ -575,7 +575,9 @@ void host_freeptr(void* block);
 // Copies `size` bytes. [both]
 void host_copyptr(const void* from, void* to, std::size_t size);
 
-// Copies a null-terminated string as a length byte and at most 255 characters; `to` has room for 256. [both]
+// Copies a null-terminated text as a length byte and at most 255 characters of the toolbox's; `to` has room for 256. The
+// host's texts are UTF-8: a character that the toolbox's font has not becomes "?", a byte that is no UTF-8 is taken as the
+// Latin-1 character of its number. [both]
 void host_ctopcpy(unsigned char* to, const char* from);
 
 // Copies one of the class's own resources into the host's, so that menus and dialogs find it. [main]

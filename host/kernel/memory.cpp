@@ -278,9 +278,3 @@ void host_freeptr(void* block) {
 void host_copyptr(const void* from, void* to, std::size_t size) {
     std::memmove(to, from, size);
 }
-
-void host_ctopcpy(unsigned char* to, const char* from) {
-    const std::size_t n = std::min<std::size_t>(std::strlen(from), 255);
-    std::memmove(to + 1, from, n);
-    to[0] = static_cast<unsigned char>(n);
-}

@@ -96,13 +96,4 @@ TEST_F(memory, stops_a_debug_build_that_gives_a_wrong_size_back) {
 }
 #endif
 
-TEST_F(memory, cuts_a_pascal_string_at_255_characters) {
-    unsigned char to[256];
-    host_ctopcpy(to, "abc");
-    EXPECT_EQ(to[0], 3);
-    EXPECT_EQ(std::memcmp(to + 1, "abc", 3), 0);
-    host_ctopcpy(to, std::string(300, 'x').c_str());
-    EXPECT_EQ(to[0], 255);
-}
-
 } // namespace
