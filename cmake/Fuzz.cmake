@@ -1,6 +1,7 @@
 # Each fuzz/NAME.cpp defines LLVMFuzzerTestOneInput. In the fuzz preset it becomes the fuzzer fuzz_NAME; everywhere else
 # the same source with a small main runs over every file of fuzz/corpus/NAME/ as a test.
 file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/fuzz/*.cpp)
+add_custom_target(fuzzers)
 foreach(source IN LISTS sources)
     cmake_path(GET source STEM name)
     set(corpus ${CMAKE_SOURCE_DIR}/fuzz/corpus/${name})
@@ -15,4 +16,5 @@ foreach(source IN LISTS sources)
         continue()
     endif()
     target_link_libraries(fuzz_${name} PRIVATE brisolan_flags brisolan_parts)
+    add_dependencies(fuzzers fuzz_${name})
 endforeach()

@@ -12,7 +12,7 @@ foreach(suite IN LISTS suites)
         continue()
     endif()
     set(labels ${ROOM})
-    if(suite MATCHES "Thread|RealTime")
+    if(suite MATCHES "[Tt]hread|[Rr]eal_?[Tt]ime")
         list(APPEND labels threads)
     endif()
     string(APPEND text "add_test([==[${ROOM}.${suite}]==] [==[${PROGRAM}]==] --gtest_brief=1 "
