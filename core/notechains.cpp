@@ -8,116 +8,83 @@
 
 namespace {
 
-// What is left of one chain.
+// How far ahead a chain's memory is fetched, bytes.
+constexpr std::size_t AHEAD = 512;
+
+// What is left of one chain. The event behind the first is looked at one turn early, so that taking the first out need
+// not wait for it to come from memory.
 struct chain_rest {
-    event* at = nullptr;
-    std::int32_t key = 0;
+    event* first;
+    event* second;
+    std::uint64_t second_rank;
 };
 
 // The chain whose first event comes next, found again in as many steps as there are bits in the number of chains. Entry
-// i of `nodes` is the least of entries 2i and 2i + 1; the upper half are the chains: their key, and below it a number that
-// puts the later chain first.
+// i of `nodes` is the least of entries 2i and 2i + 1; the upper half are the chains, as ranks: the first event's key, and
+// below it a number that puts the later chain first.
 class tournament {
 public:
-    explicit tournament(std::vector<chain_rest>& chains)
-        : rests(chains), leaves(std::bit_ceil(chains.size())), nodes(2 * leaves, NONE) {
-        for (std::size_t i = 0; i < rests.size(); ++i) nodes[leaves + i] = rank(i);
-        for (std::size_t i = leaves - 1; i > 0; --i) nodes[i] = std::min(nodes[2 * i], nodes[2 * i + 1]);
+    explicit tournament(const std::vector<event*>& heads)
+        : last(heads.size() - 1), leaves(std::bit_ceil(heads.size())), nodes(2 * leaves, NONE) {
+        rests.reserve(heads.size());
+        for (std::size_t i = 0; i < heads.size(); ++i) {
+            nodes[leaves + i] = rank_behind(heads[i], last - i);
+            event* second = heads[i]->next;
+            rests.push_back({heads[i], second, rank_behind(second, nodes[leaves + i])});
+        }
+        for (std::size_t n = leaves - 1; n > 0; --n) nodes[n] = std::min(nodes[2 * n], nodes[2 * n + 1]);
     }
 
     // Takes the next event out; null when there is none.
     event* take() {
-        if (nodes[1] == NONE) return nullptr;
-        const std::size_t i = rests.size() - 1 - static_cast<std::uint32_t>(nodes[1]);
+        const std::uint64_t least = nodes[1];
+        if (least == NONE) return nullptr;
+        const std::size_t i = last - static_cast<std::uint32_t>(least);
         chain_rest& chain = rests[i];
-        event* e = chain.at;
-        event* following = e->next;
-        chain.at = following;
-        if (following) {
-            __builtin_prefetch(static_cast<event*>(following->next));
-            chain.key = std::max<std::int32_t>(chain.key, following->time);
-        }
+        event* taken = chain.first;
+        std::uint64_t rank = chain.second_rank;
         std::size_t n = leaves + i;
-        nodes[n] = following ? rank(i) : NONE;
-        for (n /= 2; n > 0; n /= 2) nodes[n] = std::min(nodes[2 * n], nodes[2 * n + 1]);
-        return e;
+        nodes[n] = rank;
+        for (; n > 1; n /= 2) {
+            rank = std::min(rank, nodes[n ^ 1]);
+            nodes[n / 2] = rank;
+        }
+        chain.first = chain.second;
+        if (chain.first) {
+            chain.second = chain.first->next;
+            // A track's events mostly lie one behind the other: what is to come can be fetched before it is known.
+            __builtin_prefetch(reinterpret_cast<const char*>(chain.first) + AHEAD, 1);
+            chain.second_rank = rank_behind(chain.second, chain.second_rank);
+        }
+        return taken;
     }
 
 private:
     static constexpr std::uint64_t NONE = std::numeric_limits<std::uint64_t>::max();
 
-    // Times of appended notes are not below 0.
-    std::uint64_t rank(std::size_t i) const {
-        return static_cast<std::uint64_t>(static_cast<std::uint32_t>(rests[i].key)) << 32 |
-               static_cast<std::uint32_t>(rests.size() - 1 - i);
+    // The rank of an event behind another of its chain: the key is the later time of the two. Times of appended notes
+    // are not below 0.
+    static std::uint64_t rank_behind(const event* e, std::uint64_t before) {
+        if (!e) return NONE;
+        const std::uint64_t own = static_cast<std::uint64_t>(static_cast<std::uint32_t>(e->time)) << 32 |
+                                  static_cast<std::uint32_t>(before);
+        return std::max(own, before);
     }
 
-    std::vector<chain_rest>& rests;
+    std::size_t last; // the index of the last chain
     std::size_t leaves;
     std::vector<std::uint64_t> nodes;
+    std::vector<chain_rest> rests;
 };
 
 } // namespace
 
-void note_chains::begin_chain(event* e) {
-    heads.push_back(e);
-    tail = e;
-    before_equals = nullptr;
-    key = e->time;
-}
-
-void note_chains::extend(event* e) {
-    if (e->time > key) {
-        before_equals = tail;
-        key = e->time;
-    }
-    tail->next = e;
-    tail = e;
-}
-
-void note_chains::put_before_equals(event* e) {
-    if (before_equals) {
-        e->next = static_cast<event*>(before_equals->next);
-        before_equals->next = e;
-    } else {
-        e->next = heads.back();
-        heads.back() = e;
-    }
-}
-
-bool note_chains::append(event* e, bool ordered) {
-    const std::int32_t time = e->time;
-    if (heads.empty()) {
-        begin_chain(e);
-        last_is_at_end = true;
-    } else if (!ordered) {
-        if (!last_is_at_end) return false;
-        if (time < last->time) falling = true;
-        extend(e);
-    } else {
-        if (time > key)
-            extend(e);
-        else if (time == key)
-            put_before_equals(e);
-        else
-            begin_chain(e);
-        last_is_at_end = time > latest;
-    }
-    latest = std::max(latest, time);
-    last = e;
-    ++count;
-    return true;
-}
-
 event* note_chains::merge() {
     event* head = heads.empty() ? nullptr : heads.front();
     if (heads.size() > 1) {
-        std::vector<chain_rest> rests;
-        rests.reserve(heads.size());
-        for (event* e : heads) rests.push_back({e, e->time});
-        tournament next(rests);
+        tournament next(heads);
         event* end = head = next.take();
-        for (event* e = next.take(); e; e = next.take()) {
+        while (event* e = next.take()) {
             end->next = e;
             end = e;
         }

@@ -11,6 +11,7 @@
 // the sequence is the chains merged by key, of equal keys the later chain's first.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -52,6 +53,56 @@ private:
     std::int32_t latest = 0; // time
     std::int32_t count = 0;
 };
+
+inline void note_chains::begin_chain(event* e) {
+    heads.push_back(e);
+    tail = e;
+    before_equals = nullptr;
+    key = e->time;
+}
+
+inline void note_chains::extend(event* e) {
+    if (e->time > key) {
+        before_equals = tail;
+        key = e->time;
+    }
+    tail->next = e;
+    tail = e;
+}
+
+inline void note_chains::put_before_equals(event* e) {
+    if (before_equals) {
+        e->next = static_cast<event*>(before_equals->next);
+        before_equals->next = e;
+    } else {
+        e->next = heads.back();
+        heads.back() = e;
+    }
+}
+
+inline bool note_chains::append(event* e, bool ordered) {
+    const std::int32_t time = e->time;
+    if (heads.empty()) {
+        begin_chain(e);
+        last_is_at_end = true;
+    } else if (!ordered) {
+        if (!last_is_at_end) return false;
+        if (time < last->time) falling = true;
+        extend(e);
+    } else {
+        if (time > key)
+            extend(e);
+        else if (time == key)
+            put_before_equals(e);
+        else
+            begin_chain(e);
+        last_is_at_end = time > latest;
+    }
+    latest = std::max(latest, time);
+    last = e;
+    ++count;
+    return true;
+}
 
 // The notes that await their note-off while a file is read: the instance's held list with the rule of core/heldnotes.h,
 // which never keeps more than two, without a node for each note.

@@ -11,6 +11,12 @@ class note_chains;
 // A new event with every value 0, not in any list; null when the host's memory limit is reached. [both]
 event* brisolan_newevent();
 
+// The same with these values. [both]
+inline event* brisolan_newevent(const std::array<std::int32_t, NPARAMS>& v) {
+    void* block = host_getbytes(sizeof(event));
+    return block ? new (block) event{{}, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]} : nullptr;
+}
+
 // Gives back an event that is in no list and that no list names. [both]
 void brisolan_freeevent(event* e);
 

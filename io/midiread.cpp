@@ -24,6 +24,29 @@ constexpr int STATUS_SYSEX_END = 0xF7;
 constexpr int META_END_OF_TRACK = 0x2F;
 constexpr int META_TEMPO = 0x51;
 
+// The place in the buffered layer's buffer, taken out of its process-wide variables so that it can stay in registers. Who
+// calls the layer itself gives it back before, and takes it again behind.
+class byte_cursor {
+public:
+    byte_cursor() { take(); }
+    void take() {
+        next = t_next;
+        end = t_readend;
+    }
+    void give_back() { t_next = next; }
+    int get() {
+        if (next < end) return *next++;
+        give_back();
+        const int byte = t_getc();
+        take();
+        return byte;
+    }
+
+private:
+    unsigned char* next;
+    unsigned char* end;
+};
+
 // How reading a piece of the file went on.
 enum class step_result {
     more,
@@ -64,6 +87,20 @@ std::uint32_t big_endian(const unsigned char* at, int size) {
 
 bool is_status(int byte) {
     return (byte & 0x80) != 0;
+}
+
+// A variable-length quantity from whatever gives bytes.
+template <class Get> std::int32_t quantity(Get get, bool* cut) {
+    std::uint32_t value = 0;
+    for (;;) {
+        const int byte = get();
+        if (byte < 0) {
+            *cut = true;
+            return -1;
+        }
+        value = value << 7 | static_cast<std::uint32_t>(byte & 0x7F);
+        if (!is_status(byte)) return static_cast<std::int32_t>(value);
+    }
 }
 
 void set_tempo(midi_import& m, std::int32_t bpm) {
@@ -119,7 +156,7 @@ step_result convert(midi_import& m, std::int32_t delta, std::int32_t* step) {
 }
 
 // A system-exclusive message: no byte with the high bit may stand in it but its end.
-step_result skip_sysex(midi_import&) {
+step_result skip_sysex() {
     bool cut = false;
     const std::int32_t length = readvar(&cut);
     if (cut) return step_result::finished;
@@ -157,22 +194,18 @@ step_result read_meta(midi_import& m) {
 }
 
 void note_on(midi_import& m, int pitch, int vel) {
-    event* e = brisolan_newevent();
+    const std::int32_t time = m.abstime < 0 ? 0 : m.abstime;
+    event* e = brisolan_newevent(
+        {time, pitch, vel, PROVISIONAL_DUR, (m.running_status & 0x0F) + 1, m.tracknum, 0, 0});
     if (!e) return; // the host's limit: the note is lost, the rest goes on
-    e->time = m.abstime < 0 ? 0 : m.abstime;
-    e->pitch = pitch;
-    e->vel = vel;
-    e->dur = PROVISIONAL_DUR;
-    e->chan = (m.running_status & 0x0F) + 1;
-    e->track = m.tracknum;
     const bool ordered = m.tracknum > 1 && !m.notes.empty();
-    m.lasttime = 0;
     if (m.notes.append(e, ordered)) {
-        m.lasttime = e->time;
+        m.lasttime = time;
     } else {
         // Behind the last track number that there is, tracks count as first ones again.
         host_post("oops! lost my marbles");
         brisolan_freeevent(e);
+        m.lasttime = 0;
     }
     m.held.hold(m.notes.last_appended());
 }
@@ -185,16 +218,16 @@ void note_off(midi_import& m, int pitch) {
     m.changed = true;
 }
 
-step_result read_channel_message(midi_import& m, int status) {
+step_result read_channel_message(midi_import& m, byte_cursor& in, int status) {
     int first = status;
     if (is_status(status)) {
         m.running_status = status;
-        first = t_getc();
+        first = in.get();
         if (first < 0) return step_result::finished;
     }
     const int kind = m.running_status & 0xF0;
     if (kind == 0xC0 || kind == 0xD0) return step_result::more;
-    const int second = t_getc();
+    const int second = in.get();
     if (second < 0) return step_result::finished;
     if (kind == 0x90 && second != 0)
         note_on(m, first, second);
@@ -203,17 +236,28 @@ step_result read_channel_message(midi_import& m, int status) {
     return step_result::more;
 }
 
-step_result read_event(midi_import& m) {
+step_result read_event(midi_import& m, byte_cursor& in) {
     bool cut = false;
-    const std::int32_t delta = readvar(&cut);
+    const std::int32_t delta = quantity([&in] { return in.get(); }, &cut);
     std::int32_t step = 0;
     if (const step_result r = convert(m, delta, &step); r != step_result::more) return r;
-    const int status = t_getc();
+    const int status = in.get();
     if (status < 0) return step_result::finished;
     m.abstime = wrapped(std::int64_t{m.abstime} + step);
-    if (status < STATUS_SYSEX) return read_channel_message(m, status);
-    if (status == STATUS_SYSEX || status == STATUS_SYSEX_END) return skip_sysex(m);
-    return read_meta(m);
+    if (status < STATUS_SYSEX) return read_channel_message(m, in, status);
+    in.give_back();
+    const bool exclusive = status == STATUS_SYSEX || status == STATUS_SYSEX_END;
+    const step_result r = exclusive ? skip_sysex() : read_meta(m);
+    in.take();
+    return r;
+}
+
+step_result read_track(midi_import& m) {
+    byte_cursor in;
+    step_result r = step_result::more;
+    while (r == step_result::more) r = read_event(m, in);
+    in.give_back();
+    return r;
 }
 
 // Whatever a chunk calls itself, and however long it claims to be, it is read as a track to its End of Track.
@@ -224,8 +268,7 @@ step_result read_chunks(midi_import& m) {
         m.tracknum = static_cast<std::int16_t>(m.tracknum + 1);
         m.abstime = 0;
         m.carry = 0.0;
-        step_result r = step_result::more;
-        while (r == step_result::more) r = read_event(m);
+        const step_result r = read_track(m);
         if (r == step_result::finished) g_midi_ending = midi_ending::cut;
         if (r != step_result::end_of_track) return r;
     }
@@ -259,16 +302,7 @@ void read_notes(midi_import& m) {
 } // namespace
 
 std::int32_t readvar(bool* cut) {
-    std::uint32_t value = 0;
-    for (;;) {
-        const int byte = t_getc();
-        if (byte < 0) {
-            *cut = true;
-            return -1;
-        }
-        value = value << 7 | static_cast<std::uint32_t>(byte & 0x7F);
-        if (!is_status(byte)) return static_cast<std::int32_t>(value);
-    }
+    return quantity(t_getc, cut);
 }
 
 void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_option) {
