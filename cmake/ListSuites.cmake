@@ -1,5 +1,6 @@
 # Run after a test program PROGRAM was linked: writes ENTRIES, one add_test for each of its suites.
-# Suites whose name tells of threads get the label "threads", which the thread sanitizer's run asks for.
+# Suites whose name tells of threads get the label "threads", which the thread sanitizer's run asks for; those whose name
+# begins with "live" measure time, so nothing else runs beside them.
 execute_process(COMMAND ${PROGRAM} --gtest_list_tests OUTPUT_VARIABLE listing RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
     message(FATAL_ERROR "${PROGRAM} --gtest_list_tests: ${status}")
@@ -15,8 +16,12 @@ foreach(suite IN LISTS suites)
     if(suite MATCHES "[Tt]hread|[Rr]eal_?[Tt]ime")
         list(APPEND labels threads)
     endif()
+    set(serial FALSE)
+    if(suite MATCHES "^live")
+        set(serial TRUE)
+    endif()
     string(APPEND text "add_test([==[${ROOM}.${suite}]==] [==[${PROGRAM}]==] --gtest_brief=1 "
         "[==[--gtest_filter=${suite}.*]==])\n"
-        "set_tests_properties([==[${ROOM}.${suite}]==] PROPERTIES TIMEOUT 300 LABELS \"${labels}\")\n")
+        "set_tests_properties([==[${ROOM}.${suite}]==] PROPERTIES TIMEOUT 300 RUN_SERIAL ${serial} LABELS \"${labels}\")\n")
 endforeach()
 file(WRITE ${ENTRIES} "${text}")

@@ -17,6 +17,11 @@ foreach(room core transport io view edit kernel toolbox boxes headless desktop a
         target_link_libraries(${program} PRIVATE
             brisolan_flags brisolan_test_support GTest::gtest_main brisolan_parts)
         target_compile_definitions(${program} PRIVATE BRISOLAN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+        if(room STREQUAL "desktop" AND TARGET brisolan)
+            # Its tests run the program beside them.
+            target_compile_definitions(${program} PRIVATE BRISOLAN_PROGRAM="$<TARGET_FILE:brisolan>")
+            add_dependencies(${program} brisolan)
+        endif()
         # One ctest entry a suite: a process for each of its tests would cost more than the tests. The list is taken
         # from the program itself each time that it is linked.
         set(entries ${CMAKE_BINARY_DIR}/tests/${program}.cmake)

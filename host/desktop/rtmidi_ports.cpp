@@ -170,8 +170,7 @@ public:
     void poll() {
         if (!gone && !present()) {
             gone = true;
-            const std::lock_guard in(guard);
-            used.device.reset();
+            release();
             host_error("MIDI %s \"%s\" has gone; going on without it", kind(), name.c_str());
             return;
         }
@@ -186,6 +185,13 @@ public:
     std::mutex guard; // the device: whoever sends, and the main level while it opens and closes
 
 private:
+    // Everything of a dead JACK server has to be closed before the next is looked for, or libjack loses its count.
+    void release() {
+        const std::lock_guard in(guard);
+        used.device.reset();
+        used.server.reset();
+    }
+
     static const char* kind() { return DIRECTION == midi_direction::in ? "input" : "output"; }
 
     bool open_at(midi_end<Device> at, std::string& error) {
