@@ -115,6 +115,14 @@ TEST_F(legend_test, value_is_held_in_its_range_from_the_first_move) {
     EXPECT_EQ(param(PARAM_CHAN).defvalue, 1);
 }
 
+TEST_F(legend_test, value_outside_its_range_is_brought_in_by_the_first_move) {
+    send("setparam 2 Vel 4 0 127 300 12 4 0");
+    drag_value(PARAM_VEL, 0);
+    EXPECT_EQ(param(PARAM_VEL).defvalue, 300) << "a press alone changes nothing";
+    drag_value(PARAM_VEL, 1);
+    EXPECT_EQ(param(PARAM_VEL).defvalue, 127);
+}
+
 TEST_F(legend_test, value_with_one_selected_is_its_own) {
     fill("1000 60 64 500\r2000 62 65 500\r");
     click(98, 200, shiftKey);
