@@ -83,8 +83,13 @@ host_patcher* kel_patcher_building() {
     return building;
 }
 
+host_class* kel_boxclass(const char* name) {
+    host_class* const c = kel_class(name);
+    return c == patcher_class || c == maker_class ? nullptr : c;
+}
+
 host_object* kel_make(symbol* class_name, std::span<const atom> arguments) {
-    host_class* c = kel_class(class_name->name);
+    host_class* c = kel_boxclass(class_name->name);
     if (!c) {
         host_error("host: no class named \"%s\"", class_name->name);
         return nullptr;

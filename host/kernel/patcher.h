@@ -55,6 +55,9 @@ void kel_patcher_free(host_patcher* p);
 void kel_patcher_build(host_patcher* p);
 host_patcher* kel_patcher_building();
 
+// The class that boxes of this name are of; null if none. The host's own classes are no boxes. [main]
+host_class* kel_boxclass(const char* name);
+
 // Makes an object of a named class in the patcher that is being built; null, with a console line, when there is no such
 // class or its constructor refuses. [main]
 host_object* kel_make(symbol* class_name, std::span<const atom> arguments);

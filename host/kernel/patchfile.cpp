@@ -80,10 +80,11 @@ private:
     const char* make(std::span<const atom> line) {
         if (line.size() < 2 || line[1].type != A_SYM) {
             keep(line);
+            current = SIZE_MAX; // what follows is not the box's before
             return "#N wants the name of a class";
         }
         const std::size_t before = patch.boxes.size();
-        const bool known = kel_class(line[1].s->name) != nullptr;
+        const bool known = kel_boxclass(line[1].s->name) != nullptr;
         if (known) kel_make(line[1].s, line.subspan(2));
         current = before;
         if (patch.boxes.size() > before) return nullptr;
@@ -97,14 +98,14 @@ private:
 
     // An object that saves itself will write what it took. The lines of any other are the patch's to keep.
     const char* fill(std::span<const atom> line) {
-        kel_box* const box = current_box();
-        if (!box) {
+        if (!current_box()) {
             keep(line);
-            return "#X stands before the first box";
+            return "#X has no box before it";
         }
-        const bool taken = box->object && kel_message(box->object, line.subspan(1));
-        if (!taken || !kel_has_private(box->object, "save")) box->kept.emplace_back(line.begin(), line.end());
-        return taken || !box->object ? nullptr : "the box does not take this message";
+        host_object* const x = current_box()->object;
+        const bool taken = x && kel_message(x, line.subspan(1));
+        if (!taken || !kel_has_private(x, "save")) current_box()->kept.emplace_back(line.begin(), line.end());
+        return taken || !x ? nullptr : "the box does not take this message";
     }
 
     const char* place(std::span<const atom> line) {
@@ -114,7 +115,7 @@ private:
         if (what == "box" && (count == 2 || count == 3)) {
             if (kel_box* const box = current_box()) return put_at(*box, *numbers);
             keep(line);
-            return "#P box stands before the first box";
+            return "#P box has no box before it";
         }
         if (what == "cord" && count == 4) {
             const std::vector<std::int32_t>& n = *numbers;
@@ -262,10 +263,11 @@ void kel_patch_save(const host_patcher* p, host_atombuf* into) {
     const kel_patch& patch = kel_patcher_patch(p);
     symbol* const P = host_symbol("#P");
     host_atombuf_append(into, P, host_symbol("window"), patch.left, patch.top, patch.width, patch.height);
+    // In front of the boxes: behind them one that tells of no box would be taken for the last one's.
+    for (const kel_line& line : patch.others) host_atombuf_append_atoms(into, line);
     for (const kel_box& box : patch.boxes) save_box(box, into);
     for (const kel_patchcord& c : patch.cords)
         host_atombuf_append(into, P, host_symbol("cord"), c.from, c.outlet, c.to, c.inlet);
-    for (const kel_line& line : patch.others) host_atombuf_append_atoms(into, line);
 }
 
 host_err kel_patch_write(host_patcher* p, const char* name, std::int16_t path, int form) {
