@@ -16,3 +16,4 @@ void add_render_command(CLI::App& program, int& status);
 void add_ports_command(CLI::App& program, int& status);
 void add_script_command(CLI::App& program, int& status);
 void add_play_command(CLI::App& program, int& status);
+void add_follow_command(CLI::App& program, int& status);

@@ -58,6 +58,10 @@ void midi_receive(int port, int channel, int pitch, int velocity) {
     for (notein* x = first_notein; x; x = x->next) notein_receive(x, port, channel, pitch, velocity);
 }
 
+void midi_arrived(void*, std::int32_t place, std::int32_t key) {
+    midi_receive(place >> 8, place & 0xFF, key >> 8, key & 0xFF);
+}
+
 void midi_ports_enter(notein* x) {
     const locked_out now;
     notein** last = &first_notein;

@@ -3,6 +3,8 @@
 // Filled by platforms and the program; called by the note boxes.
 #pragma once
 
+#include <cstdint>
+
 // Somebody who hears what the patches play. The functions are called at scheduler level, or at main level with the
 // lockout held, one call at a time; they neither block nor allocate. kel_now() is the time at which a note was due.
 struct midi_device {
@@ -23,6 +25,16 @@ void midi_device_remove(const midi_device* device);
 // A note leaves for every device. Values as in midi_device::note. [scheduler]
 void midi_send(int port, int channel, int pitch, int velocity);
 
-// A note has come in: every note-in box that listens to the port and the channel puts it out. A driver hands it in by
-// kel_post with the time at which it came. Values as in midi_device::note; others are dropped. [scheduler]
+// A note has come in: every note-in box that listens to the port and the channel puts it out. Values as in
+// midi_device::note; others are dropped. [scheduler]
 void midi_receive(int port, int channel, int pitch, int velocity);
+
+// The same in the shape that a device's thread hands to the host: kel_post(midi_arrived, nullptr, midi_place(port,
+// channel), midi_key(pitch, velocity), the time at which it came). [scheduler]
+void midi_arrived(void*, std::int32_t place, std::int32_t key);
+constexpr std::int32_t midi_place(int port, int channel) {
+    return port << 8 | channel;
+}
+constexpr std::int32_t midi_key(int pitch, int velocity) {
+    return pitch << 8 | velocity;
+}

@@ -70,12 +70,7 @@ void boxes_test::wait(int ms) {
 }
 
 void boxes_test::note_in(int channel, int pitch, int velocity, int port) {
-    kel_post(
-        [](void* channel_and_port, std::int32_t p, std::int32_t v) {
-            const auto [c, from] = *static_cast<std::pair<int, int>*>(channel_and_port);
-            midi_receive(from, c, p, v);
-        },
-        std::make_unique<std::pair<int, int>>(channel, port).get(), pitch, velocity);
+    kel_post(midi_arrived, nullptr, midi_place(port, channel), midi_key(pitch, velocity));
     kel_run_queue();
 }
 

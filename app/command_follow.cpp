@@ -1,0 +1,165 @@
+// app/command_follow.cpp: `brisolan follow`: a score follows a performance, in virtual time.
+// Layer: program.
+#include <algorithm>
+#include <bitset>
+#include <cstdio>
+#include <memory>
+#include <set>
+
+#include "app/commands.h"
+#include "app/performance.h"
+#include "app/play_patch.h"
+#include "app/source.h"
+
+namespace {
+
+struct follow_options {
+    std::string score;
+    std::string performance;
+    std::int32_t skip = 2;
+    std::int32_t window = 150;
+    bool octaves = false;
+    std::int32_t part = 0; // 0: the score's own channel 1
+    bool json = false;
+};
+
+constexpr std::int32_t PERFORMER_CHANNEL = 1;
+constexpr std::int32_t LARGEST_ALLOWANCE = 32767; // what the object keeps of a skip or a window
+
+std::string tracks_of(const brisolan* x) {
+    std::set<std::int32_t> tracks;
+    for (const event* e = x->events; e; e = e->next) tracks.insert(e->track);
+    std::string text;
+    for (const std::int32_t t : tracks) text += (text.empty() ? "" : ", ") + std::to_string(t);
+    return text;
+}
+
+// Where the accompaniment on channel 1 goes: a channel that the score does not use, the second when it uses all.
+std::int32_t free_channel(const brisolan* x) {
+    std::bitset<17> used;
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->chan >= 1 && e->chan <= 16) used.set(static_cast<std::size_t>(e->chan.get()));
+    }
+    for (std::int32_t c = 2; c <= 16; ++c) {
+        if (!used[static_cast<std::size_t>(c)]) return c;
+    }
+    return 2;
+}
+
+// Puts the performer's track on channel 1 and every other note off it. False when the track has no notes.
+bool give_part(brisolan* x, std::int32_t track) {
+    const std::int32_t other = free_channel(x);
+    bool found = false;
+    for (event* e = x->events; e; e = e->next) {
+        if (e->track == track)
+            e->chan = PERFORMER_CHANNEL;
+        else if (e->chan == PERFORMER_CHANNEL)
+            e->chan = other;
+        found = found || e->track == track;
+    }
+    return found;
+}
+
+// An empty string, or why there is nothing to follow.
+std::string choose_part(brisolan* score, const follow_options& o) {
+    if (!score->events) return "there is no note in it";
+    if (o.part) {
+        if (give_part(score, o.part)) return "";
+        return "no notes on track " + std::to_string(o.part) + "; its tracks are " + tracks_of(score);
+    }
+    for (const event* e = score->events; e; e = e->next) {
+        if (e->chan == PERFORMER_CHANNEL) return "";
+    }
+    return "no notes on channel 1 to follow; choose the performer's track with --part, of " +
+           tracks_of(score);
+}
+
+void print_text(const follow_report& r) {
+    for (const follow_output& o : r.outputs) {
+        std::printf("%lld %s %d %d %d %d\n", static_cast<long long>(o.ms), name_of(o.kind),
+                    static_cast<int>(o.pitch), static_cast<int>(o.vel), static_cast<int>(o.dur),
+                    static_cast<int>(o.chan));
+    }
+    const follow_summary& s = r.summary;
+    std::printf("notes matched: %lld of %lld\nplayed late: %lld\nnever matched: %lld\n"
+                "accompaniment played: %lld of %lld\nwrong notes: %lld\n",
+                static_cast<long long>(s.matched), static_cast<long long>(s.performer_notes),
+                static_cast<long long>(s.late), static_cast<long long>(s.never()),
+                static_cast<long long>(s.accompaniment), static_cast<long long>(s.accompaniment_notes),
+                static_cast<long long>(s.wrong));
+}
+
+void print_json(const follow_report& r) {
+    std::printf("{\"outputs\": [");
+    const char* between = "\n";
+    for (const follow_output& o : r.outputs) {
+        std::printf(
+            "%s  {\"time\": %lld, \"kind\": \"%s\", \"pitch\": %d, \"vel\": %d, \"dur\": %d, \"chan\": %d}",
+            between, static_cast<long long>(o.ms), name_of(o.kind), static_cast<int>(o.pitch),
+            static_cast<int>(o.vel), static_cast<int>(o.dur), static_cast<int>(o.chan));
+        between = ",\n";
+    }
+    const follow_summary& s = r.summary;
+    std::printf("\n], \"summary\": {\"performer_notes\": %lld, \"matched\": %lld, \"late\": %lld, \"never\": "
+                "%lld, \"accompaniment_notes\": %lld, \"accompaniment\": %lld, \"wrong\": %lld}}\n",
+                static_cast<long long>(s.performer_notes), static_cast<long long>(s.matched),
+                static_cast<long long>(s.late), static_cast<long long>(s.never()),
+                static_cast<long long>(s.accompaniment_notes), static_cast<long long>(s.accompaniment),
+                static_cast<long long>(s.wrong));
+}
+
+std::string follow_performance(headless& machine, brisolan* score, brisolan* performance,
+                               const follow_options& o) {
+    if (std::string why = read_into(machine.print, score, o.score); !why.empty()) return why;
+    if (std::string why = read_into(machine.print, performance, o.performance); !why.empty()) return why;
+    if (const std::string why = choose_part(score, o); !why.empty())
+        return "brisolan: " + o.score + ": " + why;
+    tell("score", "params", {atom(o.skip), atom(o.window), atom(o.octaves ? 1 : 0)});
+    if (!tell("go", "bang")) return "brisolan: the follow patch receives no \"go\"";
+    const follow_report report = perform(score, keys_of(performance));
+    tell("halt", "bang");
+    if (o.json)
+        print_json(report);
+    else
+        print_text(report);
+    return std::fflush(stdout) == 0 && !std::ferror(stdout) ? ""
+                                                            : "brisolan: standard output cannot be written";
+}
+
+int run_follow(const follow_options& o) {
+    headless machine;
+    headless_start(&machine);
+    machine.print = [](const std::string& line) { std::fprintf(stderr, "brisolan: %s\n", line.c_str()); };
+    host_patcher* patcher = nullptr;
+    std::string why;
+    brisolan* const score = load_own_patch("follow", &patcher, why);
+    host_patcher* const stage = kel_patcher_new();
+    kel_patcher_build(stage);
+    auto* const performance = static_cast<brisolan*>(kel_make(host_symbol("brisolan"), {}));
+    if (score) why = follow_performance(machine, score, performance, o);
+    kel_patcher_free(stage);
+    kel_patcher_free(patcher);
+    machine.print = nullptr;
+    headless_end();
+    if (why.empty()) return EXIT_DONE;
+    std::fprintf(stderr, "%s\n", why.c_str());
+    return EXIT_FAILED;
+}
+
+} // namespace
+
+void add_follow_command(CLI::App& program, int& status) {
+    CLI::App* c =
+        program.add_subcommand("follow", "Follow a performance with a score, and print what comes out");
+    auto o = std::make_shared<follow_options>();
+    const CLI::Range allowance(0, LARGEST_ALLOWANCE);
+    c->add_option("SCORE", o->score, "A MIDI file or document; the performer's part is channel 1")
+        ->required();
+    c->add_option("--performance", o->performance, "What is played: a MIDI file or document")->required();
+    c->add_option("--skip", o->skip, "How many notes of the part may be left out freely")->check(allowance);
+    c->add_option("--window", o->window, "How far beyond these to look, milliseconds")->check(allowance);
+    c->add_flag("--octaves", o->octaves, "A note an octave above or below counts as well");
+    c->add_option("--part", o->part, "Take this track as the performer's part")->check(CLI::PositiveNumber);
+    c->add_flag("--json", o->json, "Print one JSON object");
+    c->callback([o, &status] { status = run_follow(*o); });
+}
