@@ -10,7 +10,7 @@
 #include "app/commands.h"
 #include "app/pipes.h"
 #include "app/source.h"
-#include "host/kernel/dispatch.h"
+#include "app/target.h"
 #include "host/kernel/files.h"
 
 namespace {
@@ -42,37 +42,6 @@ int complain(const std::string& why, int status) {
     return status;
 }
 
-// As "write" chooses by itself: format 1 when a track above the first is in use.
-bool more_than_one_track(const brisolan* x) {
-    for (const event* e = x->events; e; e = e->next) {
-        if (e->track > 1) return true;
-    }
-    return false;
-}
-
-// Has the object write the file; an empty string, or what its console or the file service said.
-std::string write_out(headless_session& session, brisolan* x, const std::string& file, file_type type,
-                      const convert_options& o) {
-    std::string error;
-    session.machine.print = [&error](const std::string& line) {
-        constexpr std::string_view prefix = "error ";
-        if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
-    };
-    if (type == TYPE_MIDI) {
-        const int format = o.format >= 0 ? o.format : more_than_one_track(x) ? 1 : 0;
-        const atom arguments[] = {atom(host_symbol(file.c_str())), atom(o.time_base == "timecode" ? 1 : 0),
-                                  atom(format)};
-        kel_send(x, host_symbol("export"), arguments);
-        kel_run_queue();
-    } else {
-        x->window->save_format = type == TYPE_KELB ? 1 : 0;
-        const host_err code = kel_private<"saveto">(x, file.c_str(), host_default_path());
-        if (code && error.empty()) error = "can't write " + file + ": " + kel_filereason(code);
-    }
-    session.machine.print = nullptr;
-    return error;
-}
-
 int run_convert(const convert_options& o) {
     const bool to_pipe = o.out == "-";
     const file_type type = target_type(o);
@@ -92,12 +61,14 @@ int run_convert(const convert_options& o) {
         return EXIT_FAILED;
     }
     if (!to_pipe) {
-        const std::string why = write_out(session, x, o.out, type, o);
+        const std::string why =
+            write_from(session.machine.print, x, {o.out, type, o.time_base == "timecode", o.format});
         return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
     }
     std::string why;
     const spooled_output spool(ending(type), why);
-    if (why.empty()) why = write_out(session, x, spool.path(), type, o);
+    if (why.empty())
+        why = write_from(session.machine.print, x, {spool.path(), type, o.time_base == "timecode", o.format});
     if (why.empty()) why = spool.copy_out();
     return why.empty() ? EXIT_DONE : complain("standard output: " + why, EXIT_FAILED);
 }

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "app/commands.h"
+#include "app/live.h"
 #include "app/performance.h"
 #include "app/play_patch.h"
 #include "app/source.h"
@@ -129,7 +130,9 @@ std::string follow_performance(headless& machine, brisolan* score, brisolan* per
 int run_follow(const follow_options& o) {
     headless machine;
     headless_start(&machine);
-    machine.print = [](const std::string& line) { std::fprintf(stderr, "brisolan: %s\n", line.c_str()); };
+    machine.print = [](const std::string& line) {
+        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
+    };
     host_patcher* patcher = nullptr;
     std::string why;
     brisolan* const score = load_own_patch("follow", &patcher, why);

@@ -12,6 +12,7 @@
 #include "app/note_view.h"
 #include "app/play_patch.h"
 #include "app/source.h"
+#include "host/boxes/midi_device.h"
 #include "host/desktop/synth.h"
 
 namespace {
@@ -45,6 +46,13 @@ int status_of(const live_session& session) {
     return session.signal() ? SIGNAL_STATUS + session.signal() : EXIT_DONE;
 }
 
+// Whatever the patch did: no note is left sounding.
+void end_notes() {
+    const bool before = host_lockout_set(true);
+    midi_silence();
+    host_lockout_set(before);
+}
+
 // Plays until the last note has ended or a signal came; then whatever still sounds is ended.
 int play_through(live_session& session, const brisolan* score, note_view& view, note_outputs& outputs) {
     while (!session.signal() && !playing_is_over(score)) {
@@ -53,6 +61,7 @@ int play_through(live_session& session, const brisolan* score, note_view& view, 
         view.draw();
     }
     tell("halt", "bang");
+    end_notes();
     view.draw();
     const kel_time end = kel_now() + LONGEST_TAIL;
     while (!session.signal() && outputs.ringing() && kel_now() < end) session.wait(DRAW_EVERY_MS);
@@ -97,7 +106,7 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
     note_view view(note_style_here(o.quiet));
     session.print = [&view](const std::string& line) {
         view.clear();
-        std::fprintf(stderr, "brisolan: %s\n", line.c_str());
+        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
     };
     session.catch_signals();
     view.begin(o.from, o.speed, length);
@@ -121,7 +130,9 @@ int run_play(const play_options& o) {
     live_session session(o.wav.empty() ? kel_timing::real_time : kel_timing::virtual_time);
     host_patcher* patcher = nullptr;
     std::string why;
-    session.print = [](const std::string& line) { std::fprintf(stderr, "brisolan: %s\n", line.c_str()); };
+    session.print = [](const std::string& line) {
+        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
+    };
     brisolan* const score = load_own_patch("play", &patcher, why);
     const int status = !score          ? fail(why)
                        : o.wav.empty() ? play_score(session, score, o)

@@ -124,3 +124,8 @@ void live_session::print_lines() {
     const unsigned n = lost.exchange(0, std::memory_order_relaxed);
     if (n && print) print("error host: " + std::to_string(n) + " more lines were lost");
 }
+
+std::string console_text(const std::string& line) {
+    const std::size_t blank = line.find(' ');
+    return blank == std::string::npos ? line : line.substr(blank + 1);
+}

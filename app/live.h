@@ -55,3 +55,6 @@ private:
     bool catching = false;
     std::array<struct sigaction, 3> before{};
 };
+
+// A console line without the word that tells its kind. [both]
+std::string console_text(const std::string& line);

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     int status = EXIT_DONE;
     add_play_command(program, status);
     add_follow_command(program, status);
+    add_patch_command(program, status);
     add_list_command(program, status);
     add_convert_command(program, status);
     add_render_command(program, status);

@@ -17,7 +17,7 @@ foreach(room core transport io view edit kernel toolbox boxes headless desktop a
         target_link_libraries(${program} PRIVATE
             brisolan_flags brisolan_test_support GTest::gtest_main brisolan_parts)
         target_compile_definitions(${program} PRIVATE BRISOLAN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-        if(room STREQUAL "desktop" AND TARGET brisolan)
+        if(room MATCHES "^(app|desktop)$" AND TARGET brisolan)
             # Its tests run the program beside them.
             target_compile_definitions(${program} PRIVATE BRISOLAN_PROGRAM="$<TARGET_FILE:brisolan>")
             add_dependencies(${program} brisolan)

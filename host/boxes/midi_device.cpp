@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 
 #include "host/boxes/midi_ports.h"
 
@@ -13,6 +14,13 @@ namespace {
 // in; read while notes pass.
 std::array<const midi_device*, MAX_MIDI_DEVICES> devices{};
 notein* first_notein = nullptr;
+
+// The notes that were begun and not ended, by port, channel and pitch. Written as notes pass, one at a time.
+std::array<std::bitset<128>, std::size_t{MIDI_PORTS} * 16> sounding;
+
+std::bitset<128>& keys_of(int port, int channel) {
+    return sounding[static_cast<std::size_t>((port - 1) * 16 + channel - 1)];
+}
 
 class locked_out {
 public:
@@ -26,8 +34,8 @@ private:
 };
 
 bool in_range(int port, int channel, int pitch, int velocity) {
-    return port >= 1 && channel >= 1 && channel <= 16 && pitch >= 0 && pitch <= 127 && velocity >= 0 &&
-           velocity <= 127;
+    return port >= 1 && port <= MIDI_PORTS && channel >= 1 && channel <= 16 && pitch >= 0 && pitch <= 127 &&
+           velocity >= 0 && velocity <= 127;
 }
 
 } // namespace
@@ -47,8 +55,21 @@ void midi_device_remove(const midi_device* device) {
 
 void midi_send(int port, int channel, int pitch, int velocity) {
     host_expect_scheduler("midi_send");
+    keys_of(port, channel).set(static_cast<std::size_t>(pitch), velocity > 0);
     for (const midi_device* d : devices) {
         if (d && d->note) d->note(d->user, port, channel, pitch, velocity);
+    }
+}
+
+void midi_silence() {
+    host_expect_scheduler("midi_silence");
+    for (int port = 1; port <= MIDI_PORTS; ++port) {
+        for (int channel = 1; channel <= 16; ++channel) {
+            const std::bitset<128> keys = keys_of(port, channel);
+            for (int pitch = 0; keys.any() && pitch < 128; ++pitch) {
+                if (keys[static_cast<std::size_t>(pitch)]) midi_send(port, channel, pitch, 0);
+            }
+        }
     }
 }
 

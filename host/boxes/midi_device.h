@@ -10,12 +10,13 @@
 struct midi_device {
     void* user = nullptr; // handed to every function
 
-    // A note begins, or ends when `velocity` is 0. `port` is 1 or more, `channel` 1 to 16, `pitch` and `velocity` 0 to
+    // A note begins, or ends when `velocity` is 0. `port` is 1 to MIDI_PORTS, `channel` 1 to 16, `pitch` and `velocity` 0 to
     // 127.
     void (*note)(void* user, int port, int channel, int pitch, int velocity) = nullptr;
 };
 
 constexpr int MAX_MIDI_DEVICES = 8;
+constexpr int MIDI_PORTS = 16;
 
 // From now on the device hears every note; no more. The record stays the caller's and must live in between. False when
 // there are MAX_MIDI_DEVICES already. [main]
@@ -24,6 +25,9 @@ void midi_device_remove(const midi_device* device);
 
 // A note leaves for every device. Values as in midi_device::note. [scheduler]
 void midi_send(int port, int channel, int pitch, int velocity);
+
+// Ends every note that was begun and not ended: when a patch ends, however it does. [scheduler]
+void midi_silence();
 
 // A note has come in: every note-in box that listens to the port and the channel puts it out. Values as in
 // midi_device::note; others are dropped. [scheduler]

@@ -18,7 +18,7 @@ host_class* noteout_class = nullptr;
 
 noteout* noteout_new(std::int32_t port, std::int32_t channel) {
     noteout* x = host_object_new<noteout>(noteout_class);
-    x->port = std::max(port, 1);
+    x->port = std::clamp(port, 1, MIDI_PORTS);
     x->channel = std::max(channel, 1);
     host_inlet_int(x, 2);
     host_inlet_int(x, 1);

@@ -1,0 +1,93 @@
+// app/command_patch.cpp: `brisolan patch`: a patch file loaded and run.
+// Layer: program.
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "app/commands.h"
+#include "app/live.h"
+#include "app/session.h"
+#include "host/boxes/boxes.h"
+#include "host/boxes/midi_device.h"
+#include "host/kernel/dispatch.h"
+#include "host/kernel/patchfile.h"
+
+namespace {
+
+struct patch_options {
+    std::string file;
+    std::int64_t duration = -1; // virtual milliseconds; -1: real time, until a signal
+};
+
+constexpr int LOOK_EVERY_MS = 1000;
+
+// A patch's console is what it puts out: its notices are data, its errors are not.
+void print_line(const std::string& line) {
+    constexpr std::string_view notice = "post ";
+    constexpr std::string_view error = "error ";
+    if (line.starts_with(notice)) {
+        std::printf("%s\n", line.c_str() + notice.size());
+        std::fflush(stdout);
+    } else if (line.starts_with(error)) {
+        std::fprintf(stderr, "brisolan: %s\n", line.c_str() + error.size());
+    }
+}
+
+// The patch, its boxes banged at load; null when its file cannot be read, and the console said so.
+host_patcher* load(const patch_options& o) {
+    load_brisolan();
+    boxes_load();
+    host_patcher* const p = kel_patcher_new();
+    if (kel_patch_read(p, o.file.c_str(), host_default_path())) return p;
+    kel_patcher_free(p);
+    return nullptr;
+}
+
+// No note outlives the patch.
+void end(host_patcher* p) {
+    for (host_object* x : kel_patcher_objects(p)) {
+        if (std::strcmp(kel_class_name(x->cls), "makenote") == 0) kel_send(x, host_symbol("stop"), {});
+    }
+    const bool before = host_lockout_set(true);
+    midi_silence();
+    host_lockout_set(before);
+    kel_run_queue();
+    kel_patcher_free(p);
+}
+
+int run_for(const patch_options& o) {
+    headless machine;
+    machine.print = print_line;
+    headless_start(&machine);
+    host_patcher* const p = load(o);
+    if (p) {
+        kel_run_queue();
+        headless_wait(o.duration);
+        end(p);
+    }
+    headless_end();
+    return p ? EXIT_DONE : EXIT_FAILED;
+}
+
+// A signal is the ordinary way to end a patch.
+int run_live(const patch_options& o) {
+    live_session session;
+    session.print = print_line;
+    host_patcher* const p = load(o);
+    if (!p) return EXIT_FAILED;
+    session.catch_signals();
+    while (!session.signal()) session.wait(LOOK_EVERY_MS);
+    end(p);
+    return EXIT_DONE;
+}
+
+} // namespace
+
+void add_patch_command(CLI::App& program, int& status) {
+    CLI::App* c = program.add_subcommand("patch", "Load a patch file and run it until interrupted");
+    auto o = std::make_shared<patch_options>();
+    c->add_option("FILE", o->file, "The patch")->required();
+    c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
+        ->check(CLI::NonNegativeNumber);
+    c->callback([o, &status] { status = o->duration < 0 ? run_live(*o) : run_for(*o); });
+}

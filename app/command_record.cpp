@@ -1,0 +1,72 @@
+// app/command_record.cpp: `brisolan record`: what comes in is recorded until it is interrupted, and saved.
+// Layer: program.
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include <unistd.h>
+
+#include "app/commands.h"
+#include "app/live.h"
+#include "app/recording.h"
+#include "host/kernel/files.h"
+
+namespace {
+
+struct record_options {
+    std::string file;
+    std::int64_t until = -1; // milliseconds; -1: until a signal
+    bool force = false;
+};
+
+constexpr int LOOK_EVERY_MS = 50;
+
+int fail(const std::string& why) {
+    std::fprintf(stderr, "%s\n", why.c_str());
+    return EXIT_FAILED;
+}
+
+// The signals that end it are the ordinary way to end it: what came in is saved, and the work is done.
+int record(const record_options& o, file_type type) {
+    live_session session;
+    session.print = [](const std::string& line) {
+        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
+    };
+    recording r(session.print, {o.file, type});
+    session.catch_signals();
+    if (const std::string why = r.start(); !why.empty()) return fail(why);
+    const kel_time began = kel_now();
+    const kel_time end = o.until < 0 ? INT64_MAX : began + o.until * NS_PER_MS;
+    while (!session.signal() && kel_now() < end) {
+        const kel_time left_ms = (end - kel_now() + NS_PER_MS - 1) / NS_PER_MS;
+        session.wait(static_cast<int>(std::clamp<kel_time>(left_ms, 0, LOOK_EVERY_MS)));
+    }
+    const std::string why = r.save();
+    return why.empty() ? EXIT_DONE : fail(why);
+}
+
+int run_record(const record_options& o) {
+    const file_type type = kel_typeofname(o.file.c_str());
+    if (!type) {
+        std::fprintf(stderr,
+                     "brisolan: %s: the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb\n",
+                     o.file.c_str());
+        return EXIT_MISUSE;
+    }
+    // Told before anybody plays a note, not after.
+    if (!o.force && access(o.file.c_str(), F_OK) == 0)
+        return fail("brisolan: " + o.file + ": exists; --force replaces it");
+    return record(o, type);
+}
+
+} // namespace
+
+void add_record_command(CLI::App& program, int& status) {
+    CLI::App* c = program.add_subcommand("record", "Record what comes in until interrupted, and save it");
+    auto o = std::make_shared<record_options>();
+    c->add_option("FILE", o->file, "The file to write, its kind told by the ending")->required();
+    c->add_option("--until", o->until, "Stop by itself after this many milliseconds")
+        ->check(CLI::NonNegativeNumber);
+    c->add_flag("--force", o->force, "Replace a file that exists");
+    c->callback([o, &status] { status = run_record(*o); });
+}

@@ -1,0 +1,73 @@
+// app/recording.cpp: a recording under way, and its file.
+// Layer: program.
+#include "app/recording.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+#include <utility>
+
+#include <unistd.h>
+
+#include "app/play_patch.h"
+#include "host/kernel/files.h"
+#include "host/kernel/kernel.h"
+
+namespace {
+
+// Lets what devices have handed in until now arrive; gives up after a second.
+void let_arrive() {
+    // Outlives this call: a scheduler that comes too late must still find it.
+    static std::atomic<int> arrived;
+    const int before = arrived;
+    kel_post([](void*, std::int32_t, std::int32_t) { arrived += 1; }, nullptr, 0, 0);
+    for (int i = 0; i < 1000 && arrived == before; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+std::string elsewhere(const write_target& to) {
+    const char* const named = std::getenv("TMPDIR");
+    const char* const ending = to.type == TYPE_MIDI ? ".mid" : to.type == TYPE_TEXT ? ".kel" : ".kelb";
+    return std::string(named && *named ? named : "/tmp") + "/brisolan-recording-" + std::to_string(getpid()) +
+           ending;
+}
+
+} // namespace
+
+recording::recording(std::function<void(const std::string&)>& where, write_target to)
+    : console(where), target(std::move(to)) {}
+
+recording::~recording() {
+    if (const std::string why = save(); !why.empty()) std::fprintf(stderr, "%s\n", why.c_str());
+    if (patcher) kel_patcher_free(patcher);
+}
+
+std::string recording::start() {
+    std::string why;
+    x = load_own_patch("record", &patcher, why);
+    if (!x) return why;
+    if (!tell("go", "bang")) return "brisolan: the record patch receives no \"go\"";
+    running = true;
+    return "";
+}
+
+void recording::halt() {
+    let_arrive();
+    tell("halt", "bang");
+    kel_run_queue();
+    running = false;
+}
+
+std::string recording::save() {
+    if (!running) return "";
+    halt();
+    if (!x->events) return "brisolan: no note came in; nothing was saved";
+    const std::string why = write_from(console, x, target);
+    if (why.empty()) return "";
+    write_target other = target;
+    other.file = elsewhere(target);
+    const std::string worse = write_from(console, x, other);
+    return "brisolan: " + why + (worse.empty() ? "; the recording is in " + other.file : "; " + worse);
+}

@@ -1,0 +1,42 @@
+// app/target.cpp: writing an instance's sequence to a file for a command.
+// Layer: program.
+#include "app/target.h"
+
+#include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
+#include "host/kernel/kernel.h"
+
+namespace {
+
+// As "write" chooses by itself: format 1 when a track above the first is in use.
+bool more_than_one_track(const brisolan* x) {
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->track > 1) return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::string write_from(std::function<void(const std::string&)>& console, brisolan* x,
+                       const write_target& to) {
+    std::string error;
+    const std::function<void(const std::string&)> before = console;
+    console = [&error](const std::string& line) {
+        constexpr std::string_view prefix = "error ";
+        if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
+    };
+    if (to.type == TYPE_MIDI) {
+        const int format = to.format >= 0 ? to.format : more_than_one_track(x) ? 1 : 0;
+        const atom arguments[] = {atom(host_symbol(to.file.c_str())), atom(to.timecode ? 1 : 0),
+                                  atom(format)};
+        kel_send(x, host_symbol("export"), arguments);
+        kel_run_queue();
+    } else {
+        x->window->save_format = to.type == TYPE_KELB ? 1 : 0;
+        const host_err code = kel_private<"saveto">(x, to.file.c_str(), host_default_path());
+        if (code && error.empty()) error = "can't write " + to.file + ": " + kel_filereason(code);
+    }
+    console = before;
+    return error;
+}
