@@ -2,6 +2,7 @@
 // Benchmark.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <random>
 
 #include "app/session.h"
@@ -24,7 +25,7 @@ public:
     explicit editor(std::int64_t n, int views = 1) {
         x = session.make();
         const atom open(host_symbol("open"));
-        kel_message(x, {open});
+        kel_message(x, std::array{open});
         kel_run_queue();
         fill(n, views);
         x->editmode = 0;

@@ -117,7 +117,7 @@ TEST_F(legend_test, value_is_held_in_its_range_from_the_first_move) {
 
 TEST_F(legend_test, value_outside_its_range_is_brought_in_by_the_first_move) {
     send("setparam 2 Vel 4 0 127 300 12 4 0");
-    drag_value(PARAM_VEL, 0);
+    click(param(PARAM_VEL).leg_value_x, 10);
     EXPECT_EQ(param(PARAM_VEL).defvalue, 300) << "a press alone changes nothing";
     drag_value(PARAM_VEL, 1);
     EXPECT_EQ(param(PARAM_VEL).defvalue, 127);
