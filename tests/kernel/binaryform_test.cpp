@@ -63,6 +63,19 @@ TEST(binaryform, EveryByteIsAsTheFormTells) {
         EXPECT_EQ(static_cast<unsigned char>(bytes[12 + i]), crc >> 8 * i & 0xFF);
 }
 
+// The lines that docs/document-formats.md shows.
+TEST(binaryform, AScoresLinesAreAsTheManualShowsThem) {
+    const kel_document d =
+        from_text("#N brisolan \"\";\n#X setparam 0 Time 1 0 999999 0 1000 200 0;\n#X restore;\n"
+                  "#X 0 60 64 300 1 1 0 0;\n#X 125 64 70 300 1 1 0 0;\n#X stop;\n");
+    const std::string code(reinterpret_cast<const char*>(d.code.data()), d.code.size());
+    EXPECT_TRUE(code.starts_with(of({0x02, 0x06, 0x0A, 0x03})));
+    const std::string events =
+        of({0x0E, 0x00, 0xE0, 0x03, 0x80, 0x04, 0xE0, 0x12, 0x08, 0x08, 0x00, 0x00, 0x03}) +
+        of({0x0E, 0xE8, 0x07, 0x80, 0x04, 0xB0, 0x04, 0xE0, 0x12, 0x08, 0x08, 0x00, 0x00, 0x03});
+    EXPECT_NE(code.find(events), std::string::npos);
+}
+
 TEST(binaryform, RandomDocumentsComeBack) {
     std::mt19937 random(6);
     for (int i = 0; i < 500; ++i) {
