@@ -1,24 +1,32 @@
-// view/events.cpp: drawing events, erasing and redrawing single ones, the hit test.
+// view/events.cpp: drawing events, erasing and redrawing single ones or many, the hit test.
 // Layer: view.
 // Called by the queued redraw, the scroll bars, the selection and every edit.
 #include "view/events.h"
+
+#include <algorithm>
 
 #include "core/sequence.h"
 #include "view/bars.h"
 #include "view/draw.h"
 #include "view/format.h"
 #include "view/geometry.h"
+#include "view/index.h"
 
 namespace {
 
-// The window's port, clipped to the data area, for the scope's life. A hidden window has no port: nothing is drawn then.
+// So many erasings are carried out at once; with more it is cheaper to gather them. One pass over everything in sight
+// costs as much as some hundred of them.
+constexpr int FEW = 24;
+
+// The window's port, clipped to the data area, for the scope's life.
 class event_clip {
 public:
     explicit event_clip(brisolan* x) {
         GetPort(&before);
-        SetPort(x->window->visible ? x->window->port : nullptr);
+        SetPort(x->window->port);
         saved = t_getclip();
         brisolan_eventclip(x);
+        brisolan_beginbars();
     }
     ~event_clip() {
         t_restoreclip(saved);
@@ -32,16 +40,204 @@ private:
     RgnHandle saved = nullptr;
 };
 
-void draw_clipped(brisolan* x, event* e) {
-    const bar b = brisolan_bar(x, e);
-    if (!brisolan_inspan(x, b) || !brisolan_trackisshown(x, e->track)) return;
-    brisolan_drawbar(x, e, b);
-    e->needsdraw = std::uint8_t{0};
-}
-
 void want_marked(brisolan* x) {
+    if (x->redraw.redraw_marked && x->window->visible) return; // it is asked for
     x->redraw.redraw_marked = std::uint8_t{1};
     brisolan_redraw(x);
+}
+
+bar_look look_of(view_index& ix, event* e) {
+    if (ix.last == e && brisolan_sameplace(ix.frame, ix.last_look, *e)) return ix.last_look;
+    bar_look look = brisolan_place(ix.frame, *e);
+    brisolan_measure(ix.frame, &look);
+    ix.last = e;
+    ix.last_look = look;
+    return look;
+}
+
+bool shows(const brisolan* x, const view_index& ix, const bar_look& look) {
+    return brisolan_inspan(ix.frame, look) && brisolan_trackisshown(x, look.track);
+}
+
+// ---- at once
+
+void erase_now(brisolan* x, view_index& ix, event* e, const bar_box& box) {
+    {
+        const event_clip clip(x);
+        brisolan_drawpattern(x, box.left, box.top, box.right, box.bottom + 1);
+    }
+    ++ix.erased;
+    const std::int64_t id = brisolan_entryof(ix, e);
+    if (id >= 0)
+        ix.dirty.push_back(static_cast<std::uint32_t>(id));
+    else
+        ix.strayed = true;
+    brisolan_marktouched(ix, box);
+}
+
+void draw_now(brisolan* x, view_index& ix, event* e, const bar_look& look) {
+    {
+        const event_clip clip(x);
+        brisolan_drawbar(ix.frame, look);
+    }
+    if (ix.placed) brisolan_entrymoved(ix, e, look);
+}
+
+// ---- gathered
+
+deferred_drawing* drawing_of(view_index& ix, const event* e, std::uint32_t place) {
+    if (place == 0 || place > ix.drawings.size()) return nullptr;
+    deferred_drawing* d = &ix.drawings[place - 1];
+    return d->e == e ? d : nullptr;
+}
+
+void gather_erasing(view_index& ix, const bar_box& box) {
+    ix.gathering = true;
+    ix.placed = false;
+    ix.log.push_back({box, 0});
+}
+
+void gather_drawing(view_index& ix, event* e, const bar_look& look) {
+    deferred_drawing* before = drawing_of(ix, e, e->place);
+    if (before && brisolan_sameplace(ix.frame, before->look, *e)) before->redundant = true;
+    ix.drawings.push_back({e, look});
+    e->place = static_cast<std::uint32_t>(ix.drawings.size());
+    ix.log.push_back({{}, e->place});
+}
+
+// Tells for each gathered drawing whether anything erased after it overlapped it; leaves the map of all that was erased.
+void find_touched_drawings(view_index& ix) {
+    ix.touches.begin(ix.frame);
+    for (std::size_t i = ix.log.size(); i-- > 0;) {
+        const log_step& step = ix.log[i];
+        if (step.drawing == 0) {
+            ix.touches.add(step.erased);
+        } else {
+            deferred_drawing& d = ix.drawings[step.drawing - 1];
+            d.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, d.look));
+        }
+    }
+}
+
+// Marks whoever was touched, and places all. With `drawn`, the marked ones that show are drawn next: their looks are kept
+// in list order, and they are not marked any more.
+void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
+    find_touched_drawings(ix);
+    ix.marked_looks.clear();
+    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
+        deferred_drawing* d = drawing_of(ix, e, place);
+        const bool touched = d ? d->touched : ix.touches.touched(ix.entries.back().box);
+        if (!e->needsdraw && !touched) return;
+        const bool showing = shows(x, ix, look);
+        if (showing && d && brisolan_sameplace(ix.frame, d->look, *e)) d->redundant = true;
+        if (showing && drawn) {
+            ix.marked_looks.push_back(look);
+            e->needsdraw = std::uint8_t{0};
+        } else {
+            ix.dirty.push_back(static_cast<std::uint32_t>(ix.entries.size() - 1));
+            e->needsdraw = std::uint8_t{1};
+        }
+    });
+}
+
+// Carries the log out, in order, without the drawings that are made again anyway.
+void replay(view_index& ix) {
+    ix.patches.begin(ix.frame);
+    for (const log_step& step : ix.log) {
+        if (step.drawing == 0) {
+            ix.patches.add(step.erased);
+            continue;
+        }
+        const deferred_drawing& d = ix.drawings[step.drawing - 1];
+        if (d.redundant) continue;
+        ix.patches.draw(d.look.y - BAR_REACH, d.look.y + BAR_REACH);
+        brisolan_drawbar(ix.frame, d.look);
+    }
+    ix.patches.draw(ix.frame.data.top, ix.frame.data.bottom);
+}
+
+// What becomes of what was gathered when it is settled.
+enum class settling {
+    nothing, // it is not seen: the whole data area is drawn over next
+    erased,  // it comes onto the screen; who was touched waits marked
+    all      // and is drawn as well
+};
+
+void settle(brisolan* x, view_index& ix, settling how) {
+    mark_gathered(x, ix, how == settling::all);
+    if (how != settling::nothing) {
+        const event_clip clip(x);
+        replay(ix);
+        for (const bar_look& look : ix.marked_looks) brisolan_drawbar(ix.frame, look);
+    }
+    ix.gathering = false;
+    ix.log.clear();
+    ix.drawings.clear();
+}
+
+// ---- the marked ones
+
+// Those of the entries that may be marked, in list order: what shows is drawn and no longer marked.
+void draw_dirty(brisolan* x, view_index& ix) {
+    std::sort(ix.dirty.begin(), ix.dirty.end());
+    const event_clip clip(x);
+    for (const std::uint32_t id : ix.dirty) {
+        event* e = ix.entries[id].e;
+        if (!e->needsdraw) continue;
+        bar_look look = brisolan_place(ix.frame, *e);
+        if (!shows(x, ix, look)) continue;
+        brisolan_measure(ix.frame, &look);
+        brisolan_drawbar(ix.frame, look);
+        brisolan_entrymoved(ix, e, look);
+        e->needsdraw = std::uint8_t{0};
+    }
+    ix.dirty.clear();
+}
+
+// A walk over all: marked ones are drawn.
+void draw_all_marked(brisolan* x, view_index& ix) {
+    const event_clip clip(x);
+    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
+        if (!e->needsdraw || !shows(x, ix, look)) return;
+        brisolan_drawbar(ix.frame, look);
+        e->needsdraw = std::uint8_t{0};
+    });
+}
+
+// ---- the hit test
+
+bool is_under(const view_frame& f, const event& e, int h, int v) {
+    bar_look look = brisolan_place(f, e);
+    if (v < look.y - 1 || v > look.y + 1 || h < look.left) return false;
+    brisolan_measure(f, &look);
+    return h <= look.right;
+}
+
+event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
+    for (event* e = x->events; e; e = e->next) {
+        if (brisolan_trackisshown(x, e->track) && is_under(f, *e, h, v)) return e;
+    }
+    return nullptr;
+}
+
+// Placing all anew outside a redraw must not lose who is marked.
+void place_for_finding(brisolan* x, view_index& ix) {
+    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
+        if (e->needsdraw && shows(x, ix, look))
+            ix.dirty.push_back(static_cast<std::uint32_t>(ix.entries.size() - 1));
+    });
+}
+
+// Both ends of a bar and the rows beside its middle count as under it: a box of open sides around the point.
+event* find_placed(brisolan* x, view_index& ix, int h, int v) {
+    const bar_box around{h - 1, h + 1, static_cast<std::int16_t>(v - 2), static_cast<std::int16_t>(v + 2)};
+    std::uint32_t first = UINT32_MAX;
+    brisolan_overlapping(ix, around, [&](std::uint32_t id) {
+        const placed_event& p = ix.entries[id];
+        const bool near = v >= p.y - 1 && v <= p.y + 1;
+        if (id < first && near && brisolan_trackisshown(x, p.e->track)) first = id;
+    });
+    return first == UINT32_MAX ? nullptr : ix.entries[first].e;
 }
 
 } // namespace
@@ -52,41 +248,74 @@ void brisolan_eventclip(brisolan* x) {
     ClipRect(&data);
 }
 
+void brisolan_drawbg(brisolan* x) {
+    view_index& ix = brisolan_index(x);
+    if (ix.gathering) settle(x, ix, settling::nothing);
+    Rect data;
+    brisolan_getdatarect(x, &data);
+    const RgnHandle saved = t_cliprect(data.left, data.top, data.right, data.bottom);
+    brisolan_drawpattern(x, data.left, data.top, data.right, data.bottom);
+    t_restoreclip(saved);
+}
+
 void brisolan_drawevts(brisolan* x) {
+    brisolan_settle(x);
+    view_index& ix = brisolan_index(x);
     brisolan_eventclip(x);
-    for (event* e = x->events; e; e = e->next) draw_clipped(x, e);
+    brisolan_beginbars();
+    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
+        if (!shows(x, ix, look)) return;
+        brisolan_drawbar(ix.frame, look);
+        e->needsdraw = std::uint8_t{0};
+    });
 }
 
 void brisolan_drawit(brisolan* x, event* e) {
-    const event_clip clip(x);
-    draw_clipped(x, e);
+    view_index& ix = brisolan_index(x);
+    const bar_look look = look_of(ix, e);
+    if (!shows(x, ix, look)) return;
+    e->needsdraw = std::uint8_t{0};
+    if (!x->window->visible) return;
+    if (ix.gathering)
+        gather_drawing(ix, e, look);
+    else
+        draw_now(x, ix, e, look);
 }
 
 void brisolan_eraseit(brisolan* x, event* e) {
-    std::int32_t left, top, right, bottom;
-    brisolan_eventrect(x, e, &left, &top, &right, &bottom);
-    {
-        const event_clip clip(x);
-        brisolan_drawpattern(x, left, top, right, bottom + 1);
-    }
     e->needsdraw = std::uint8_t{1};
-    for (event* other = x->events; other; other = other->next) {
-        const bar_reach reach = brisolan_reach(x, other, brisolan_bar(x, other));
-        if (reach.touched_by(left, top, right, bottom)) other->needsdraw = std::uint8_t{1};
-    }
     want_marked(x);
+    // A hidden window has no port, and is drawn anew when it is shown.
+    if (!x->window->visible) return;
+    view_index& ix = brisolan_index(x);
+    const bar_box box = brisolan_erasedbox(look_of(ix, e));
+    if (!ix.gathering && ix.erased < FEW && brisolan_isplaced(x, ix))
+        erase_now(x, ix, e, box);
+    else
+        gather_erasing(ix, box);
 }
 
 void brisolan_drawdirtyevts(brisolan* x) {
-    const event_clip clip(x);
-    for (event* e = x->events; e; e = e->next) {
-        if (e->needsdraw) draw_clipped(x, e);
-    }
+    if (!x->window->visible) return;
+    view_index& ix = brisolan_index(x);
+    if (ix.gathering)
+        settle(x, ix, settling::all);
+    else if (brisolan_isplaced(x, ix) && !ix.strayed)
+        draw_dirty(x, ix);
+    else
+        draw_all_marked(x, ix);
+    ix.erased = 0;
 }
 
-void brisolan_settle(brisolan*) {}
+void brisolan_settle(brisolan* x) {
+    view_index& ix = brisolan_index(x);
+    if (ix.gathering) settle(x, ix, settling::erased);
+}
 
-void brisolan_freeindex(brisolan*) {}
+void brisolan_freeindex(brisolan* x) {
+    delete x->index;
+    x->index = nullptr;
+}
 
 int brisolan_trackcolor(std::int32_t index) {
     constexpr int FIRST = 47; // tracks 1 to 16 downward, then 17 to 32 upward from LATER
@@ -108,13 +337,24 @@ void brisolan_drawsharps(brisolan* x, int n) {
     brisolan_redraw(x);
 }
 
+std::int32_t brisolan_eventrect(const brisolan* x, const event* e, std::int32_t* left, std::int32_t* top,
+                                std::int32_t* right, std::int32_t* bottom) {
+    const view_frame f = brisolan_frame(brisolan_framesettings(x));
+    bar_look look = brisolan_place(f, *e);
+    brisolan_measure(f, &look);
+    const bar_box box = brisolan_erasedbox(look);
+    *left = box.left;
+    *top = box.top;
+    *right = box.right;
+    *bottom = box.bottom;
+    return look.right - look.left;
+}
+
 event* brisolan_findevent(brisolan* x, int h, int v) {
-    for (event* e = x->events; e; e = e->next) {
-        if (!brisolan_trackisshown(x, e->track)) continue;
-        const std::int32_t y = brisolan_valuetov(x, event_param(*e, x->yparam));
-        if (v < y - 1 || v > y + 1) continue;
-        const std::int32_t left = brisolan_timetoh(x, e->time);
-        if (h >= left && h <= left + brisolan_nwidth(x, e)) return e;
-    }
-    return nullptr;
+    view_index& ix = brisolan_index(x);
+    if (x->nevents > FEW && !ix.gathering && !brisolan_isplaced(x, ix)) place_for_finding(x, ix);
+    const bool in_window = h >= ix.frame.data.left && h <= ix.frame.set.width;
+    if (in_window && brisolan_isplaced(x, ix) && !ix.strayed && ix.dirty.empty())
+        return find_placed(x, ix, h, v);
+    return find_by_walk(x, ix.frame, h, v);
 }

@@ -19,6 +19,13 @@ void cnote2str(std::int32_t note, char* out);
 const char* brisolan_midistr(const brisolan* x, int index, std::int32_t value);
 // The number field's text of a value, by g_asmidi. `out` holds VALUE_SIZE. [main]
 void brisolan_numdraw(std::int32_t value, char* out);
-// Width in pixels of the event's bar: its length, or while there is a label parameter its label with 6 pixels around it
-// when that is more, whether or not the zoom lets labels be drawn. Leaves the text face plain. [main]
+// Pixels around a label: a bar that counts it is so much wider than its text.
+constexpr std::int32_t LABEL_MARGIN = 6;
+
+// The label of a value, as a note name or a number, into `out`, which holds VALUE_SIZE; gives its length. Its width in
+// pixels in the plain face, measured in the window's port or, before that was ever current, 0. [main]
+int brisolan_labeltext(bool as_note, std::int32_t value, char* out);
+std::int32_t brisolan_labelwidth(bool as_note, std::int32_t value);
+// Width in pixels of the event's bar: its length, or while there is a label parameter its label with LABEL_MARGIN when
+// that is more, whether or not the zoom lets labels be drawn. [main]
 std::int32_t brisolan_nwidth(const brisolan* x, const event* e);

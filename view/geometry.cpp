@@ -37,19 +37,31 @@ std::int32_t units(std::int64_t pixel_count, std::int32_t zoom) {
     return held32(pixel_count * brisolan_factor(zoom) >> 3);
 }
 
-// Kept: at other zooms than 4 the key number is scaled and black keys are marked that are none; and 0 counts as one.
-std::uint8_t is_black_key(const brisolan* x, std::int32_t value) {
-    const std::int64_t scaled = std::int64_t{value} * SHARP_ZOOM / brisolan_factor(x->yzoom);
-    const int k = static_cast<std::int16_t>(scaled);
-    return (7 * k + 1) / 12 == (7 * k - 6) / 12 ? 1 : 0;
+} // namespace
+
+std::int16_t brisolan_dataheight(std::int32_t min, std::int32_t max, std::int32_t yzoom) {
+    const std::int64_t range = std::int64_t{max} - min + 1;
+    return static_cast<std::int16_t>(range * UNIT / brisolan_factor(yzoom));
 }
 
-} // namespace
+std::int16_t brisolan_contentbottom(std::int16_t height) {
+    return static_cast<std::int16_t>(height + CONTENT_TOP);
+}
+
+void brisolan_dataarea(std::int16_t height, int window_width, int window_height, Rect* r) {
+    const int bottom = std::min(height + DATA_FOOT, window_height - BOTTOM_MARGIN);
+    SetRect(r, DATA_LEFT, DATA_TOP, window_width - SCROLLBAR, bottom);
+}
+
+// Kept: at other zooms than 4 the key number is scaled and black keys are marked that are none; and 0 counts as one.
+bool brisolan_isblackkey(std::int32_t value, std::int32_t yzoom) {
+    const int k = static_cast<std::int16_t>(std::int64_t{value} * SHARP_ZOOM / brisolan_factor(yzoom));
+    return (7 * k + 1) / 12 == (7 * k - 6) / 12;
+}
 
 std::int16_t YDATAHEIGHT(const brisolan* x) {
     const param_record& p = vertical(x);
-    const std::int64_t range = std::int64_t{p.max} - p.min + 1;
-    return static_cast<std::int16_t>(range * UNIT / brisolan_factor(x->yzoom));
+    return brisolan_dataheight(p.min, p.max, x->yzoom);
 }
 
 int YSIZE(const brisolan* x) {
@@ -63,10 +75,10 @@ int YHEIGHT(const brisolan* x) {
 // Kept: the range's minimum enters through the height alone, the value is not offset by it, so that this is the exact
 // inverse of YVAL for ranges that begin at 0.
 std::int16_t YLOC(const brisolan* x, std::int32_t value) {
-    if (x->show_sharps) sharp = is_black_key(x, value);
+    if (x->show_sharps) sharp = brisolan_isblackkey(value, x->yzoom) ? 1 : 0;
     const std::int64_t above = std::int64_t{value} * UNIT / brisolan_factor(x->yzoom);
-    const int content_bottom = static_cast<std::int16_t>(YDATAHEIGHT(x) + CONTENT_TOP);
-    return static_cast<std::int16_t>(content_bottom - static_cast<std::int16_t>(above));
+    const int bottom = brisolan_contentbottom(YDATAHEIGHT(x));
+    return static_cast<std::int16_t>(bottom - static_cast<std::int16_t>(above));
 }
 
 std::int32_t YVAL(const brisolan* x, std::int32_t y) {
@@ -74,8 +86,7 @@ std::int32_t YVAL(const brisolan* x, std::int32_t y) {
 }
 
 void brisolan_getdatarect(const brisolan* x, Rect* r) {
-    const int bottom = std::min(YDATAHEIGHT(x) + DATA_FOOT, x->window->height - BOTTOM_MARGIN);
-    SetRect(r, DATA_LEFT, DATA_TOP, x->window->width - SCROLLBAR, bottom);
+    brisolan_dataarea(YDATAHEIGHT(x), x->window->width, x->window->height, r);
 }
 
 std::int32_t brisolan_hpixels(const brisolan* x) {

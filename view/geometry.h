@@ -18,7 +18,7 @@ constexpr int SCROLL_STEP = 16; // pixels for one step of the horizontal scroll
 constexpr int DATA_LEFT = 48;   // the data area's left and top
 constexpr int DATA_TOP = 62;
 constexpr int LEAST_BAR = 4; // a bar is never shorter, in pixels
-constexpr std::int32_t FAR_AWAY = 1 << 30;
+constexpr std::int32_t FAR_AWAY = 1 << 29;
 
 // Whether the value last given to YLOC falls on a black key; written by YLOC while `show_sharps` is set, and cleared by
 // brisolan_drawsharps. Process-wide, meaningful right after the call. Main level.
@@ -51,6 +51,13 @@ std::int32_t brisolan_lengthtopixels(const brisolan* x, std::int32_t value);
 std::int32_t brisolan_barlength(const brisolan* x, const event* e);
 // Units of the length parameter in a number of pixels, shifted: (pixels * lenzoom) >> 3. [main]
 std::int32_t brisolan_pixelstolength(const brisolan* x, std::int32_t pixels);
+
+// The arithmetic behind these, of bounds and sizes: YDATAHEIGHT of a range; content y of value 0 for a data height; the
+// data area of a window; whether a value falls on a black key. [main]
+std::int16_t brisolan_dataheight(std::int32_t min, std::int32_t max, std::int32_t yzoom);
+std::int16_t brisolan_contentbottom(std::int16_t height);
+void brisolan_dataarea(std::int16_t height, int window_width, int window_height, Rect* r);
+bool brisolan_isblackkey(std::int32_t value, std::int32_t yzoom);
 
 // A zoom factor as it divides and multiplies: 1 when it is below. [both]
 constexpr std::int32_t brisolan_factor(std::int32_t zoom) {

@@ -46,23 +46,17 @@ std::uint8_t row_colour(const row_key& k, std::int64_t y) {
     return static_cast<std::uint8_t>(value % k.interval == 0 ? COLOR_INTERVAL : COLOR_GRID);
 }
 
-row_key key_of(const brisolan* x) {
-    const param_record& p = x->params[static_cast<std::size_t>(x->yparam)];
-    return {p.min,
-            p.max,
-            brisolan_factor(p.interval),
-            brisolan_factor(x->yzoom),
-            x->window->vscroll_value,
-            x->window->height};
+row_key key_of(const frame_settings& s) {
+    return {s.ymin, s.ymax, brisolan_factor(s.yinterval), brisolan_factor(s.yzoom), s.vscroll, s.height};
 }
 
 void draw_columns(brisolan* x, int left, int top, int right, int bottom) {
     t_color(COLOR_GRID);
-    for (int h = brisolan_gridcolumn(x, left); h <= right; h += GRID_COLUMN) t_drawline(h, top, h, bottom);
+    for (int h = brisolan_gridcolumn(x->window->hscroll_value, left); h <= right; h += GRID_COLUMN) t_drawline(h, top, h, bottom);
 }
 
 void draw_rows(brisolan* x, int left, int top, int right, int bottom) {
-    const std::vector<std::uint8_t>& rows = brisolan_gridrows(x);
+    const std::vector<std::uint8_t>& rows = brisolan_gridrows(brisolan_framesettings(x));
     const int end = std::min(bottom, static_cast<int>(rows.size()) - 1);
     for (int v = top; v <= end; ++v) {
         const std::uint8_t colour = rows[static_cast<std::size_t>(v)];
@@ -74,10 +68,10 @@ void draw_rows(brisolan* x, int left, int top, int right, int bottom) {
 
 } // namespace
 
-const std::vector<std::uint8_t>& brisolan_gridrows(const brisolan* x) {
+const std::vector<std::uint8_t>& brisolan_gridrows(const frame_settings& s) {
     static row_key kept{};
     static std::vector<std::uint8_t> rows;
-    const row_key key = key_of(x);
+    const row_key key = key_of(s);
     if (key == kept) return rows;
     kept = key;
     rows.assign(static_cast<std::size_t>(std::max<std::int64_t>(key.height, 0)), 0);
@@ -86,8 +80,8 @@ const std::vector<std::uint8_t>& brisolan_gridrows(const brisolan* x) {
     return rows;
 }
 
-std::int32_t brisolan_gridcolumn(const brisolan* x, std::int32_t left) {
-    const std::int32_t origin = DATA_LEFT - brisolan_hpixels(x);
+std::int32_t brisolan_gridcolumn(std::int16_t hscroll, std::int32_t left) {
+    const std::int32_t origin = DATA_LEFT - hscroll * SCROLL_STEP;
     const std::int32_t behind = left - origin;
     return behind <= 0 ? origin : origin + (behind + GRID_COLUMN - 1) / GRID_COLUMN * GRID_COLUMN;
 }
@@ -99,12 +93,4 @@ void brisolan_drawpattern(brisolan* x, int left, int top, int right, int bottom)
     draw_columns(x, left, below_top, right, bottom);
     draw_rows(x, left, below_top, right, bottom);
     t_color(COLOR_FOREGROUND);
-}
-
-void brisolan_drawbg(brisolan* x) {
-    Rect data;
-    brisolan_getdatarect(x, &data);
-    const RgnHandle saved = t_cliprect(data.left, data.top, data.right, data.bottom);
-    brisolan_drawpattern(x, data.left, data.top, data.right, data.bottom);
-    t_restoreclip(saved);
 }

@@ -79,7 +79,9 @@ event* brisolan_firstselected(brisolan* x) {
 
 int brisolan_eventthird(const brisolan* x, const event* e, int h) {
     const std::int32_t left = brisolan_timetoh(x, e->time);
-    const int drawn = static_cast<std::int16_t>(brisolan_lengthtopixels(x, event_param(*e, x->lenparam)));
+    const std::int64_t exact =
+        std::int64_t{event_param(*e, x->lenparam)} * UNIT / brisolan_factor(x->lenzoom);
+    const int drawn = static_cast<std::int16_t>(exact);
     const int zone = drawn < LEAST_BAR ? 1 : drawn / 3;
     const int length = std::max(drawn, LEAST_BAR);
     if (h < left + zone) return 0;

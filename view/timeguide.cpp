@@ -31,7 +31,8 @@ void brisolan_drawtimeguide(brisolan* x) {
     const RgnHandle saved = t_cliprect(RULER_LEFT, RULER_TOP, right, RULER_BOTTOM);
     t_eraserect(RULER_LEFT, RULER_TOP, right, RULER_BOTTOM);
     t_drawline(DATA_LEFT - brisolan_hpixels(x), RULER_LINE, right, RULER_LINE);
-    for (int h = brisolan_gridcolumn(x, RULER_LEFT - WIDEST_HALF); h <= right; h += GRID_COLUMN)
+    const std::int16_t scroll = x->window->hscroll_value;
+    for (int h = brisolan_gridcolumn(scroll, RULER_LEFT - WIDEST_HALF); h <= right; h += GRID_COLUMN)
         draw_tick(x, h);
     t_restoreclip(saved);
 }

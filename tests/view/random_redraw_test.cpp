@@ -1,0 +1,219 @@
+// tests/view/random_redraw_test.cpp: random edits, one event at a time and many at once, drawn by the view and by a slow
+// twin: the bitmaps must be the same after every redraw, and the hit test must find the same.
+// Tests of the view.
+#include "tests/view/editor.h"
+
+#include <cstdlib>
+#include <random>
+
+#include "tests/view/plain_twin.h"
+#include "view/draw.h"
+#include "view/events.h"
+#include "view/geometry.h"
+#include "view/window.h"
+
+namespace {
+
+// Two instances that hold the same sequence: one drawn by the view, one by the twin.
+class random_redraw : public editor_test {
+protected:
+    void SetUp() override {
+        editor_test::SetUp();
+        y = static_cast<brisolan*>(kel_make(host_symbol("brisolan"), {}));
+        for (brisolan* each : {x, y}) kel_private<"dblclick">(each);
+        kel_run_queue();
+    }
+
+    int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
+    bool once_in(int n) { return below(n) == 0; }
+
+    using step = void (*)(brisolan*, event*);
+    // Does the same to the n-th event of both.
+    void both(int n, step view_step, step plain_step) {
+        view_step(x, nth(x, n));
+        plain_step(y, nth(y, n));
+    }
+    static event* nth(brisolan* of, int n) {
+        event* e = of->events;
+        while (n-- > 0) e = e->next;
+        return e;
+    }
+
+    void link_one() {
+        std::int32_t values[NPARAMS];
+        for (std::int32_t& v : values) v = below(128);
+        values[PARAM_TIME] = below(time_range) - 500;
+        values[PARAM_PITCH] = below(pitch_range);
+        values[PARAM_DUR] = once_in(6) ? below(40000) : below(1500);
+        values[PARAM_TRACK] = below(35);
+        for (brisolan* each : {x, y}) {
+            event* e = brisolan_newevent();
+            for (int i = 0; i < NPARAMS; ++i) event_param(*e, i) = values[i];
+            brisolan_link(each, e);
+        }
+    }
+
+    void change_one(int n) {
+        const int index = below(3) == 0 ? PARAM_DUR : once_in(2) ? PARAM_PITCH : PARAM_TIME;
+        const int by = below(61) - 30;
+        const std::int32_t scaled = index == PARAM_PITCH ? by / 6 : by * 20;
+        for (brisolan* each : {x, y}) event_param(*nth(each, n), index) += scaled;
+    }
+
+    void edit(int n) {
+        switch (below(6)) {
+        case 0:
+            both(n, [](brisolan* b, event* e) {
+                e->selected = std::uint8_t{1};
+                brisolan_eraseit(b, e);
+                brisolan_drawit(b, e);
+            }, plain_select);
+            break;
+        case 1:
+            both(n, [](brisolan* b, event* e) {
+                brisolan_eraseit(b, e);
+                e->selected = std::uint8_t{0};
+            }, plain_unselect);
+            break;
+        case 2: // as an offset
+            both(n, brisolan_eraseit, plain_eraseit);
+            change_one(n);
+            break;
+        case 3: // as a legend drag
+            both(n, brisolan_eraseit, plain_eraseit);
+            change_one(n);
+            both(n, brisolan_drawit, plain_drawit);
+            break;
+        case 4: both(n, brisolan_drawit, plain_drawit); break;
+        default:
+            link_one();
+            both(n, brisolan_eraseit, plain_eraseit);
+            both(n, brisolan_drawit, plain_drawit);
+        }
+    }
+
+    void redraw_marked() {
+        brisolan_drawdirtyevts(x);
+        plain_drawdirtyevts(y);
+    }
+
+    void redraw_all() {
+        for (brisolan* each : {x, y}) {
+            SetPort(each->window->port);
+            t_clipit(0, 0, 600, 400);
+            t_eraserect(0, 62, 585, 370);
+            brisolan_drawbg(each);
+        }
+        SetPort(x->window->port);
+        brisolan_drawevts(x);
+        plain_drawevts(y);
+    }
+
+    void change_frame() {
+        const int yzooms[] = {1, 2, 3, 4, 4, 5, 9, 14};
+        const int xzooms[] = {25, 100, 200, 400};
+        const int yzoom = yzooms[below(8)];
+        const int xzoom = xzooms[below(4)];
+        const std::int16_t scroll = static_cast<std::int16_t>(below(10));
+        const int label = once_in(4) ? -1 : once_in(4) ? PARAM_PITCH : PARAM_VEL;
+        const std::uint8_t names = once_in(3) ? 1 : 0;
+        const std::uint8_t sharps = once_in(3) ? 1 : 0;
+        for (brisolan* each : {x, y}) {
+            each->yzoom = yzoom;
+            each->xzoom = each->lenzoom = xzoom;
+            each->window->hscroll_value = scroll;
+            each->window->vscroll_value = static_cast<std::int16_t>(scroll * 3);
+            each->labelparam = label;
+            each->params[PARAM_PITCH].notenames = names;
+            each->show_sharps = sharps;
+        }
+        redraw_all();
+    }
+
+    void remove_selected() {
+        for (brisolan* each : {x, y}) {
+            for (event* e = each->events; e; e = e->next) {
+                if (!e->selected) continue;
+                if (each == x)
+                    brisolan_eraseit(each, e);
+                else
+                    plain_eraseit(each, e);
+            }
+            brisolan_removeselected(each);
+        }
+    }
+
+    void hide_or_show() {
+        const int track = below(32);
+        brisolan_settle(x); // as the buttons do
+        for (brisolan* each : {x, y}) each->trackshown[track] ^= 1;
+        redraw_all();
+    }
+
+    void expect_same(const char* where, int round) {
+        const picture a = picture_of(x);
+        const picture b = picture_of(y);
+        ASSERT_TRUE(a == b) << "seed " << seed << ", round " << round << " " << where << ": " << difference(a, b);
+        for (int i = 0; i < 20; ++i) {
+            const int h = 48 + below(540);
+            const int v = 62 + below(260);
+            event* found = brisolan_findevent(x, h, v);
+            event* twin = plain_findevent(y, h, v);
+            ASSERT_EQ(found == nullptr, twin == nullptr) << "seed " << seed << ", round " << round;
+            if (found) {
+                ASSERT_EQ(found->time, twin->time) << "seed " << seed << ", round " << round;
+                ASSERT_EQ(found->pitch, twin->pitch) << "seed " << seed << ", round " << round;
+            }
+        }
+    }
+
+    void play(int rounds, int most) {
+        for (int round = 0; round < rounds; ++round) {
+            if (once_in(12)) change_frame();
+            if (once_in(15)) hide_or_show();
+            if (once_in(12)) remove_selected();
+            while (x->nevents < 20) link_one();
+            const int edits = once_in(3) ? below(most) : below(4);
+            for (int i = 0; i < edits; ++i) {
+                edit(below(x->nevents));
+                if (once_in(40)) brisolan_settle(x);
+                if (once_in(60)) redraw_marked();
+                if (once_in(80)) {
+                    brisolan_resort(x);
+                    brisolan_resort(y);
+                }
+            }
+            redraw_marked();
+            expect_same("after marked", round);
+            if (HasFatalFailure()) return;
+            if (once_in(10)) redraw_all();
+        }
+        redraw_all();
+        expect_same("at the end", rounds);
+    }
+
+    brisolan* y = nullptr;
+    unsigned seed = 0;
+    std::mt19937 random;
+    int time_range = 14000;
+    int pitch_range = 128;
+};
+
+unsigned given_seed() {
+    const char* given = std::getenv("BRISOLAN_SEED");
+    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : 20260;
+}
+
+TEST_F(random_redraw, sparse_and_dense_edits_equal_the_twin) {
+    const unsigned first = given_seed();
+    std::printf("seed %u\n", first);
+    for (seed = first; seed < first + 12; ++seed) {
+        random.seed(seed);
+        time_range = seed % 3 == 0 ? 3000 : 14000;
+        pitch_range = seed % 2 == 0 ? 12 : 128;
+        play(40, 120);
+        if (HasFatalFailure()) return;
+    }
+}
+
+} // namespace

@@ -1,0 +1,99 @@
+// view/index.cpp: what the view remembers of the events in sight.
+// Layer: view, internal to the data area.
+// Called by the drawing, the erasing and the hit test of events.
+#include "view/index.h"
+
+#include <algorithm>
+
+#include "view/events.h"
+
+namespace {
+
+constexpr int BAND_SHIFT = 3; // 8 rows
+constexpr int MARGIN = 32;    // rows beyond the data area that have bands of their own
+constexpr std::size_t MANY_LOOSE = 64;
+
+// The view was moved or its settings changed while erasings and drawings waited: all of it is being drawn anew, so
+// nothing of them counts any more but that whoever is in sight may be marked.
+void drop_gathered(brisolan* x, view_index& ix) {
+    ix.gathering = false;
+    ix.log.clear();
+    ix.drawings.clear();
+    for (event* e = x->events; e; e = e->next) e->needsdraw = std::uint8_t{1};
+}
+
+} // namespace
+
+int placed_bands::band_of(int v) const {
+    const int bands = static_cast<int>(first.size()) - 1;
+    return std::clamp((v - top) >> BAND_SHIFT, 0, bands - 1);
+}
+
+void placed_bands::make(const std::vector<placed_event>& entries, const Rect& data) {
+    top = data.top - MARGIN;
+    const int rows = std::max(data.bottom + MARGIN - top, 1);
+    first.assign(static_cast<std::size_t>((rows >> BAND_SHIFT) + 2), 0);
+    for (const placed_event& p : entries) ++first[static_cast<std::size_t>(band_of(p.box.top)) + 1];
+    for (std::size_t b = 1; b < first.size(); ++b) first[b] += first[b - 1];
+    std::vector<std::uint32_t> next = first;
+    items.resize(entries.size());
+    for (std::uint32_t id = 0; id < entries.size(); ++id) {
+        const placed_event& p = entries[id];
+        items[next[static_cast<std::size_t>(band_of(p.box.top))]++] = {p.box, id};
+    }
+    made = true;
+}
+
+view_index& brisolan_index(brisolan* x) {
+    if (!x->index) x->index = new view_index;
+    view_index& ix = *x->index;
+    const frame_settings settings = brisolan_framesettings(x);
+    if (settings == ix.frame.set) return ix;
+    if (ix.gathering) drop_gathered(x, ix);
+    ix.frame = brisolan_frame(settings);
+    ix.placed = false;
+    ix.last = nullptr;
+    return ix;
+}
+
+bool brisolan_isplaced(const brisolan* x, const view_index& ix) {
+    return ix.placed && ix.relinked == x->relinked && ix.reshaped == x->reshaped && ix.nevents == x->nevents;
+}
+
+std::int64_t brisolan_entryof(const view_index& ix, const event* e) {
+    const std::int64_t id = std::int64_t{e->place} - 1;
+    if (id < 0 || id >= static_cast<std::int64_t>(ix.entries.size())) return -1;
+    return ix.entries[static_cast<std::size_t>(id)].e == e ? id : -1;
+}
+
+void brisolan_makebands(view_index& ix) {
+    if (ix.bands.is_made() && ix.loose.size() <= MANY_LOOSE) return;
+    for (const std::uint32_t id : ix.loose) ix.entries[id].loose = false;
+    ix.loose.clear();
+    ix.bands.make(ix.entries, ix.frame.data);
+}
+
+void brisolan_marktouched(view_index& ix, const bar_box& erased) {
+    brisolan_overlapping(ix, erased, [&ix](std::uint32_t id) {
+        event* e = ix.entries[id].e;
+        if (e->needsdraw) return;
+        e->needsdraw = std::uint8_t{1};
+        ix.dirty.push_back(id);
+    });
+}
+
+void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look) {
+    const std::int64_t id = brisolan_entryof(ix, e);
+    if (id < 0) {
+        ix.placed = false; // its rank in the list is not known
+        return;
+    }
+    placed_event& p = ix.entries[static_cast<std::size_t>(id)];
+    const bar_box box = brisolan_touchedbox(ix.frame, look);
+    if (p.box == box && p.y == look.y) return;
+    p.box = box;
+    p.y = look.y;
+    if (p.loose || !ix.bands.is_made()) return;
+    p.loose = true;
+    ix.loose.push_back(static_cast<std::uint32_t>(id));
+}

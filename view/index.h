@@ -1,0 +1,153 @@
+// view/index.h: what the view remembers of the events in sight: where each was placed, and what was erased and drawn of
+// them since the screen was last brought up to date.
+// Layer: view, internal to the data area.
+// Called by the drawing, the erasing and the hit test of events; invisible in what they draw.
+//
+// The memory has two states.
+//   - Placed: every event whose bar reaches into the window stands in `entries` in list order, with the box in which it
+//     is touched. Holds as long as the frame and the three counters are those of then: list and values are changed in
+//     between only through brisolan_eraseit, whose events are dirty, and a dirty event's box is not asked for. Erasing
+//     and drawing one event happen at once.
+//   - Gathering: erasings and drawings are put down in `log`, in order, with all that is needed to carry them out later;
+//     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows.
+// An erasing is carried out at once while the memory is placed and few have been; otherwise it begins the gathering.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "core/instance.h"
+#include "view/frame.h"
+#include "view/patches.h"
+#include "view/touch.h"
+
+// An event in sight. `e` may be followed as long as the memory is placed.
+struct placed_event {
+    event* e;
+    bar_box box; // in which it is touched
+    std::int32_t y;
+    bool loose = false; // its box has changed since the bands were made
+};
+
+// Many placed events by rows, for finding those near a box.
+class placed_bands {
+public:
+    void clear() { made = false; }
+    bool is_made() const { return made; }
+    void make(const std::vector<placed_event>& entries, const Rect& data);
+    // Calls found(id) for each placed event that overlaps the box.
+    template <class Found> void overlapping(const bar_box& box, Found found) const;
+
+private:
+    struct item {
+        bar_box box;
+        std::uint32_t id;
+    };
+    int band_of(int v) const;
+    bool made = false;
+    int top = 0;
+    std::vector<item> items;
+    std::vector<std::uint32_t> first; // of each band's items; one more for the end
+};
+
+// A drawing that was put off. `e` is only ever compared: it may be gone.
+struct deferred_drawing {
+    const event* e;
+    bar_look look;
+    bool touched = false;   // something erased afterwards overlapped it
+    bool redundant = false; // drawn again afterwards, in the same place and look
+};
+
+// One step of the log: a drawing by its number from 1, or, with 0, an erasing.
+struct log_step {
+    bar_box erased;
+    std::uint32_t drawing;
+};
+
+struct view_index {
+    view_frame frame;
+
+    // Placed.
+    bool placed = false;
+    std::uint32_t relinked = 0, reshaped = 0;
+    std::int32_t nevents = 0;
+    std::vector<placed_event> entries;
+    placed_bands bands;
+    std::vector<std::uint32_t> loose; // entries whose box has changed since the bands were made
+    std::vector<std::uint32_t> dirty; // entries that may be marked
+    bool strayed = false;             // a marked event may have come into sight that has no entry
+    int erased = 0;                   // at once, since the last redraw
+
+    // Gathering.
+    bool gathering = false;
+    std::vector<log_step> log;
+    std::vector<deferred_drawing> drawings;
+
+    // The bar last worked out, for the drawing that follows an erasing.
+    const event* last = nullptr;
+    bar_look last_look{};
+
+    // Kept for their storage.
+    touch_map touches;
+    grid_patches patches;
+    std::vector<bar_look> marked_looks;
+};
+
+// The instance's memory, made at the first use, its frame brought up to date. [main]
+view_index& brisolan_index(brisolan* x);
+// Whether the memory is placed still. [main]
+bool brisolan_isplaced(const brisolan* x, const view_index& ix);
+// The entry of an event, by its id; -1 when it has none. The memory must be placed. [main]
+std::int64_t brisolan_entryof(const view_index& ix, const event* e);
+// Places every event in sight anew and calls each(e, look, place) for those, `place` being the event's old one. [main]
+template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each);
+// Makes sure that the bands are made and most of the entries stand in them. The memory must be placed. [main]
+void brisolan_makebands(view_index& ix);
+// Calls found(id) for each entry whose box overlaps this, in no order. The memory must be placed. [main]
+template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& box, Found found);
+// Marks, in a memory that is placed, every event in sight whose box overlaps this. [main]
+void brisolan_marktouched(view_index& ix, const bar_box& erased);
+// An event was drawn in this place: its entry follows. [main]
+void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look);
+
+template <class Found> void placed_bands::overlapping(const bar_box& box, Found found) const {
+    constexpr int HIGHEST_BOX = 24;
+    const auto from = first[static_cast<std::size_t>(band_of(box.top - HIGHEST_BOX))];
+    const auto to = first[static_cast<std::size_t>(band_of(box.bottom)) + 1];
+    for (std::uint32_t i = from; i < to; ++i) {
+        if (items[i].box.overlaps(box)) found(items[i].id);
+    }
+}
+
+template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& box, Found found) {
+    brisolan_makebands(ix);
+    ix.bands.overlapping(box, [&](std::uint32_t id) {
+        if (!ix.entries[id].loose) found(id);
+    });
+    for (const std::uint32_t id : ix.loose) {
+        if (ix.entries[id].box.overlaps(box)) found(id);
+    }
+}
+
+template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each) {
+    ix.relinked = x->relinked;
+    ix.reshaped = x->reshaped;
+    ix.nevents = x->nevents;
+    ix.entries.clear();
+    ix.bands.clear();
+    ix.loose.clear();
+    ix.dirty.clear();
+    ix.strayed = false;
+    ix.erased = 0;
+    ix.placed = true;
+    for (event* e = x->events; e; e = e->next) {
+        bar_look look = brisolan_place(ix.frame, *e);
+        if (look.left > ix.frame.set.width) continue;
+        brisolan_measure(ix.frame, &look);
+        if (look.right < ix.frame.data.left) continue;
+        const std::uint32_t place = e->place;
+        ix.entries.push_back({e, brisolan_touchedbox(ix.frame, look), look.y});
+        e->place = static_cast<std::uint32_t>(ix.entries.size());
+        each(e, look, place);
+    }
+}

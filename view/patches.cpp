@@ -1,0 +1,100 @@
+// view/patches.cpp: which pixels of the data area are to be put back to the bare grid.
+// Layer: view, internal to the data area.
+// Called when many events were erased.
+#include "view/patches.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "view/draw.h"
+#include "view/grid.h"
+
+namespace {
+
+constexpr int WORD = 64;
+
+std::uint64_t run_bits(int word, int from, int to) {
+    const int a = std::max(from - word, 0);
+    const int b = std::min(to - word, WORD);
+    if (a >= b) return 0;
+    const std::uint64_t below_b = b == WORD ? ~std::uint64_t{0} : (std::uint64_t{1} << b) - 1;
+    return below_b & (~std::uint64_t{0} << a);
+}
+
+} // namespace
+
+std::uint64_t* grid_patches::row(int v) {
+    return bits.data() + static_cast<std::size_t>(v - top) * static_cast<std::size_t>(words);
+}
+
+void grid_patches::begin(const view_frame& f) {
+    set = f.set;
+    left = f.data.left;
+    right = std::max<int>(f.data.right, left);
+    top = f.data.top;
+    bottom = std::max<int>(f.data.bottom, top);
+    words = (right - left + WORD - 1) / WORD;
+    bits.assign(static_cast<std::size_t>(bottom - top) * static_cast<std::size_t>(words), 0);
+    columns.assign(static_cast<std::size_t>(words), 0);
+    for (int h = brisolan_gridcolumn(set.hscroll, left); h < right; h += GRID_COLUMN)
+        columns[static_cast<std::size_t>((h - left) / WORD)] |= std::uint64_t{1} << (h - left) % WORD;
+    row_colour = brisolan_gridrows(set);
+}
+
+void grid_patches::add(const bar_box& erased) {
+    const int behind = erased.bottom + 1; // the row that only lines reach
+    const int from = std::max(erased.left, left) - left;
+    const int to = std::min(erased.right, right) - left;
+    const int to_line = std::min(erased.right, right - 1) + 1 - left;
+    if (from >= to_line) return;
+    const int last_word = (to_line - 1) / WORD;
+    for (int v = std::max<int>(erased.top, top); v <= behind && v < bottom; ++v) {
+        std::uint64_t* at = row(v);
+        const bool line = row_colour[static_cast<std::size_t>(v)] != 0;
+        for (int w = from / WORD; w <= last_word; ++w) {
+            const std::uint64_t with_edge = run_bits(w * WORD, from, to_line);
+            const std::uint64_t area = v < behind ? run_bits(w * WORD, from, to) : 0;
+            at[w] |= area | (line ? with_edge : with_edge & columns[static_cast<std::size_t>(w)]);
+        }
+    }
+}
+
+void grid_patches::draw_run(int v, int from, int to) {
+    if (const std::uint8_t colour = row_colour[static_cast<std::size_t>(v)]) {
+        t_color(colour);
+        t_drawline(from, v, to - 1, v);
+        return;
+    }
+    t_eraserect(from, v, to, v + 1);
+    t_color(COLOR_GRID);
+    for (int h = brisolan_gridcolumn(set.hscroll, from); h < to; h += GRID_COLUMN) t_drawline(h, v, h, v);
+}
+
+// Finds the runs of set bits, over the words' borders.
+void grid_patches::draw_row(int v) {
+    std::uint64_t* at = row(v);
+    int begun = -1;
+    for (int w = 0; w < words; ++w) {
+        std::uint64_t rest = at[w];
+        at[w] = 0;
+        int h = 0;
+        while (h < WORD) {
+            const std::uint64_t ahead = rest >> h;
+            const int same = begun < 0 ? std::countr_zero(ahead) : std::countr_one(ahead);
+            h += std::min(same, WORD - h);
+            if (h >= WORD) break;
+            if (begun < 0) {
+                begun = w * WORD + h;
+            } else {
+                draw_run(v, left + begun, left + w * WORD + h);
+                begun = -1;
+            }
+        }
+    }
+    if (begun >= 0) draw_run(v, left + begun, right);
+}
+
+void grid_patches::draw(int from, int to) {
+    for (int v = std::max(from, top); v < std::min(to, bottom); ++v) draw_row(v);
+    t_color(COLOR_FOREGROUND);
+}

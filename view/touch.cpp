@@ -1,0 +1,96 @@
+// view/touch.cpp: which parts of the window were erased, as a map.
+// Layer: view, internal to the data area.
+// Called when many events were erased.
+#include "view/touch.h"
+
+#include <algorithm>
+
+namespace {
+
+// Rows beyond the data area in which a bar that shows may still be touched.
+constexpr int MARGIN = 32;
+constexpr int WORD = 64;
+
+// The bits of columns from..to-1 within the word that begins at column `word`.
+std::uint64_t columns(int word, int from, int to) {
+    const int a = std::max(from - word, 0);
+    const int b = std::min(to - word, WORD);
+    const std::uint64_t below_b = b == WORD ? ~std::uint64_t{0} : (std::uint64_t{1} << b) - 1;
+    return below_b & (~std::uint64_t{0} << a);
+}
+
+} // namespace
+
+void touch_map::plane::begin(std::size_t row_count, std::size_t word_count) {
+    bits.assign(row_count * word_count, 0);
+    from_left.assign(row_count, INT32_MIN);
+    from_right.assign(row_count, INT32_MAX);
+}
+
+void touch_map::begin(const view_frame& f) {
+    left = f.data.left;
+    right = std::max(f.set.width + 1, left + 1);
+    scale = f.half == 0 ? 2 : 1;
+    top = f.data.top - MARGIN;
+    rows = std::max(f.data.bottom + MARGIN - top, 1) * scale;
+    words = (right - left + WORD - 1) / WORD;
+    areas.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
+    if (scale == 2) lines.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
+}
+
+// Open intervals: at scale 2 the odd rows are pixels and the even ones the lines between them.
+touch_map::row_range touch_map::rows_of(const bar_box& box) const {
+    int from = box.top - top;
+    int to = box.bottom - top;
+    if (scale == 2) {
+        const bool line = from == to;
+        from = line ? 2 * from : 2 * from + 1;
+        to = line ? from + 1 : 2 * to;
+    }
+    return {std::max(from, 0), std::min(to, rows)};
+}
+
+void touch_map::add(plane* p, const bar_box& erased) const {
+    const row_range range = rows_of(erased);
+    const bool inside = erased.left >= left && erased.right <= right;
+    const int first = (erased.left - left) / WORD;
+    const int last = (erased.right - 1 - left) / WORD;
+    for (int v = range.from; v < range.to; ++v) {
+        const auto at = static_cast<std::size_t>(v);
+        if (erased.left < left) p->from_left[at] = std::max(p->from_left[at], erased.right);
+        if (erased.right > right) p->from_right[at] = std::min(p->from_right[at], erased.left);
+        if (!inside) continue;
+        std::uint64_t* row = p->bits.data() + at * static_cast<std::size_t>(words);
+        for (int w = first; w <= last; ++w)
+            row[w] |= columns(w * WORD, erased.left - left, erased.right - left);
+    }
+}
+
+bool touch_map::touched(const plane& p, const bar_box& box) const {
+    const row_range range = rows_of(box);
+    const int from = std::max(box.left, left) - left;
+    const int to = std::min(box.right, right) - left;
+    const int first = from / WORD;
+    const int last = (to - 1) / WORD;
+    for (int v = range.from; v < range.to; ++v) {
+        const auto at = static_cast<std::size_t>(v);
+        if (p.from_left[at] > box.left || p.from_right[at] < box.right) return true;
+        if (from >= to) continue;
+        const std::uint64_t* row = p.bits.data() + at * static_cast<std::size_t>(words);
+        for (int w = first; w <= last; ++w) {
+            if (row[w] & columns(w * WORD, from, to)) return true;
+        }
+    }
+    return false;
+}
+
+void touch_map::add(const bar_box& erased) {
+    if (erased.left >= erased.right) return;
+    add(scale == 2 && erased.top == erased.bottom ? &lines : &areas, erased);
+}
+
+// Two that are lines do not overlap.
+bool touch_map::touched(const bar_box& box) const {
+    if (touched(areas, box)) return true;
+    return scale == 2 && box.top != box.bottom && touched(lines, box);
+}

@@ -1,0 +1,43 @@
+// view/touch.h: which parts of the window were erased, as a map that answers whether a bar was touched.
+// Layer: view, internal to the data area.
+// Called when many events were erased, in place of comparing each with each.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "view/frame.h"
+
+// Adding a box and asking for one cost as many steps as the box has rows, whatever was added before.
+class touch_map {
+public:
+    // Empties the map and fits it to the frame. [main]
+    void begin(const view_frame& f);
+    // Adds what was erased. [main]
+    void add(const bar_box& erased);
+    // Whether anything added overlaps the box of an event that may show. [main]
+    bool touched(const bar_box& box) const;
+
+private:
+    // Rows of one kind of erased boxes.
+    struct plane {
+        std::vector<std::uint64_t> bits;
+        // What lies beyond the sides is told by its ends: how far right boxes reach that begin left of the map, and how
+        // far left those that end right of it.
+        std::vector<std::int32_t> from_left, from_right;
+        void begin(std::size_t rows, std::size_t words);
+    };
+    struct row_range {
+        int from, to;
+    };
+    row_range rows_of(const bar_box& box) const;
+    void add(plane* p, const bar_box& erased) const;
+    bool touched(const plane& p, const bar_box& box) const;
+
+    int left = 0, right = 0; // the columns that bits are kept of
+    int top = 0;             // the first row
+    int rows = 0;
+    int words = 0; // of a row's bits
+    int scale = 1; // map rows for a pixel row: 2 where bars may have no height, to keep lines and rows apart
+    plane areas, lines;
+};
