@@ -3,6 +3,8 @@
 // Called by the drawing of events.
 #include "view/bars.h"
 
+#include <algorithm>
+
 #include "view/draw.h"
 #include "view/events.h"
 #include "view/format.h"
@@ -16,6 +18,7 @@ constexpr int LABEL_BASELINE = 4;
 // The "#" mark.
 constexpr int SHARP_LEFT = 7;
 constexpr int SHARP_BASELINE = 6;
+constexpr int SHARP_ROOM = 16; // no glyph is wider
 
 void set_track_colour(const view_frame& f, const bar_look& look) {
     if (f.set.colorparam == PARAM_TRACK)
@@ -80,4 +83,40 @@ void brisolan_drawbar(const view_frame& f, const bar_look& look) {
         draw_label(f, look);
     }
     if (look.black_key) t_drawstring("#", look.left - SHARP_LEFT, look.y + SHARP_BASELINE);
+}
+
+bar_bounds brisolan_barbounds(const view_frame& f, const bar_look& look, int ascent, int descent) {
+    const bar_rows rows(f, look);
+    bar_bounds b{look.left, look.left + look.length, rows.top, rows.bottom};
+    const auto add_text = [&](std::int32_t left, std::int32_t right, int baseline) {
+        b.left = std::min(b.left, left);
+        b.right = std::max(b.right, right);
+        b.top = std::min(b.top, baseline - ascent);
+        b.bottom = std::max(b.bottom, baseline + descent);
+    };
+    if (f.labels) {
+        const std::int32_t text = look.left + LABEL_LEFT;
+        add_text(text, text + look.label_width, look.y + LABEL_BASELINE);
+    }
+    if (look.black_key)
+        add_text(look.left - SHARP_LEFT, look.left - SHARP_LEFT + SHARP_ROOM, look.y + SHARP_BASELINE);
+    return b;
+}
+
+bar_bounds brisolan_barcover(const view_frame& f, const bar_look& look) {
+    const bar_rows rows(f, look);
+    const bool head_alone = f.labels && look.length <= HEAD + 1;
+    return {look.left, look.left + (head_alone ? HEAD : look.length), rows.top, rows.bottom};
+}
+
+void brisolan_drawbars(const view_frame& f, const std::vector<bar_look>& looks, cover_map* cover) {
+    static std::vector<std::uint32_t> seen; // main level; kept for its storage
+    seen.clear();
+    cover->begin(f);
+    for (std::size_t i = looks.size(); i-- > 0 && !cover->is_full();) {
+        if (cover->hides(f, looks[i])) continue;
+        cover->add(f, looks[i]);
+        seen.push_back(static_cast<std::uint32_t>(i));
+    }
+    for (std::size_t i = seen.size(); i-- > 0;) brisolan_drawbar(f, looks[seen[i]]);
 }

@@ -123,7 +123,7 @@ void find_touched_drawings(view_index& ix) {
 // in list order, and they are not marked any more.
 void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     find_touched_drawings(ix);
-    ix.marked_looks.clear();
+    ix.looks.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
         deferred_drawing* d = drawing_of(ix, e, place);
         const bool touched = d ? d->touched : ix.touches.touched(ix.entries.back().box);
@@ -131,7 +131,7 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
         const bool showing = shows(x, ix, look);
         if (showing && d && brisolan_sameplace(ix.frame, d->look, *e)) d->redundant = true;
         if (showing && drawn) {
-            ix.marked_looks.push_back(look);
+            ix.looks.push_back(look);
             e->needsdraw = std::uint8_t{0};
         } else {
             ix.dirty.push_back(static_cast<std::uint32_t>(ix.entries.size() - 1));
@@ -168,7 +168,7 @@ void settle(brisolan* x, view_index& ix, settling how) {
     if (how != settling::nothing) {
         const event_clip clip(x);
         replay(ix);
-        for (const bar_look& look : ix.marked_looks) brisolan_drawbar(ix.frame, look);
+        brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
     }
     ix.gathering = false;
     ix.log.clear();
@@ -181,27 +181,31 @@ void settle(brisolan* x, view_index& ix, settling how) {
 void draw_dirty(brisolan* x, view_index& ix) {
     std::sort(ix.dirty.begin(), ix.dirty.end());
     const event_clip clip(x);
+    ix.looks.clear();
     for (const std::uint32_t id : ix.dirty) {
         event* e = ix.entries[id].e;
         if (!e->needsdraw) continue;
         bar_look look = brisolan_place(ix.frame, *e);
         if (!shows(x, ix, look)) continue;
         brisolan_measure(ix.frame, &look);
-        brisolan_drawbar(ix.frame, look);
+        ix.looks.push_back(look);
         brisolan_entrymoved(ix, e, look);
         e->needsdraw = std::uint8_t{0};
     }
+    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
     ix.dirty.clear();
 }
 
 // A walk over all: marked ones are drawn.
 void draw_all_marked(brisolan* x, view_index& ix) {
     const event_clip clip(x);
+    ix.looks.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
         if (!e->needsdraw || !shows(x, ix, look)) return;
-        brisolan_drawbar(ix.frame, look);
+        ix.looks.push_back(look);
         e->needsdraw = std::uint8_t{0};
     });
+    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
 }
 
 // ---- the hit test
@@ -263,11 +267,13 @@ void brisolan_drawevts(brisolan* x) {
     view_index& ix = brisolan_index(x);
     brisolan_eventclip(x);
     brisolan_beginbars();
+    ix.looks.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
         if (!shows(x, ix, look)) return;
-        brisolan_drawbar(ix.frame, look);
+        ix.looks.push_back(look);
         e->needsdraw = std::uint8_t{0};
     });
+    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
 }
 
 void brisolan_drawit(brisolan* x, event* e) {

@@ -22,11 +22,11 @@ struct view_frame {
     frame_settings set{};
     // What follows from them.
     std::int64_t xzoom = 1, yzoom = 1, lenzoom = 1;
-    std::int32_t left = 0;         // window x of Time 0
+    std::int32_t left = 0;           // window x of Time 0
     std::int32_t content_bottom = 0; // content y of value 0
-    std::int32_t half = 0;         // half a bar's height
-    bool labels = false;           // bars carry labels at this zoom
-    Rect data{};                   // the data area
+    std::int32_t half = 0;           // half a bar's height
+    bool labels = false;             // bars carry labels at this zoom
+    Rect data{};                     // the data area
 };
 
 // The settings as they stand; the frame that they give. [main]

@@ -52,7 +52,8 @@ row_key key_of(const frame_settings& s) {
 
 void draw_columns(brisolan* x, int left, int top, int right, int bottom) {
     t_color(COLOR_GRID);
-    for (int h = brisolan_gridcolumn(x->window->hscroll_value, left); h <= right; h += GRID_COLUMN) t_drawline(h, top, h, bottom);
+    for (int h = brisolan_gridcolumn(x->window->hscroll_value, left); h <= right; h += GRID_COLUMN)
+        t_drawline(h, top, h, bottom);
 }
 
 void draw_rows(brisolan* x, int left, int top, int right, int bottom) {

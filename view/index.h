@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "core/instance.h"
+#include "view/cover.h"
 #include "view/frame.h"
 #include "view/patches.h"
 #include "view/touch.h"
@@ -90,7 +91,8 @@ struct view_index {
     // Kept for their storage.
     touch_map touches;
     grid_patches patches;
-    std::vector<bar_look> marked_looks;
+    cover_map cover;
+    std::vector<bar_look> looks;
 };
 
 // The instance's memory, made at the first use, its frame brought up to date. [main]

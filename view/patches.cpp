@@ -6,22 +6,9 @@
 #include <algorithm>
 #include <bit>
 
+#include "view/bitruns.h"
 #include "view/draw.h"
 #include "view/grid.h"
-
-namespace {
-
-constexpr int WORD = 64;
-
-std::uint64_t run_bits(int word, int from, int to) {
-    const int a = std::max(from - word, 0);
-    const int b = std::min(to - word, WORD);
-    if (a >= b) return 0;
-    const std::uint64_t below_b = b == WORD ? ~std::uint64_t{0} : (std::uint64_t{1} << b) - 1;
-    return below_b & (~std::uint64_t{0} << a);
-}
-
-} // namespace
 
 std::uint64_t* grid_patches::row(int v) {
     return bits.data() + static_cast<std::size_t>(v - top) * static_cast<std::size_t>(words);
@@ -33,11 +20,11 @@ void grid_patches::begin(const view_frame& f) {
     right = std::max<int>(f.data.right, left);
     top = f.data.top;
     bottom = std::max<int>(f.data.bottom, top);
-    words = (right - left + WORD - 1) / WORD;
+    words = words_for(right - left);
     bits.assign(static_cast<std::size_t>(bottom - top) * static_cast<std::size_t>(words), 0);
     columns.assign(static_cast<std::size_t>(words), 0);
     for (int h = brisolan_gridcolumn(set.hscroll, left); h < right; h += GRID_COLUMN)
-        columns[static_cast<std::size_t>((h - left) / WORD)] |= std::uint64_t{1} << (h - left) % WORD;
+        columns[static_cast<std::size_t>((h - left) / BITS)] |= std::uint64_t{1} << (h - left) % BITS;
     row_colour = brisolan_gridrows(set);
 }
 
@@ -47,13 +34,13 @@ void grid_patches::add(const bar_box& erased) {
     const int to = std::min(erased.right, right) - left;
     const int to_line = std::min(erased.right, right - 1) + 1 - left;
     if (from >= to_line) return;
-    const int last_word = (to_line - 1) / WORD;
+    const int last_word = (to_line - 1) / BITS;
     for (int v = std::max<int>(erased.top, top); v <= behind && v < bottom; ++v) {
         std::uint64_t* at = row(v);
         const bool line = row_colour[static_cast<std::size_t>(v)] != 0;
-        for (int w = from / WORD; w <= last_word; ++w) {
-            const std::uint64_t with_edge = run_bits(w * WORD, from, to_line);
-            const std::uint64_t area = v < behind ? run_bits(w * WORD, from, to) : 0;
+        for (int w = from / BITS; w <= last_word; ++w) {
+            const std::uint64_t with_edge = run_in_word(w * BITS, from, to_line);
+            const std::uint64_t area = v < behind ? run_in_word(w * BITS, from, to) : 0;
             at[w] |= area | (line ? with_edge : with_edge & columns[static_cast<std::size_t>(w)]);
         }
     }
@@ -78,15 +65,15 @@ void grid_patches::draw_row(int v) {
         std::uint64_t rest = at[w];
         at[w] = 0;
         int h = 0;
-        while (h < WORD) {
+        while (h < BITS) {
             const std::uint64_t ahead = rest >> h;
             const int same = begun < 0 ? std::countr_zero(ahead) : std::countr_one(ahead);
-            h += std::min(same, WORD - h);
-            if (h >= WORD) break;
+            h += std::min(same, BITS - h);
+            if (h >= BITS) break;
             if (begun < 0) {
-                begun = w * WORD + h;
+                begun = w * BITS + h;
             } else {
-                draw_run(v, left + begun, left + w * WORD + h);
+                draw_run(v, left + begun, left + w * BITS + h);
                 begun = -1;
             }
         }

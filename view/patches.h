@@ -28,6 +28,6 @@ private:
     int left = 0, right = 0, top = 0, bottom = 0;
     int words = 0;
     std::vector<std::uint64_t> bits;
-    std::vector<std::uint64_t> columns;  // the vertical lines
+    std::vector<std::uint64_t> columns;   // the vertical lines
     std::vector<std::uint8_t> row_colour; // the horizontal ones, by window row
 };

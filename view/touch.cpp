@@ -5,19 +5,12 @@
 
 #include <algorithm>
 
+#include "view/bitruns.h"
+
 namespace {
 
 // Rows beyond the data area in which a bar that shows may still be touched.
 constexpr int MARGIN = 32;
-constexpr int WORD = 64;
-
-// The bits of columns from..to-1 within the word that begins at column `word`.
-std::uint64_t columns(int word, int from, int to) {
-    const int a = std::max(from - word, 0);
-    const int b = std::min(to - word, WORD);
-    const std::uint64_t below_b = b == WORD ? ~std::uint64_t{0} : (std::uint64_t{1} << b) - 1;
-    return below_b & (~std::uint64_t{0} << a);
-}
 
 } // namespace
 
@@ -33,7 +26,7 @@ void touch_map::begin(const view_frame& f) {
     scale = f.half == 0 ? 2 : 1;
     top = f.data.top - MARGIN;
     rows = std::max(f.data.bottom + MARGIN - top, 1) * scale;
-    words = (right - left + WORD - 1) / WORD;
+    words = words_for(right - left);
     areas.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
     if (scale == 2) lines.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
 }
@@ -53,8 +46,8 @@ touch_map::row_range touch_map::rows_of(const bar_box& box) const {
 void touch_map::add(plane* p, const bar_box& erased) const {
     const row_range range = rows_of(erased);
     const bool inside = erased.left >= left && erased.right <= right;
-    const int first = (erased.left - left) / WORD;
-    const int last = (erased.right - 1 - left) / WORD;
+    const int first = (erased.left - left) / BITS;
+    const int last = (erased.right - 1 - left) / BITS;
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (erased.left < left) p->from_left[at] = std::max(p->from_left[at], erased.right);
@@ -62,7 +55,7 @@ void touch_map::add(plane* p, const bar_box& erased) const {
         if (!inside) continue;
         std::uint64_t* row = p->bits.data() + at * static_cast<std::size_t>(words);
         for (int w = first; w <= last; ++w)
-            row[w] |= columns(w * WORD, erased.left - left, erased.right - left);
+            row[w] |= run_in_word(w * BITS, erased.left - left, erased.right - left);
     }
 }
 
@@ -70,15 +63,15 @@ bool touch_map::touched(const plane& p, const bar_box& box) const {
     const row_range range = rows_of(box);
     const int from = std::max(box.left, left) - left;
     const int to = std::min(box.right, right) - left;
-    const int first = from / WORD;
-    const int last = (to - 1) / WORD;
+    const int first = from / BITS;
+    const int last = (to - 1) / BITS;
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (p.from_left[at] > box.left || p.from_right[at] < box.right) return true;
         if (from >= to) continue;
         const std::uint64_t* row = p.bits.data() + at * static_cast<std::size_t>(words);
         for (int w = first; w <= last; ++w) {
-            if (row[w] & columns(w * WORD, from, to)) return true;
+            if (row[w] & run_in_word(w * BITS, from, to)) return true;
         }
     }
     return false;

@@ -63,17 +63,23 @@ protected:
     void edit(int n) {
         switch (below(6)) {
         case 0:
-            both(n, [](brisolan* b, event* e) {
-                e->selected = std::uint8_t{1};
-                brisolan_eraseit(b, e);
-                brisolan_drawit(b, e);
-            }, plain_select);
+            both(
+                n,
+                [](brisolan* b, event* e) {
+                    e->selected = std::uint8_t{1};
+                    brisolan_eraseit(b, e);
+                    brisolan_drawit(b, e);
+                },
+                plain_select);
             break;
         case 1:
-            both(n, [](brisolan* b, event* e) {
-                brisolan_eraseit(b, e);
-                e->selected = std::uint8_t{0};
-            }, plain_unselect);
+            both(
+                n,
+                [](brisolan* b, event* e) {
+                    brisolan_eraseit(b, e);
+                    e->selected = std::uint8_t{0};
+                },
+                plain_unselect);
             break;
         case 2: // as an offset
             both(n, brisolan_eraseit, plain_eraseit);
@@ -153,7 +159,8 @@ protected:
     void expect_same(const char* where, int round) {
         const picture a = picture_of(x);
         const picture b = picture_of(y);
-        ASSERT_TRUE(a == b) << "seed " << seed << ", round " << round << " " << where << ": " << difference(a, b);
+        ASSERT_TRUE(a == b) << "seed " << seed << ", round " << round << " " << where << ": "
+                            << difference(a, b);
         for (int i = 0; i < 20; ++i) {
             const int h = 48 + below(540);
             const int v = 62 + below(260);
