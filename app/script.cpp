@@ -287,6 +287,7 @@ std::string script_runner::do_drag(const words& w) {
     Point p{};
     if (!read_point(w[1], w[2], p)) return "a window point is wanted";
     session.machine.pointer = p;
+    session.machine.button = true;
     kel_drag_move(p);
     return "";
 }
@@ -325,6 +326,8 @@ std::string script_runner::do_pointer(const words& w) {
     if (!read_modifiers(w, 3, modifiers)) return "unknown modifier";
     m.pointer = p;
     m.modifiers = modifiers;
+    // The pointer is told of with the button up, also where a press before was never released.
+    m.button = false;
     kel_window_pointer(here->x->window, p, modifiers);
     return "";
 }

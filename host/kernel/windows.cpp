@@ -107,6 +107,10 @@ const std::vector<host_window*>& kel_windows() {
 const std::string& kel_window_title(const host_window* w) {
     return static_cast<const kel_window*>(w)->title;
 }
+Point kel_window_least(const host_window* w) {
+    const auto& r = static_cast<const kel_window&>(*w);
+    return {r.least_height, r.least_width};
+}
 Point kel_last_press() {
     return drag.press;
 }
@@ -276,8 +280,8 @@ void kel_window_key(host_window* w, int code) {
 }
 
 void kel_window_resize(host_window* w, int width, int height) {
-    w->width = static_cast<std::int16_t>(std::clamp<int>(width, record(w).least_width, SIZE_LIMIT));
-    w->height = static_cast<std::int16_t>(std::clamp<int>(height, record(w).least_height, SIZE_LIMIT));
+    w->width = static_cast<std::int16_t>(std::clamp<int>(width, 1, SIZE_LIMIT));
+    w->height = static_cast<std::int16_t>(std::clamp<int>(height, 1, SIZE_LIMIT));
     toolbox_port_resize(w->port, w->width, w->height);
     place_bars(w);
     kel_private<"wsize">(w->owner);

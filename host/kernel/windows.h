@@ -31,8 +31,10 @@ void kel_window_pointerout(host_window* w, Point where, int modifiers);
 // A key goes down while the visible window is in front. [main]
 void kel_window_key(host_window* w, int code);
 
-// A new size of the content, held to the window's least one: scroll bars move, the object's "wsize". [main]
+// A new size of the content, at least 1 by 1: scroll bars move, the object's "wsize". Whoever lets a person pull at the
+// window's corner holds the size to the window's least one first; h is the width. [main]
 void kel_window_resize(host_window* w, int width, int height);
+Point kel_window_least(const host_window* w);
 
 // Draws the visible window anew, whole. [main]
 void kel_window_update(host_window* w);
