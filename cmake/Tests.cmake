@@ -10,6 +10,9 @@ target_link_libraries(brisolan_test_support ${brisolan_test_support_SCOPE} GTest
 
 foreach(room core transport io view edit kernel toolbox boxes headless desktop app)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp)
+    if(room STREQUAL "desktop" AND NOT BRISOLAN_HAVE_RTMIDI)
+        list(FILTER sources EXCLUDE REGEX "/(live|jack)_[^/]*$")
+    endif()
     if(sources)
         set(program test_${room})
         add_executable(${program} ${sources})
@@ -19,7 +22,8 @@ foreach(room core transport io view edit kernel toolbox boxes headless desktop a
         target_compile_definitions(${program} PRIVATE BRISOLAN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
         if(room MATCHES "^(app|desktop)$" AND TARGET brisolan)
             # Its tests run the program beside them.
-            target_compile_definitions(${program} PRIVATE BRISOLAN_PROGRAM="$<TARGET_FILE:brisolan>")
+            target_compile_definitions(${program} PRIVATE
+                BRISOLAN_PROGRAM="$<TARGET_FILE:brisolan>" BRISOLAN_DESKTOP=$<BOOL:${BRISOLAN_DESKTOP}>)
             add_dependencies(${program} brisolan)
         endif()
         # One ctest entry a suite: a process for each of its tests would cost more than the tests. The list is taken

@@ -3,6 +3,7 @@
 #include "tests/desktop/live_test.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
@@ -30,7 +31,9 @@ void live_test::SetUp() {
     if (const std::string why = jack_server::why_not(); !why.empty()) {
         const char* const ci = std::getenv("CI");
         if (ci && std::string(ci) == "true") FAIL() << why;
-        GTEST_SKIP() << "live MIDI was not tested: " << why;
+        std::printf("live MIDI was not tested: %s\n",
+                    why.c_str()); // for ctest, which hears of failures alone
+        GTEST_SKIP();
     }
     std::string name = (std::filesystem::temp_directory_path() / "brisolan-live-XXXXXX").string();
     folder = mkdtemp(name.data());
