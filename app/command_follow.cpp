@@ -1,4 +1,4 @@
-// app/command_follow.cpp: `brisolan follow`: a score follows a performance, in virtual time.
+// app/command_follow.cpp: `brisolan follow`: a score follows a player, or a performance in virtual time.
 // Layer: program.
 #include <algorithm>
 #include <bitset>
@@ -7,10 +7,13 @@
 #include <set>
 
 #include "app/commands.h"
+#include "app/devices.h"
 #include "app/live.h"
 #include "app/performance.h"
 #include "app/play_patch.h"
 #include "app/source.h"
+#include "core/locked.h"
+#include "host/boxes/midi_device.h"
 
 namespace {
 
@@ -22,9 +25,12 @@ struct follow_options {
     bool octaves = false;
     std::int32_t part = 0; // 0: the score's own channel 1
     bool json = false;
+    input_wish input;
+    output_wish output;
 };
 
 constexpr std::int32_t PERFORMER_CHANNEL = 1;
+constexpr int LOOK_EVERY_MS = 50;
 constexpr std::int32_t LARGEST_ALLOWANCE = 32767; // what the object keeps of a skip or a window
 
 std::string tracks_of(const brisolan* x) {
@@ -75,13 +81,15 @@ std::string choose_part(brisolan* score, const follow_options& o) {
            tracks_of(score);
 }
 
-void print_text(const follow_report& r) {
-    for (const follow_output& o : r.outputs) {
+void print_outputs(const std::vector<follow_output>& outputs) {
+    for (const follow_output& o : outputs) {
         std::printf("%lld %s %d %d %d %d\n", static_cast<long long>(o.ms), name_of(o.kind),
                     static_cast<int>(o.pitch), static_cast<int>(o.vel), static_cast<int>(o.dur),
                     static_cast<int>(o.chan));
     }
-    const follow_summary& s = r.summary;
+}
+
+void print_summary(const follow_summary& s) {
     std::printf("notes matched: %lld of %lld\nplayed late: %lld\nnever matched: %lld\n"
                 "accompaniment played: %lld of %lld\nwrong notes: %lld\n",
                 static_cast<long long>(s.matched), static_cast<long long>(s.performer_notes),
@@ -109,25 +117,37 @@ void print_json(const follow_report& r) {
                 static_cast<long long>(s.wrong));
 }
 
-std::string follow_performance(headless& machine, brisolan* score, brisolan* performance,
-                               const follow_options& o) {
-    if (std::string why = read_into(machine.print, score, o.score); !why.empty()) return why;
-    if (std::string why = read_into(machine.print, performance, o.performance); !why.empty()) return why;
-    if (const std::string why = choose_part(score, o); !why.empty())
-        return "brisolan: " + o.score + ": " + why;
-    tell("score", "params", {atom(o.skip), atom(o.window), atom(o.octaves ? 1 : 0)});
-    if (!tell("go", "bang")) return "brisolan: the follow patch receives no \"go\"";
-    const follow_report report = perform(score, keys_of(performance));
-    tell("halt", "bang");
-    if (o.json)
-        print_json(report);
-    else
-        print_text(report);
+// What must be told even where standard output is a pipe that broke: an empty string, or the reason.
+std::string why_not_printed() {
     return std::fflush(stdout) == 0 && !std::ferror(stdout) ? ""
                                                             : "brisolan: standard output cannot be written";
 }
 
-int run_follow(const follow_options& o) {
+// Empty, or why the score cannot follow; it does from now on.
+std::string begin_following(brisolan* score, const follow_options& o) {
+    if (const std::string why = choose_part(score, o); !why.empty())
+        return "brisolan: " + o.score + ": " + why;
+    tell("score", "params", {atom(o.skip), atom(o.window), atom(o.octaves ? 1 : 0)});
+    return tell("go", "bang") ? "" : "brisolan: the follow patch receives no \"go\"";
+}
+
+std::string follow_performance(headless& machine, brisolan* score, brisolan* performance,
+                               const follow_options& o) {
+    if (std::string why = read_into(machine.print, score, o.score); !why.empty()) return why;
+    if (std::string why = read_into(machine.print, performance, o.performance); !why.empty()) return why;
+    if (std::string why = begin_following(score, o); !why.empty()) return why;
+    const follow_report report = perform(score, keys_of(performance));
+    tell("halt", "bang");
+    if (o.json) {
+        print_json(report);
+    } else {
+        print_outputs(report.outputs);
+        print_summary(report.summary);
+    }
+    return why_not_printed();
+}
+
+int run_performance(const follow_options& o) {
     headless machine;
     headless_start(&machine);
     machine.print = [](const std::string& line) {
@@ -149,16 +169,91 @@ int run_follow(const follow_options& o) {
     return EXIT_FAILED;
 }
 
+// Whether the score has been played to its end and every note of it has ended.
+bool following_is_over(const brisolan* score) {
+    const locked_out now;
+    return !score->current && !score->held && kel_next_due() < 0;
+}
+
+// Follows until the end of the score or a signal; what came out is printed as it comes, or all at the end.
+follow_report follow_player(live_session& session, brisolan* score, live_performance& player,
+                            note_outputs& outputs, note_input& input, bool print_at_once) {
+    follow_report report;
+    const auto take = [&] {
+        const std::vector<follow_output> taken = player.taken();
+        report.outputs.insert(report.outputs.end(), taken.begin(), taken.end());
+        if (!print_at_once || taken.empty()) return;
+        print_outputs(taken);
+        std::fflush(stdout);
+    };
+    while (!session.signal() && !following_is_over(score)) {
+        session.wait(LOOK_EVERY_MS);
+        outputs.poll();
+        input.poll();
+        take();
+    }
+    input.close();
+    tell("halt", "bang");
+    take();
+    report.summary = player.summary();
+    return report;
+}
+
+// A signal is the ordinary way to end it before the score has.
+std::string follow_live(live_session& session, brisolan* score, const follow_options& o) {
+    if (std::string why = read_into(session.print, score, o.score); !why.empty()) return why;
+    note_outputs outputs;
+    note_input input;
+    session.catch_signals();
+    if (const std::string why = outputs.open(o.output); !why.empty()) return "brisolan: " + why;
+    if (std::string why = begin_following(score, o); !why.empty()) return why;
+    live_performance player(score);
+    if (const std::string why = input.open(o.input, {live_performance::arrived, &player}); !why.empty())
+        return "brisolan: " + why;
+    const follow_report report = follow_player(session, score, player, outputs, input, !o.json);
+    if (player.untold()) host_error("%u outputs came too fast to be printed", player.untold());
+    if (o.json)
+        print_json(report);
+    else
+        print_summary(report.summary);
+    return why_not_printed();
+}
+
+int run_live(const follow_options& o) {
+    live_session session;
+    session.print = [](const std::string& line) {
+        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
+    };
+    host_patcher* patcher = nullptr;
+    std::string why;
+    brisolan* const score = load_own_patch("follow", &patcher, why);
+    if (score) why = follow_live(session, score, o);
+    kel_patcher_free(patcher);
+    session.print = nullptr;
+    if (why.empty()) return EXIT_DONE;
+    std::fprintf(stderr, "%s\n", why.c_str());
+    return EXIT_FAILED;
+}
+
+int run_follow(const follow_options& o) {
+    return o.performance.empty() ? run_live(o) : run_performance(o);
+}
+
 } // namespace
 
 void add_follow_command(CLI::App& program, int& status) {
     CLI::App* c =
-        program.add_subcommand("follow", "Follow a performance with a score, and print what comes out");
+        program.add_subcommand("follow", "Follow a player with a score, and print or play what comes out");
     auto o = std::make_shared<follow_options>();
     const CLI::Range allowance(0, LARGEST_ALLOWANCE);
     c->add_option("SCORE", o->score, "A MIDI file or document; the performer's part is channel 1")
         ->required();
-    c->add_option("--performance", o->performance, "What is played: a MIDI file or document")->required();
+    CLI::Option* const performance = add_input_options(c, o->input, true)
+                                         ->add_option("--performance", o->performance,
+                                                      "Follow this MIDI file or document, in virtual time");
+    add_output_options(c, o->output, "to-");
+    for (const char* live : {"--to-port", "--to-virtual", "--synth"})
+        performance->excludes(c->get_option(live));
     c->add_option("--skip", o->skip, "How many notes of the part may be left out freely")->check(allowance);
     c->add_option("--window", o->window, "How far beyond these to look, milliseconds")->check(allowance);
     c->add_flag("--octaves", o->octaves, "A note an octave above or below counts as well");

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "app/commands.h"
+#include "app/devices.h"
 #include "app/live.h"
 #include "app/session.h"
 #include "host/boxes/boxes.h"
@@ -17,6 +18,8 @@ namespace {
 struct patch_options {
     std::string file;
     std::int64_t duration = -1; // virtual milliseconds; -1: real time, until a signal
+    input_wish input;
+    output_wish output;
 };
 
 constexpr int LOOK_EVERY_MS = 1000;
@@ -73,10 +76,23 @@ int run_for(const patch_options& o) {
 int run_live(const patch_options& o) {
     live_session session;
     session.print = print_line;
+    note_outputs outputs;
+    note_input input;
+    std::string why = outputs.open(o.output);
+    if (why.empty() && o.input.any()) why = input.open(o.input);
+    if (!why.empty()) {
+        std::fprintf(stderr, "brisolan: %s\n", why.c_str());
+        return EXIT_FAILED;
+    }
     host_patcher* const p = load(o);
     if (!p) return EXIT_FAILED;
     session.catch_signals();
-    while (!session.signal()) session.wait(LOOK_EVERY_MS);
+    while (!session.signal()) {
+        session.wait(LOOK_EVERY_MS);
+        outputs.poll();
+        input.poll();
+    }
+    input.close();
     end(p);
     return EXIT_DONE;
 }
@@ -87,7 +103,12 @@ void add_patch_command(CLI::App& program, int& status) {
     CLI::App* c = program.add_subcommand("patch", "Load a patch file and run it until interrupted");
     auto o = std::make_shared<patch_options>();
     c->add_option("FILE", o->file, "The patch")->required();
-    c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
-        ->check(CLI::NonNegativeNumber);
+    CLI::Option* const virtual_time =
+        c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
+            ->check(CLI::NonNegativeNumber);
+    add_input_options(c, o->input, false);
+    add_output_options(c, o->output, "to-");
+    for (const char* live : {"--port", "--virtual", "--to-port", "--to-virtual", "--synth"})
+        virtual_time->excludes(live);
     c->callback([o, &status] { status = o->duration < 0 ? run_live(*o) : run_for(*o); });
 }

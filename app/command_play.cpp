@@ -26,8 +26,6 @@ struct play_options {
     output_wish output;
     std::string wav;
     bool force = false;
-
-    bool to_device() const { return output.synth || !output.port.empty() || !output.virtual_port.empty(); }
 };
 
 constexpr int DRAW_EVERY_MS = 40;
@@ -79,7 +77,7 @@ int render_through(const live_session& session, const brisolan* score, synth_ren
 
 // Opens what the notes are to go to. Asked for nothing, tries the synth, and goes on without it.
 std::string open_outputs(note_outputs& outputs, const play_options& o) {
-    if (o.to_device()) return outputs.open(o.output);
+    if (o.output.any()) return outputs.open(o.output);
     output_wish synth = o.output;
     synth.synth = true;
     const std::string why = outputs.open(synth);

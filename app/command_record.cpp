@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/devices.h"
 #include "app/live.h"
 #include "app/recording.h"
 #include "host/kernel/files.h"
@@ -17,6 +18,7 @@ struct record_options {
     std::string file;
     std::int64_t until = -1; // milliseconds; -1: until a signal
     bool force = false;
+    input_wish input;
 };
 
 constexpr int LOOK_EVERY_MS = 50;
@@ -33,13 +35,16 @@ int record(const record_options& o, file_type type) {
         std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
     };
     recording r(session.print, {o.file, type});
+    note_input input; // after the recording: closed first
     session.catch_signals();
+    if (const std::string why = input.open(o.input); !why.empty()) return fail("brisolan: " + why);
     if (const std::string why = r.start(); !why.empty()) return fail(why);
     const kel_time began = kel_now();
     const kel_time end = o.until < 0 ? INT64_MAX : began + o.until * NS_PER_MS;
     while (!session.signal() && kel_now() < end) {
         const kel_time left_ms = (end - kel_now() + NS_PER_MS - 1) / NS_PER_MS;
         session.wait(static_cast<int>(std::clamp<kel_time>(left_ms, 0, LOOK_EVERY_MS)));
+        input.poll();
     }
     const std::string why = r.save();
     return why.empty() ? EXIT_DONE : fail(why);
@@ -68,5 +73,6 @@ void add_record_command(CLI::App& program, int& status) {
     c->add_option("--until", o->until, "Stop by itself after this many milliseconds")
         ->check(CLI::NonNegativeNumber);
     c->add_flag("--force", o->force, "Replace a file that exists");
+    add_input_options(c, o->input, true);
     c->callback([o, &status] { status = run_record(*o); });
 }

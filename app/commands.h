@@ -18,5 +18,4 @@ void add_script_command(CLI::App& program, int& status);
 void add_play_command(CLI::App& program, int& status);
 void add_follow_command(CLI::App& program, int& status);
 void add_patch_command(CLI::App& program, int& status);
-// Not yet among the program's commands: it wants a MIDI input.
 void add_record_command(CLI::App& program, int& status);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "app/live.h"
 #include "core/locked.h"
 #include "host/desktop/synth.h"
 #include "host/kernel/kernel.h"
@@ -67,7 +68,7 @@ bool note_outputs::ringing() const {
                        [](const std::unique_ptr<midi_sender>& s) { return s->wire().ringing(); });
 }
 
-void add_input_options(CLI::App* command, input_wish& wish, bool required) {
+CLI::Option_group* add_input_options(CLI::App* command, input_wish& wish, bool required) {
     CLI::Option_group* const group = command->add_option_group("Input");
     group->add_option(
         "--port", wish.port,
@@ -75,13 +76,19 @@ void add_input_options(CLI::App* command, input_wish& wish, bool required) {
     group->add_option("--virtual", wish.virtual_port,
                       "Listen to a MIDI input of our own with this name, for other programs to connect to");
     group->require_option(required ? 1 : 0, 1);
+    return group;
 }
 
-std::string note_input::open(const input_wish& wish) {
+std::string note_input::open(const input_wish& wish, const midi_arrival& arrival) {
     std::string error;
-    source = wish.virtual_port.empty() ? midi_open_in({wish.port, false}, error)
-                                       : midi_open_in({wish.virtual_port, true}, error);
+    source = wish.virtual_port.empty() ? midi_open_in({wish.port, false}, arrival, error)
+                                       : midi_open_in({wish.virtual_port, true}, arrival, error);
     return error;
+}
+
+void note_input::close() {
+    source.reset();
+    let_arrive();
 }
 
 void note_input::poll() {

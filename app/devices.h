@@ -18,6 +18,7 @@ struct output_wish {
     std::string virtual_port; // the name of one of our own; empty: none
     std::string soundfont;    // of the synth; empty: the usual one
     bool synth = false;
+    bool any() const { return synth || !port.empty() || !virtual_port.empty(); }
 };
 
 // Adds --port, --virtual, --synth and --soundfont, which exclude one another where they must. `prefix` stands before the
@@ -50,16 +51,21 @@ private:
 struct input_wish {
     std::string port;
     std::string virtual_port;
+    bool any() const { return !port.empty() || !virtual_port.empty(); }
 };
 
-// Adds --port and --virtual, of which one must be given when `required`. [main]
-void add_input_options(CLI::App* command, input_wish& wish, bool required);
+// Adds --port and --virtual in a group of which one option at most is given, exactly one when `required`; the command may
+// add others to it. [main]
+CLI::Option_group* add_input_options(CLI::App* command, input_wish& wish, bool required);
 
 // Where notes come from while it stands, each handed to the patches' note-in boxes as it comes.
 class note_input {
 public:
     // Opens what is wished for. Empty, or in one line why it cannot be. [main]
-    std::string open(const input_wish& wish);
+    std::string open(const input_wish& wish, const midi_arrival& arrival = {});
+
+    // Hears no more; what was heard has been carried out. [main]
+    void close();
 
     // As note_outputs::poll. [main]
     void poll();

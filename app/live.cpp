@@ -3,8 +3,10 @@
 #include "app/live.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <system_error>
+#include <thread>
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -128,4 +130,13 @@ void live_session::print_lines() {
 std::string console_text(const std::string& line) {
     const std::size_t blank = line.find(' ');
     return blank == std::string::npos ? line : line.substr(blank + 1);
+}
+
+void let_arrive() {
+    // Outlives this call: a scheduler that comes too late must still find it.
+    static std::atomic<int> arrived;
+    const int before = arrived;
+    kel_post([](void*, std::int32_t, std::int32_t) { arrived += 1; }, nullptr, 0, 0);
+    for (int i = 0; i < 1000 && arrived == before; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }

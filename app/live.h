@@ -56,5 +56,8 @@ private:
     std::array<struct sigaction, 3> before{};
 };
 
+// Lets what devices have handed in until now arrive; gives up after a second. [main]
+void let_arrive();
+
 // A console line without the word that tells its kind. [both]
 std::string console_text(const std::string& line);

@@ -24,6 +24,7 @@ int main(int argc, char** argv) {
     program.failure_message(misuse);
     int status = EXIT_DONE;
     add_play_command(program, status);
+    add_record_command(program, status);
     add_follow_command(program, status);
     add_patch_command(program, status);
     add_list_command(program, status);

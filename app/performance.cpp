@@ -5,22 +5,19 @@
 #include <algorithm>
 #include <tuple>
 
+#include "core/locked.h"
 #include "host/boxes/midi_device.h"
 #include "host/kernel/kernel.h"
 #include "host/kernel/objects.h"
 
-namespace {
-
 constexpr std::int32_t PERFORMER_CHANNEL = 1;
-
-bool is_midi_note(const event& e) {
-    return e.pitch >= 0 && e.pitch <= 127 && e.vel > 0 && e.chan >= 1 && e.chan <= 16;
-}
+constexpr std::size_t USUAL_ANSWER = 1024; // outputs to one key; more of them are a larger block, once
 
 // What leaves the score's outlets, gathered note by note: the pitch comes last.
 class outlet_watch {
 public:
     explicit outlet_watch(brisolan* score) : x(score) {
+        heard.reserve(USUAL_ANSWER);
         for (int k = PARAM_PITCH; k <= PARAM_CHAN; ++k) kel_watch_outlet(x, k, hear, this);
     }
     ~outlet_watch() {
@@ -48,6 +45,19 @@ private:
     brisolan* x;
     follow_output note;
 };
+
+namespace {
+
+bool is_midi_note(const event& e) {
+    return e.pitch >= 0 && e.pitch <= 127 && e.vel > 0 && e.chan >= 1 && e.chan <= 16;
+}
+
+follow_summary notes_of(const brisolan* score) {
+    follow_summary s;
+    for (const event* e = score->events; e; e = e->next)
+        (e->chan == PERFORMER_CHANNEL ? s.performer_notes : s.accompaniment_notes) += 1;
+    return s;
+}
 
 // What one key set off. The position moves when the performer's note was found ahead of it, and only then.
 void tell_apart(std::vector<follow_output>& outputs, bool key_down, bool moved, follow_summary& sum) {
@@ -96,9 +106,7 @@ std::vector<performed_key> keys_of(const brisolan* performance) {
 
 follow_report perform(brisolan* score, const std::vector<performed_key>& keys) {
     follow_report report;
-    for (const event* e = score->events; e; e = e->next)
-        (e->chan == PERFORMER_CHANNEL ? report.summary.performer_notes
-                                      : report.summary.accompaniment_notes) += 1;
+    report.summary = notes_of(score);
     outlet_watch watch(score);
     for (const performed_key& k : keys) {
         let_pass_until(k.ms);
@@ -111,4 +119,46 @@ follow_report perform(brisolan* score, const std::vector<performed_key>& keys) {
     }
     for (kel_time due = kel_next_due(); due >= 0; due = kel_next_due()) kel_advance(due);
     return report;
+}
+
+live_performance::live_performance(brisolan* score)
+    : x(score), began(kel_now()), counts(notes_of(score)), watch(std::make_unique<outlet_watch>(score)),
+      ring(ROOM) {}
+
+live_performance::~live_performance() {
+    const locked_out now;
+    watch.reset();
+}
+
+void live_performance::arrived(void* performance, std::int32_t place, std::int32_t key) {
+    auto& p = *static_cast<live_performance*>(performance);
+    const event* const position = p.x->current;
+    midi_arrived(nullptr, place, key);
+    std::vector<follow_output>& heard = p.watch->heard;
+    tell_apart(heard, key & 255, p.x->current != position, p.counts);
+    for (follow_output o : heard) {
+        const std::size_t at = p.in.load(std::memory_order_relaxed);
+        if (at - p.out.load(std::memory_order_acquire) == ROOM) {
+            p.lost += 1;
+            continue;
+        }
+        o.ms -= p.began / NS_PER_MS;
+        p.ring[at % ROOM] = o;
+        p.in.store(at + 1, std::memory_order_release);
+    }
+    heard.clear();
+}
+
+std::vector<follow_output> live_performance::taken() {
+    std::vector<follow_output> outputs;
+    const std::size_t end = in.load(std::memory_order_acquire);
+    for (std::size_t at = out.load(std::memory_order_relaxed); at != end; ++at)
+        outputs.push_back(ring[at % ROOM]);
+    out.store(end, std::memory_order_release);
+    return outputs;
+}
+
+follow_summary live_performance::summary() const {
+    const locked_out now;
+    return counts;
 }

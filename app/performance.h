@@ -1,10 +1,13 @@
-// app/performance.h: somebody who plays: the notes of a performance, handed in as a keyboard would, and what a following
-// score answers.
-// Layer: program. Works in virtual time.
+// app/performance.h: somebody who plays: the notes of a performance, handed in as a keyboard would, or those of a person;
+// and what a following score answers.
+// Layer: program.
 // Called by `brisolan follow` and the tests.
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -58,3 +61,40 @@ struct follow_report {
 // Plays the keys to the running follow patch around the score, and lets time pass until everything has ended. Virtual
 // time, which must be at 0. [main]
 follow_report perform(brisolan* score, const std::vector<performed_key>& keys);
+
+class outlet_watch;
+
+// A person who plays to the running follow patch around the score. The score outlives it, and nobody hands in keys any
+// more when it goes.
+class live_performance {
+public:
+    explicit live_performance(brisolan* score); // time counts from now. [main]
+    ~live_performance();
+    live_performance(const live_performance&) = delete;
+    live_performance& operator=(const live_performance&) = delete;
+
+    // Takes a key in as midi_arrived does, and what comes of it. [scheduler]
+    static void arrived(void* performance, std::int32_t place, std::int32_t key);
+
+    // What has come out since it was asked last. [main]
+    std::vector<follow_output> taken();
+
+    // The counts until now. [main]
+    follow_summary summary() const;
+
+    // How many outputs came too fast to be told; they were played all the same. [main]
+    unsigned untold() const { return lost; }
+
+private:
+    static constexpr std::size_t ROOM = 16384; // outputs between two looks at them
+
+    brisolan* x;
+    std::int64_t began;
+    follow_summary counts; // written at scheduler level
+    std::unique_ptr<outlet_watch> watch;
+    // The scheduler writes at `in`, the main level reads at `out`.
+    std::vector<follow_output> ring;
+    std::atomic<std::size_t> in{0};
+    std::atomic<std::size_t> out{0};
+    std::atomic<unsigned> lost{0};
+};

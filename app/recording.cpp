@@ -2,30 +2,17 @@
 // Layer: program.
 #include "app/recording.h"
 
-#include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <thread>
 #include <utility>
 
 #include <unistd.h>
 
+#include "app/live.h"
 #include "app/play_patch.h"
 #include "host/kernel/files.h"
-#include "host/kernel/kernel.h"
 
 namespace {
-
-// Lets what devices have handed in until now arrive; gives up after a second.
-void let_arrive() {
-    // Outlives this call: a scheduler that comes too late must still find it.
-    static std::atomic<int> arrived;
-    const int before = arrived;
-    kel_post([](void*, std::int32_t, std::int32_t) { arrived += 1; }, nullptr, 0, 0);
-    for (int i = 0; i < 1000 && arrived == before; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-}
 
 std::string elsewhere(const write_target& to) {
     const char* const named = std::getenv("TMPDIR");

@@ -18,7 +18,7 @@ std::unique_ptr<midi_wire> midi_open_out(const midi_wish&, std::string& error) {
     return nullptr;
 }
 
-std::unique_ptr<midi_source> midi_open_in(const midi_wish&, std::string& error) {
+std::unique_ptr<midi_source> midi_open_in(const midi_wish&, const midi_arrival&, std::string& error) {
     error = midi_why_absent();
     return nullptr;
 }

@@ -8,6 +8,8 @@
 #include <span>
 #include <string>
 
+#include "host/boxes/midi_device.h"
+
 // Which port a person wants.
 struct midi_wish {
     std::string name;          // as midi_choose_port takes it; of a port of our own, its name
@@ -31,7 +33,14 @@ public:
     virtual bool ringing() const { return false; }
 };
 
-// Where notes come from, each handed to midi_receive by the scheduler at the time at which it came.
+// Who is told of a note that came in, at scheduler level at the time at which it came: midi_arrived, or whoever hands it
+// on to that. `context` must stay until what was posted has been carried out after the source has gone.
+struct midi_arrival {
+    void (*call)(void* context, std::int32_t place, std::int32_t key) = midi_arrived;
+    void* context = nullptr;
+};
+
+// Where notes come from, as midi_place and midi_key put them; the port is 1.
 class midi_source {
 public:
     virtual ~midi_source() = default;
@@ -41,4 +50,5 @@ public:
 // Opens a port for notes to go to, for notes to come from. Null when it cannot be; `error` then says why in one line.
 // [main]
 std::unique_ptr<midi_wire> midi_open_out(const midi_wish& wish, std::string& error);
-std::unique_ptr<midi_source> midi_open_in(const midi_wish& wish, std::string& error);
+std::unique_ptr<midi_source> midi_open_in(const midi_wish& wish, const midi_arrival& arrival,
+                                          std::string& error);

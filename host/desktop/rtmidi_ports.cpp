@@ -6,6 +6,7 @@
 // server, not RtMidi, tells whether a JACK port may still be used: on a dead server RtMidi would wait for ever once its
 // buffer is full.
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <mutex>
 #include <optional>
@@ -141,8 +142,8 @@ public:
 
     // Finds and opens what is wished for; false with the reason in one line. `prepare` is done to a device before it is
     // opened.
-    bool open(const midi_wish& wish, void (*prepare)(Device&), std::string& error) {
-        prepare_device = prepare;
+    bool open(const midi_wish& wish, std::function<void(Device&)> prepare, std::string& error) {
+        prepare_device = std::move(prepare);
         is_virtual = wish.virtual_port;
         std::vector<midi_end<Device>> ends = all_ends<Device>();
         if (ends.empty()) {
@@ -232,7 +233,7 @@ private:
     std::string name;
     bool is_virtual = false;
     bool gone = false;
-    void (*prepare_device)(Device&) = nullptr;
+    std::function<void(Device&)> prepare_device;
     std::optional<midi_end<Device>> lister; // ALSA's
 };
 
@@ -256,26 +257,27 @@ private:
 constexpr int LIVE_PORT = 1;
 
 // Called by the MIDI system's own thread for each message that comes in.
-void heard(double, std::vector<unsigned char>* message, void*) {
+void heard(double, std::vector<unsigned char>* message, void* port) {
     if (message->size() < 3) return;
     const int kind = (*message)[0] & 0xF0;
     if (kind != 0x80 && kind != 0x90) return;
     const int channel = ((*message)[0] & 0x0F) + 1;
     const int velocity = kind == 0x90 ? (*message)[2] & 127 : 0;
-    kel_post([](void*, std::int32_t from,
-                std::int32_t key) { midi_receive(LIVE_PORT, from, key >> 8, key & 255); },
-             nullptr, channel, ((*message)[1] & 127) << 8 | velocity);
+    const auto& to = *static_cast<const midi_arrival*>(port);
+    kel_post(to.call, to.context, midi_place(LIVE_PORT, channel), midi_key((*message)[1] & 127, velocity));
 }
 
 class in_port : public midi_source {
 public:
+    explicit in_port(const midi_arrival& a) : arrival(a) {}
     bool open(const midi_wish& wish, std::string& error) {
         return from.open(
-            wish, [](RtMidiIn& device) { device.setCallback(heard); }, error);
+            wish, [this](RtMidiIn& device) { device.setCallback(heard, &arrival); }, error);
     }
     void poll() override { from.poll(); }
 
 private:
+    midi_arrival arrival; // before the connection, whose thread reads it
     connection<RtMidiIn> from;
 };
 
@@ -298,8 +300,9 @@ std::unique_ptr<midi_wire> midi_open_out(const midi_wish& wish, std::string& err
     return port;
 }
 
-std::unique_ptr<midi_source> midi_open_in(const midi_wish& wish, std::string& error) {
-    auto port = std::make_unique<in_port>();
+std::unique_ptr<midi_source> midi_open_in(const midi_wish& wish, const midi_arrival& arrival,
+                                          std::string& error) {
+    auto port = std::make_unique<in_port>(arrival);
     if (!port->open(wish, error)) return nullptr;
     return port;
 }
