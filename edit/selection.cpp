@@ -22,7 +22,7 @@ constexpr std::uint8_t WAS_SELECTED = 1; // when the band started
 constexpr std::uint8_t TOGGLED = 2;      // the band covers it and has turned it over
 
 // The rubber band that is framed on screen, one in the whole program since only one drag can run: its rectangle, and
-// whether it is framed. Written by the band's drag; `drawn` is false between drags.
+// whether it is framed. Written by the band's press and drag.
 Rect r{};
 bool drawn = false;
 
@@ -121,6 +121,8 @@ void press_on_nothing(brisolan* x, int modifiers, int tool) {
         brisolan_markselected(x);
     else
         brisolan_noselect(x);
+    // A drag that its window's closing cut off has left no frame on screen either.
+    drawn = false;
     x->dragkind = DRAG_BAND;
     host_window_drag<brisolan_selectdrag>(x->window);
 }

@@ -25,6 +25,20 @@ TEST_F(mouse_test, band_is_on_screen_while_it_is_dragged_and_gone_at_its_release
     EXPECT_EQ(x->dragkind, 0);
 }
 
+TEST_F(mouse_test, band_leaves_no_trace_of_one_that_closing_cut_off) {
+    click(100, 100);
+    drag(300, 250);
+    send("wclose");
+    settle();
+    send("open");
+    settle();
+    const auto before = picture();
+    click(400, 100);
+    drag(420, 120);
+    release(420, 120);
+    EXPECT_EQ(picture(), before);
+}
+
 TEST_F(mouse_test, band_leaves_no_trace_over_events_that_it_selects_and_gives_back) {
     fill("1000 60 64 500\r1100 61 64 500\r1200 60 64 2500\r");
     const auto before = picture();
