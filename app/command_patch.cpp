@@ -46,6 +46,11 @@ host_patcher* load(const patch_options& o) {
     return nullptr;
 }
 
+int fail(const std::string& why) {
+    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
+    return EXIT_FAILED;
+}
+
 // No note outlives the patch.
 void end(host_patcher* p) {
     for (host_object* x : kel_patcher_objects(p)) {
@@ -76,25 +81,21 @@ int run_for(const patch_options& o) {
 int run_live(const patch_options& o) {
     live_session session;
     session.print = print_line;
-    note_outputs outputs;
-    note_input input;
-    std::string why = outputs.open(o.output);
-    if (why.empty() && o.input.any()) why = input.open(o.input);
-    if (!why.empty()) {
-        std::fprintf(stderr, "brisolan: %s\n", why.c_str());
-        return EXIT_FAILED;
-    }
+    session.catch_signals();
+    note_outputs outputs; // before the patch, which may play as soon as it is loaded
+    if (const std::string why = outputs.open(o.output); !why.empty()) return fail(why);
     host_patcher* const p = load(o);
     if (!p) return EXIT_FAILED;
-    session.catch_signals();
-    while (!session.signal()) {
+    note_input input;
+    const std::string why = o.input.any() ? input.open(o.input) : "";
+    while (why.empty() && !session.signal()) {
         session.wait(LOOK_EVERY_MS);
         outputs.poll();
         input.poll();
     }
     input.close();
     end(p);
-    return EXIT_DONE;
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 } // namespace

@@ -37,6 +37,7 @@ int record(const record_options& o, file_type type) {
     recording r(session.print, {o.file, type});
     note_input input; // after the recording: closed first
     session.catch_signals();
+    if (const std::string why = r.load(); !why.empty()) return fail(why);
     if (const std::string why = input.open(o.input); !why.empty()) return fail("brisolan: " + why);
     if (const std::string why = r.start(); !why.empty()) return fail(why);
     const kel_time began = kel_now();

@@ -55,7 +55,14 @@ std::string note_outputs::open(const output_wish& wish) {
 
 void note_outputs::poll() {
     if (!poll_is_due(polled)) return;
-    for (const std::unique_ptr<midi_sender>& s : senders) s->wire().poll();
+    std::uint32_t lost = 0;
+    for (const std::unique_ptr<midi_sender>& s : senders) {
+        s->wire().poll();
+        lost += s->lost();
+    }
+    if (lost != told_lost)
+        host_error("%u MIDI messages were lost: the device takes no more", lost - told_lost);
+    told_lost = lost;
 }
 
 void note_outputs::silence() {

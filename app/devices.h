@@ -45,6 +45,7 @@ private:
 
     std::vector<std::unique_ptr<midi_sender>> senders;
     std::int64_t polled = 0; // kel_now then
+    std::uint32_t told_lost = 0;
 };
 
 // The options that choose where notes come from.

@@ -31,10 +31,14 @@ recording::~recording() {
     if (patcher) kel_patcher_free(patcher);
 }
 
-std::string recording::start() {
+std::string recording::load() {
     std::string why;
-    x = load_own_patch("record", &patcher, why);
-    if (!x) return why;
+    if (!x) x = load_own_patch("record", &patcher, why);
+    return why;
+}
+
+std::string recording::start() {
+    if (std::string why = load(); !why.empty()) return why;
     if (!tell("go", "bang")) return "brisolan: the record patch receives no \"go\"";
     running = true;
     return "";

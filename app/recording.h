@@ -20,7 +20,10 @@ public:
     recording(const recording&) = delete;
     recording& operator=(const recording&) = delete;
 
-    // Loads the patch and begins. An empty string, or why it cannot. [main]
+    // Loads the patch, which takes its time: before anybody can play. An empty string, or why it cannot. [main]
+    std::string load();
+
+    // Begins; loads the patch if that was not done. An empty string, or why it cannot. [main]
     std::string start();
 
     // Ends the recording, keys that are held let go, and writes the file; another one, in the folder for temporary
