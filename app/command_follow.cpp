@@ -186,7 +186,7 @@ follow_report follow_player(live_session& session, brisolan* score, live_perform
         print_outputs(taken);
         std::fflush(stdout);
     };
-    while (!session.signal() && !following_is_over(score)) {
+    while (!session.signal() && !std::ferror(stdout) && !following_is_over(score)) {
         session.wait(LOOK_EVERY_MS);
         outputs.poll();
         input.poll();

@@ -88,7 +88,7 @@ int run_live(const patch_options& o) {
     if (!p) return EXIT_FAILED;
     note_input input;
     const std::string why = o.input.any() ? input.open(o.input) : "";
-    while (why.empty() && !session.signal()) {
+    while (why.empty() && !session.signal() && !std::ferror(stdout)) {
         session.wait(LOOK_EVERY_MS);
         outputs.poll();
         input.poll();

@@ -50,6 +50,7 @@ live_session::~live_session() {
     print_lines();
     if (catching) {
         for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &before[i], nullptr);
+        sigaction(SIGPIPE, &pipe_before, nullptr);
     }
     toolbox_reset();
     close(wake_fd);
@@ -62,6 +63,9 @@ void live_session::catch_signals() {
     how.sa_flags = SA_RESTART;
     sigemptyset(&how.sa_mask);
     for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &how, &before[i]);
+    // A reader who has gone must not take a recording, or the end of what sounds, with him.
+    how.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &how, &pipe_before);
     catching = true;
 }
 

@@ -23,7 +23,8 @@ public:
     // Every console line in its order, "post …" or "error …", called at main level. Unset: dropped.
     std::function<void(const std::string&)> print;
 
-    // From now on the signals that ask a program to end (interrupt, hang-up, termination) are noted, and end a wait.
+    // From now on the signals that ask a program to end (interrupt, hang-up, termination) are noted, and end a wait;
+    // a pipe without a reader is an error of the writing and no more.
     void catch_signals();
     // The first of them that came; 0: none.
     int signal() const;
@@ -54,6 +55,7 @@ private:
     std::atomic<unsigned> lost{0};
     bool catching = false;
     std::array<struct sigaction, 3> before{};
+    struct sigaction pipe_before {};
 };
 
 // Lets what devices have handed in until now arrive; gives up after a second. [main]
