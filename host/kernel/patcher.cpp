@@ -18,6 +18,7 @@ struct host_patcher::contents {
 namespace {
 
 host_patcher* building = nullptr;
+std::vector<host_patcher*> patchers; // all there are
 host_class* patcher_class = nullptr;
 host_class* maker_class = nullptr;
 
@@ -37,6 +38,7 @@ void maker_free(maker*) {}
 host_patcher* patcher_new() {
     host_patcher* p = host_object_new<host_patcher>(patcher_class);
     p->inside = new host_patcher::contents;
+    patchers.push_back(p);
     return p;
 }
 
@@ -48,7 +50,15 @@ void patcher_free(host_patcher* p) {
         host_object_free(x);
     }
     if (building == p) kel_patcher_build(nullptr);
+    std::erase(patchers, p);
     delete p->inside;
+}
+
+bool is_somewhere(const host_object* x) {
+    return std::any_of(patchers.begin(), patchers.end(), [x](const host_patcher* p) {
+        const std::vector<host_object*>& objects = p->inside->objects;
+        return std::find(objects.begin(), objects.end(), x) != objects.end();
+    });
 }
 
 } // namespace
@@ -96,10 +106,9 @@ host_object* kel_make(symbol* class_name, std::span<const atom> arguments) {
     }
     host_object* x = kel_object_new(c, arguments);
     if (!x || !building) return x;
-    std::vector<host_object*>& objects = building->inside->objects;
-    // A constructor may hand back an object that is there already.
-    if (std::find(objects.begin(), objects.end(), x) != objects.end()) return x;
-    objects.push_back(x);
+    // A constructor may hand back an object that is there already, in whatever patcher.
+    if (is_somewhere(x)) return x;
+    building->inside->objects.push_back(x);
     kel_box box;
     box.object = x;
     box.made_by = {atom(host_symbol("#N")), atom(class_name)};

@@ -11,7 +11,7 @@
 
 #include <jack/jack.h>
 
-#include "tests/desktop/process.h"
+#include "tests/support/process.h"
 
 // A server of a name that nobody else uses, which this process and the programs that it starts take for the usual one.
 class jack_server {

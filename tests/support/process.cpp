@@ -1,6 +1,6 @@
 // tests/desktop/process.cpp: another program, run beside a test.
 // Test layer.
-#include "tests/desktop/process.h"
+#include "tests/support/process.h"
 
 #include <cerrno>
 #include <chrono>

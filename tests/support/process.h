@@ -1,5 +1,5 @@
-// tests/desktop/process.h: another program, run beside a test.
-// Test layer. Used by the tests of live MIDI.
+// tests/support/process.h: another program, run beside a test.
+// Test layer. Used by the tests of the program and of live MIDI.
 #pragma once
 
 #include <filesystem>
