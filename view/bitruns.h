@@ -8,15 +8,46 @@
 
 constexpr int BITS = 64;
 
-// The bits of columns from..to-1 within the word that begins at column `word`; none when the run does not reach it.
-inline std::uint64_t run_in_word(int word, int from, int to) {
-    const int a = std::max(from - word, 0);
-    const int b = std::min(to - word, BITS);
-    if (a >= b) return 0;
-    return ~std::uint64_t{0} >> (BITS - b) & ~std::uint64_t{0} << a;
-}
-
 // The words that a row of this many columns takes.
 inline int words_for(int columns) {
     return (columns + BITS - 1) / BITS;
 }
+
+// The bits of columns from..to-1 of a row, worked out once for all rows that they are looked at in: those of the first
+// word and of the last, and every one of the words between. from < to.
+struct bit_run {
+    int first, last;
+    std::uint64_t head, tail; // head alone when first == last
+    bit_run(int from, int to)
+        : first(from / BITS), last((to - 1) / BITS), head(~std::uint64_t{0} << from % BITS),
+          tail(~std::uint64_t{0} >> (BITS - 1 - (to - 1) % BITS)) {
+        if (first == last) head &= tail;
+    }
+    // The bits in word w, first <= w <= last.
+    std::uint64_t in(int w) const {
+        if (w == first) return head;
+        return w == last ? tail : ~std::uint64_t{0};
+    }
+    bool any(const std::uint64_t* row) const {
+        if (row[first] & head) return true;
+        if (first == last) return false;
+        for (int w = first + 1; w < last; ++w) {
+            if (row[w]) return true;
+        }
+        return (row[last] & tail) != 0;
+    }
+    bool all(const std::uint64_t* row) const {
+        if (~row[first] & head) return false;
+        if (first == last) return true;
+        for (int w = first + 1; w < last; ++w) {
+            if (~row[w]) return false;
+        }
+        return (~row[last] & tail) == 0;
+    }
+    void set(std::uint64_t* row) const {
+        row[first] |= head;
+        if (first == last) return;
+        for (int w = first + 1; w < last; ++w) row[w] = ~std::uint64_t{0};
+        row[last] |= tail;
+    }
+};

@@ -4,68 +4,38 @@
 #include "view/cover.h"
 
 #include <algorithm>
-#include <bit>
 
-#include "view/bars.h"
 #include "view/bitruns.h"
 
-std::uint64_t* cover_map::row(int v) {
-    return bits.data() + static_cast<std::size_t>(v - top) * static_cast<std::size_t>(words);
+void cover_map::begin(const Rect& data) {
+    area = data;
+    area.right = std::max(data.right, data.left);
+    area.bottom = std::max(data.bottom, data.top);
+    words = words_for(area.right - area.left);
+    bits.assign(static_cast<std::size_t>(area.bottom - area.top) * static_cast<std::size_t>(words), 0);
 }
 
-const std::uint64_t* cover_map::row(int v) const {
-    return bits.data() + static_cast<std::size_t>(v - top) * static_cast<std::size_t>(words);
-}
-
-void cover_map::begin(const view_frame& f) {
-    left = f.data.left;
-    right = std::max<int>(f.data.right, left);
-    top = f.data.top;
-    bottom = std::max<int>(f.data.bottom, top);
-    words = words_for(right - left);
-    open = std::int64_t{right - left} * (bottom - top);
-    bits.assign(static_cast<std::size_t>(bottom - top) * static_cast<std::size_t>(words), 0);
-    FontInfo font;
-    GetFontInfo(&font);
-    ascent = font.ascent;
-    descent = font.descent;
-}
-
-bool cover_map::hides(const view_frame& f, const bar_look& look) const {
-    const bar_bounds b = brisolan_barbounds(f, look, ascent, descent);
-    const int from = std::max(b.left, left) - left;
-    const int to = std::min(b.right, right) - left;
+bool cover_map::hides(const pixel_box& box) const {
+    const int from = std::max<int>(box.left, area.left) - area.left;
+    const int to = std::min<int>(box.right, area.right) - area.left;
+    const int top = std::max<int>(box.top, area.top) - area.top;
+    const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
     if (from >= to) return true;
-    const int first = from / BITS;
-    const int last = (to - 1) / BITS;
-    for (int v = std::max(b.top, top); v < std::min(b.bottom, bottom); ++v) {
-        const std::uint64_t* at = row(v);
-        for (int w = first; w <= last; ++w) {
-            if (run_in_word(w * BITS, from, to) & ~at[w]) return false;
-        }
+    const bit_run run(from, to);
+    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
+    for (int v = top; v < bottom; ++v, row += words) {
+        if (!run.all(row)) return false;
     }
     return true;
 }
 
-void cover_map::add_row(int v, int from, int to) {
-    if (v < top || v >= bottom) return;
-    std::uint64_t* at = row(v);
-    for (int w = from / BITS; w <= (to - 1) / BITS; ++w) {
-        const std::uint64_t added = run_in_word(w * BITS, from, to) & ~at[w];
-        at[w] |= added;
-        open -= std::popcount(added);
-    }
-}
-
-void cover_map::add(const view_frame& f, const bar_look& look) {
-    const bar_bounds b = brisolan_barcover(f, look);
-    const int from = std::max(b.left, left) - left;
-    const int to = std::min(b.right, right) - left;
+void cover_map::add(const pixel_box& box) {
+    const int from = std::max<int>(box.left, area.left) - area.left;
+    const int to = std::min<int>(box.right, area.right) - area.left;
+    const int top = std::max<int>(box.top, area.top) - area.top;
+    const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
     if (from >= to) return;
-    if (look.selected) { // an outline
-        add_row(b.top, from, to);
-        add_row(b.bottom - 1, from, to);
-        return;
-    }
-    for (int v = std::max(b.top, top); v < std::min(b.bottom, bottom); ++v) add_row(v, from, to);
+    const bit_run run(from, to);
+    std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
+    for (int v = top; v < bottom; ++v, row += words) run.set(row);
 }

@@ -86,9 +86,7 @@ void draw_now(brisolan* x, view_index& ix, event* e, const bar_look& look) {
 // ---- gathered
 
 deferred_drawing* drawing_of(view_index& ix, const event* e, std::uint32_t place) {
-    if (place == 0 || place > ix.drawings.size()) return nullptr;
-    deferred_drawing* d = &ix.drawings[place - 1];
-    return d->e == e ? d : nullptr;
+    return const_cast<deferred_drawing*>(brisolan_drawingof(ix, e, place));
 }
 
 void gather_erasing(view_index& ix, const bar_box& box) {

@@ -19,19 +19,40 @@ namespace {
 
 constexpr std::int32_t OCTAVE = 12;
 constexpr std::int32_t NOTES = 128;
-// Widths of the characters in the plain face. The editor's font has one strike, so they are measured once.
-const std::array<std::uint8_t, 256>* plain_widths() {
-    static std::array<std::uint8_t, 256> widths;
-    static bool measured = false;
-    if (measured) return &widths;
+// Widths in the plain face: of the characters, and of the labels that are met most.
+struct label_widths {
+    std::array<std::uint8_t, 256> character{};
+    std::array<std::array<std::uint8_t, NOTES>, 2> common{}; // as numbers, as note names
+
+    label_widths() {
+        t_textface(FACE_PLAIN);
+        for (std::size_t c = 0; c < character.size(); ++c)
+            character[c] = static_cast<std::uint8_t>(t_charwidth(static_cast<int>(c)));
+        for (std::int32_t value = 0; value < NOTES; ++value) {
+            for (const bool as_note : {false, true})
+                common[as_note ? 1 : 0][static_cast<std::size_t>(value)] =
+                    static_cast<std::uint8_t>(of(as_note, value));
+        }
+    }
+    std::int32_t of(bool as_note, std::int32_t value) const {
+        char text[VALUE_SIZE];
+        const int length = brisolan_labeltext(as_note, value, text);
+        std::int32_t width = 0;
+        for (int i = 0; i < length; ++i) width += character[static_cast<unsigned char>(text[i])];
+        return width;
+    }
+};
+
+// The editor's font has one strike, so it is measured once; null before a port was current.
+const label_widths* measured_widths() {
+    static const label_widths* measured = nullptr;
+    if (measured) return measured;
     GrafPtr port = nullptr;
     GetPort(&port);
     if (!port) return nullptr;
-    t_textface(FACE_PLAIN);
-    for (std::size_t c = 0; c < widths.size(); ++c)
-        widths[c] = static_cast<std::uint8_t>(t_charwidth(static_cast<int>(c)));
-    measured = true;
-    return &widths;
+    static const label_widths widths;
+    measured = &widths;
+    return measured;
 }
 
 } // namespace
@@ -47,13 +68,10 @@ int brisolan_labeltext(bool as_note, std::int32_t value, char* out) {
 }
 
 std::int32_t brisolan_labelwidth(bool as_note, std::int32_t value) {
-    const std::array<std::uint8_t, 256>* widths = plain_widths();
+    const label_widths* widths = measured_widths();
     if (!widths) return 0;
-    char text[VALUE_SIZE];
-    const int length = brisolan_labeltext(as_note, value, text);
-    std::int32_t width = 0;
-    for (int i = 0; i < length; ++i) width += (*widths)[static_cast<unsigned char>(text[i])];
-    return width;
+    if (value >= 0 && value < NOTES) return widths->common[as_note ? 1 : 0][static_cast<std::size_t>(value)];
+    return widths->of(as_note, value);
 }
 
 void cnote2str(std::int32_t note, char* out) {

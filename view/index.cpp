@@ -66,6 +66,12 @@ std::int64_t brisolan_entryof(const view_index& ix, const event* e) {
     return ix.entries[static_cast<std::size_t>(id)].e == e ? id : -1;
 }
 
+const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place) {
+    if (place == 0 || place > ix.drawings.size()) return nullptr;
+    const deferred_drawing* d = &ix.drawings[place - 1];
+    return d->e == e ? d : nullptr;
+}
+
 void brisolan_makebands(view_index& ix) {
     if (ix.bands.is_made() && ix.loose.size() <= MANY_LOOSE) return;
     for (const std::uint32_t id : ix.loose) ix.entries[id].loose = false;

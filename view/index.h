@@ -101,6 +101,8 @@ view_index& brisolan_index(brisolan* x);
 bool brisolan_isplaced(const brisolan* x, const view_index& ix);
 // The entry of an event, by its id; -1 when it has none. The memory must be placed. [main]
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
+// The drawing that waits for an event whose `place` this is; null when there is none. [main]
+const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place);
 // Places every event in sight anew and calls each(e, look, place) for those, `place` being the event's old one. [main]
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each);
 // Makes sure that the bands are made and most of the entries stand in them. The memory must be placed. [main]
@@ -143,9 +145,11 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
     ix.erased = 0;
     ix.placed = true;
     for (event* e = x->events; e; e = e->next) {
-        bar_look look = brisolan_place(ix.frame, *e);
+        const deferred_drawing* d = ix.gathering ? brisolan_drawingof(ix, e, e->place) : nullptr;
+        const bool known = d && brisolan_sameplace(ix.frame, d->look, *e);
+        bar_look look = known ? d->look : brisolan_place(ix.frame, *e);
         if (look.left > ix.frame.set.width) continue;
-        brisolan_measure(ix.frame, &look);
+        if (!known) brisolan_measure(ix.frame, &look);
         if (look.right < ix.frame.data.left) continue;
         const std::uint32_t place = e->place;
         ix.entries.push_back({e, brisolan_touchedbox(ix.frame, look), look.y});

@@ -34,15 +34,16 @@ void grid_patches::add(const bar_box& erased) {
     const int to = std::min(erased.right, right) - left;
     const int to_line = std::min(erased.right, right - 1) + 1 - left;
     if (from >= to_line) return;
-    const int last_word = (to_line - 1) / BITS;
+    const bit_run with_edge(from, to_line);
     for (int v = std::max<int>(erased.top, top); v <= behind && v < bottom; ++v) {
         std::uint64_t* at = row(v);
-        const bool line = row_colour[static_cast<std::size_t>(v)] != 0;
-        for (int w = from / BITS; w <= last_word; ++w) {
-            const std::uint64_t with_edge = run_in_word(w * BITS, from, to_line);
-            const std::uint64_t area = v < behind ? run_in_word(w * BITS, from, to) : 0;
-            at[w] |= area | (line ? with_edge : with_edge & columns[static_cast<std::size_t>(w)]);
+        if (row_colour[static_cast<std::size_t>(v)] != 0) {
+            with_edge.set(at);
+            continue;
         }
+        if (v < behind && from < to) bit_run(from, to).set(at);
+        for (int w = with_edge.first; w <= with_edge.last; ++w)
+            at[w] |= with_edge.in(w) & columns[static_cast<std::size_t>(w)];
     }
 }
 

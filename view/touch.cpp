@@ -45,34 +45,32 @@ touch_map::row_range touch_map::rows_of(const bar_box& box) const {
 
 void touch_map::add(plane* p, const bar_box& erased) const {
     const row_range range = rows_of(erased);
-    const bool inside = erased.left >= left && erased.right <= right;
-    const int first = (erased.left - left) / BITS;
-    const int last = (erased.right - 1 - left) / BITS;
+    if (erased.left >= left && erased.right <= right) {
+        const bit_run run(erased.left - left, erased.right - left);
+        std::uint64_t* row = p->bits.data() + static_cast<std::ptrdiff_t>(range.from) * words;
+        for (int v = range.from; v < range.to; ++v, row += words) run.set(row);
+        return;
+    }
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (erased.left < left) p->from_left[at] = std::max(p->from_left[at], erased.right);
         if (erased.right > right) p->from_right[at] = std::min(p->from_right[at], erased.left);
-        if (!inside) continue;
-        std::uint64_t* row = p->bits.data() + at * static_cast<std::size_t>(words);
-        for (int w = first; w <= last; ++w)
-            row[w] |= run_in_word(w * BITS, erased.left - left, erased.right - left);
     }
 }
 
 bool touch_map::touched(const plane& p, const bar_box& box) const {
     const row_range range = rows_of(box);
-    const int from = std::max(box.left, left) - left;
-    const int to = std::min(box.right, right) - left;
-    const int first = from / BITS;
-    const int last = (to - 1) / BITS;
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (p.from_left[at] > box.left || p.from_right[at] < box.right) return true;
-        if (from >= to) continue;
-        const std::uint64_t* row = p.bits.data() + at * static_cast<std::size_t>(words);
-        for (int w = first; w <= last; ++w) {
-            if (row[w] & run_in_word(w * BITS, from, to)) return true;
-        }
+    }
+    const int from = std::max(box.left, left) - left;
+    const int to = std::min(box.right, right) - left;
+    if (from >= to) return false;
+    const bit_run run(from, to);
+    const std::uint64_t* row = p.bits.data() + static_cast<std::ptrdiff_t>(range.from) * words;
+    for (int v = range.from; v < range.to; ++v, row += words) {
+        if (run.any(row)) return true;
     }
     return false;
 }
