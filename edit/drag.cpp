@@ -78,6 +78,7 @@ void show_pointer() {
 } // namespace
 
 void brisolan_offset(brisolan* x, int index, std::int64_t delta) {
+    brisolan_gather(x, x->nselected);
     for (event* e = x->events; e; e = e->next) {
         if (!e->selected) continue;
         brisolan_eraseit(x, e);

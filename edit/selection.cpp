@@ -151,6 +151,7 @@ void press_on_event(brisolan* x, event* e, Point where, int tool) {
 } // namespace
 
 void brisolan_selectall(brisolan* x) {
+    brisolan_gather(x, x->nevents);
     for (event* e = x->events; e; e = e->next) brisolan_select(x, e);
 }
 

@@ -4,7 +4,6 @@
 #include "view/bars.h"
 
 #include <algorithm>
-#include <array>
 
 #include "view/draw.h"
 #include "view/events.h"
@@ -20,59 +19,31 @@ constexpr int LABEL_BASELINE = 4;
 constexpr int SHARP_LEFT = 7;
 constexpr int SHARP_BASELINE = 6;
 
-// The parts of a bar, each a box that holds all of its pixels; one that is missing is empty. They are disjoint but for
-// the label, which lies over the others, and the mark.
-enum bar_part : std::uint8_t { PART_HEAD, PART_BOX, PART_REST, PART_LABEL, PART_MARK, NPARTS };
-constexpr std::uint8_t ALL_PARTS = (1 << NPARTS) - 1;
+// The parts of a bar. They are disjoint but for the label, which lies over the others, and the mark.
+enum bar_part : unsigned { PART_HEAD = 1, PART_BOX = 2, PART_REST = 4, PART_LABEL = 8, PART_MARK = 16 };
+constexpr unsigned ALL_PARTS = 31;
 
-struct bar_parts {
-    std::array<pixel_box, NPARTS> box{};
-};
-
-// How far text rises above its baseline and falls below it, and how wide the mark may be.
-struct text_room {
-    int ascent, descent, widest;
-};
-
-text_room measure_text() {
-    FontInfo font;
-    GetFontInfo(&font);
-    return {font.ascent, font.descent, font.widMax};
-}
-
-// Where the zoom leaves a bar no height its middle row is its own, so that it is one pixel high, and three as the outline
-// of a selected event.
-bar_parts parts_of(const view_frame& f, const bar_look& look, const text_room& text) {
-    const std::int32_t top = look.y - look.half;
-    const std::int32_t bottom = look.y + look.half + (f.half == 0 ? 1 : 0);
-    const std::int32_t right = look.left + look.length;
-    bar_parts p;
-    if (look.black_key) {
-        const std::int32_t mark = look.left - SHARP_LEFT;
-        const std::int32_t baseline = look.y + SHARP_BASELINE;
-        p.box[PART_MARK] = {mark, baseline - text.ascent, mark + text.widest, baseline + text.descent};
+// Where the parts end: the head begins at the bar's left, the box where the head ends, the rest where the box does. A part
+// that is missing is empty. Where the zoom leaves a bar no height its middle row is its own, so that it is one pixel
+// high, and three as the outline of a selected event.
+struct bar_edges {
+    std::int32_t top, bottom, head, box, right;
+    bar_edges(const view_frame& f, const bar_look& look)
+        : top(look.y - look.half), bottom(look.y + look.half + (f.half == 0 ? 1 : 0)),
+          right(look.left + look.length) {
+        head = f.labels ? look.left + HEAD : right;
+        if (look.length <= HEAD + 1) right = head; // no box, and nothing behind it
+        box = std::min(head + look.label_width + 2, right);
     }
-    if (!f.labels) {
-        p.box[PART_HEAD] = {look.left, top, right, bottom};
-        return p;
-    }
-    p.box[PART_HEAD] = {look.left, top, look.left + HEAD, bottom};
-    const std::int32_t label = look.left + LABEL_LEFT;
-    const std::int32_t baseline = look.y + LABEL_BASELINE;
-    p.box[PART_LABEL] = {label, baseline - text.ascent, label + look.label_width, baseline + text.descent};
-    if (look.length <= HEAD + 1) return p;
-    const std::int32_t box_right = look.left + HEAD + look.label_width + 2;
-    p.box[PART_BOX] = {look.left + HEAD, top, std::min(box_right, right), bottom};
-    if (box_right <= right) p.box[PART_REST] = {box_right, top, right, bottom};
-    return p;
-}
+};
 
 // Selected events are outlines, others solid.
-void fill(const bar_look& look, const pixel_box& box) {
+void fill(const bar_look& look, const bar_edges& e, std::int32_t left, std::int32_t right) {
+    if (left >= right) return;
     if (look.selected)
-        t_framerect(box.left, box.top, box.right, box.bottom);
+        t_framerect(left, e.top, right, e.bottom);
     else
-        t_paintrect(box.left, box.top, box.right, box.bottom);
+        t_paintrect(left, e.top, right, e.bottom);
 }
 
 void draw_label(const view_frame& f, const bar_look& look) {
@@ -82,48 +53,96 @@ void draw_label(const view_frame& f, const bar_look& look) {
     DrawText(label, 0, length);
 }
 
-// Draws the wanted ones of the parts, a bit each; the colour is left as the last one needed it.
-void draw_parts(const view_frame& f, const bar_look& look, const bar_parts& p, std::uint8_t wanted) {
-    const auto wants = [&](bar_part part) {
-        return (wanted >> part & 1) != 0 && p.box[part].left < p.box[part].right;
-    };
-    if (wants(PART_HEAD) || wants(PART_REST)) {
+// Draws the wanted ones of the parts; the colour is left as the last one needed it.
+void draw_parts(const view_frame& f, const bar_look& look, unsigned wanted) {
+    const bar_edges e(f, look);
+    if (wanted & (PART_HEAD | PART_REST)) {
         if (f.set.colorparam == PARAM_TRACK)
             brisolan_trackcolor(look.track - 1);
         else
             t_color(COLOR_FOREGROUND);
-        if (wants(PART_HEAD)) fill(look, p.box[PART_HEAD]);
-        if (wants(PART_REST)) fill(look, p.box[PART_REST]);
+        if (wanted & PART_HEAD) fill(look, e, look.left, e.head);
+        if (wanted & PART_REST) fill(look, e, e.box, e.right);
     }
-    if (wants(PART_BOX)) {
+    if (wanted & PART_BOX && e.head < e.box) {
         t_color(COLOR_GRID);
-        fill(look, p.box[PART_BOX]);
+        fill(look, e, e.head, e.box);
     }
-    if (!wants(PART_LABEL) && !wants(PART_MARK)) return;
+    if (!(wanted & (PART_LABEL | PART_MARK))) return;
     t_color(COLOR_FOREGROUND);
-    if (wants(PART_LABEL)) draw_label(f, look);
-    if (wants(PART_MARK)) t_drawstring("#", look.left - SHARP_LEFT, look.y + SHARP_BASELINE);
+    if (wanted & PART_LABEL && f.labels) draw_label(f, look);
+    if (wanted & PART_MARK && look.black_key)
+        t_drawstring("#", look.left - SHARP_LEFT, look.y + SHARP_BASELINE);
 }
 
-// The parts that are not hidden by what is drawn later, a bit each.
-std::uint8_t seen_parts(const bar_parts& p, const cover_map& cover) {
+// How far text rises above its baseline and falls below it.
+struct text_room {
+    std::int32_t ascent, descent;
+};
+
+text_room measure_text() {
+    FontInfo font;
+    GetFontInfo(&font);
+    return {font.ascent, font.descent};
+}
+
+// The bits of columns from..to-1 of a window; from < to <= 64.
+std::uint64_t columns(std::int32_t from, std::int32_t to) {
+    return ~std::uint64_t{0} >> (64 - (to - from)) << from;
+}
+
+// The parts that are not hidden by what is drawn later, part by part.
+unsigned seen_by_boxes(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
+                       const cover_map& cover) {
+    const auto shows = [&](std::int32_t left, std::int32_t right) {
+        return left < right && !cover.hides({left, e.top, right, e.bottom});
+    };
     unsigned seen = 0;
-    for (unsigned part = 0; part < NPARTS; ++part) {
-        if (p.box[part].left < p.box[part].right && !cover.hides(p.box[part])) seen |= 1u << part;
-    }
-    return static_cast<std::uint8_t>(seen);
+    if (look.black_key) seen |= PART_MARK;
+    if (shows(look.left, e.head)) seen |= PART_HEAD;
+    if (shows(e.head, e.box)) seen |= PART_BOX;
+    if (shows(e.box, e.right)) seen |= PART_REST;
+    const std::int32_t label = look.left + LABEL_LEFT;
+    const std::int32_t baseline = look.y + LABEL_BASELINE;
+    const pixel_box behind_label{label, baseline - text.ascent, label + look.label_width,
+                                 baseline + text.descent};
+    return f.labels && !cover.hides(behind_label) ? seen | PART_LABEL : seen;
+}
+
+// The same for a bar that fits a window, in one look at each of its rows.
+unsigned seen_in_window(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
+                        const cover_map& cover) {
+    const auto shows = [](std::uint64_t hidden, std::int32_t from, std::int32_t to) {
+        return from < to && (~hidden & columns(from, to)) != 0;
+    };
+    const std::uint64_t bar = cover.hidden(look.left, e.top, e.bottom);
+    unsigned seen = 0;
+    if (look.black_key) seen |= PART_MARK;
+    if (shows(bar, 0, e.head - look.left)) seen |= PART_HEAD;
+    if (shows(bar, e.head - look.left, e.box - look.left)) seen |= PART_BOX;
+    if (shows(bar, e.box - look.left, e.right - look.left)) seen |= PART_REST;
+    if (!f.labels) return seen;
+    const std::int32_t baseline = look.y + LABEL_BASELINE;
+    const std::uint64_t behind_label =
+        cover.hidden(look.left, baseline - text.ascent, baseline + text.descent);
+    return shows(behind_label, LABEL_LEFT, LABEL_LEFT + look.label_width) ? seen | PART_LABEL : seen;
+}
+
+unsigned seen_parts(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
+                    const cover_map& cover) {
+    const std::int32_t width = std::max(e.right - look.left, LABEL_LEFT + look.label_width);
+    const bool fits = width <= 64 && cover.in_reach(look.left);
+    return fits ? seen_in_window(f, look, e, text, cover) : seen_by_boxes(f, look, e, text, cover);
 }
 
 // What the bar sets for certain: its solid parts, or the rows of its outlines; text is left out.
-void cover_bar(const bar_look& look, const bar_parts& p, cover_map* cover) {
-    const pixel_box& head = p.box[PART_HEAD];
-    const std::int32_t right = std::max({head.right, p.box[PART_BOX].right, p.box[PART_REST].right});
+void cover_bar(const bar_look& look, const bar_edges& e, cover_map* cover) {
     if (!look.selected) {
-        cover->add({head.left, head.top, right, head.bottom});
+        cover->add({look.left, e.top, e.right, e.bottom});
         return;
     }
-    cover->add({head.left, head.top, right, head.top + 1});
-    cover->add({head.left, head.bottom - 1, right, head.bottom});
+    cover->add({look.left, e.top, e.right, e.top + 1});
+    cover->add({look.left, e.bottom - 1, e.right, e.bottom});
 }
 
 } // namespace
@@ -134,29 +153,26 @@ void brisolan_beginbars() {
 }
 
 void brisolan_drawbar(const view_frame& f, const bar_look& look) {
-    draw_parts(f, look, parts_of(f, look, measure_text()), ALL_PARTS);
+    draw_parts(f, look, ALL_PARTS);
     t_color(COLOR_FOREGROUND);
 }
 
-void brisolan_drawbars(const view_frame& f, const std::vector<bar_look>& looks, cover_map* cover) {
+void brisolan_drawbars(const view_frame& f, const std::vector<const bar_look*>& looks, cover_map* cover) {
     struct seen_bar {
-        std::uint32_t at;
-        std::uint8_t parts;
+        const bar_look* look;
+        unsigned parts;
     };
     static std::vector<seen_bar> seen; // main level; kept for its storage
     const text_room text = measure_text();
     seen.clear();
     cover->begin(f.data);
     for (std::size_t i = looks.size(); i-- > 0;) {
-        const bar_parts p = parts_of(f, looks[i], text);
-        const std::uint8_t parts = seen_parts(p, *cover);
+        const bar_edges e(f, *looks[i]);
+        const unsigned parts = seen_parts(f, *looks[i], e, text, *cover);
         if (!parts) continue;
-        cover_bar(looks[i], p, cover);
-        seen.push_back({static_cast<std::uint32_t>(i), parts});
+        cover_bar(*looks[i], e, cover);
+        seen.push_back({looks[i], parts});
     }
-    for (std::size_t i = seen.size(); i-- > 0;) {
-        const bar_look& look = looks[seen[i].at];
-        draw_parts(f, look, parts_of(f, look, text), seen[i].parts);
-    }
+    for (std::size_t i = seen.size(); i-- > 0;) draw_parts(f, *seen[i].look, seen[i].parts);
     t_color(COLOR_FOREGROUND);
 }

@@ -7,12 +7,39 @@
 
 #include "view/bitruns.h"
 
+namespace {
+
+constexpr int PADDING = BITS; // columns in front of a row
+constexpr int PADDED_WORDS = 3;
+
+} // namespace
+
 void cover_map::begin(const Rect& data) {
     area = data;
     area.right = std::max(data.right, data.left);
     area.bottom = std::max(data.bottom, data.top);
-    words = words_for(area.right - area.left);
+    const int width = area.right - area.left;
+    words = words_for(width) + PADDED_WORDS;
     bits.assign(static_cast<std::size_t>(area.bottom - area.top) * static_cast<std::size_t>(words), 0);
+    const bit_run front(0, PADDING);
+    const bit_run behind(PADDING + width, words * BITS);
+    std::uint64_t* row = bits.data();
+    for (int v = area.top; v < area.bottom; ++v, row += words) {
+        front.set(row);
+        behind.set(row);
+    }
+}
+
+std::uint64_t cover_map::hidden(std::int32_t column, std::int32_t top, std::int32_t bottom) const {
+    const int at = column - area.left + PADDING;
+    const int shift = at % BITS;
+    const int from = std::max<int>(top, area.top) - area.top;
+    const int to = std::min<int>(bottom, area.bottom) - area.top;
+    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(from) * words + at / BITS;
+    std::uint64_t all = ~std::uint64_t{0};
+    // The second shift in two steps, so that a shift of 0 takes nothing of the next word.
+    for (int v = from; v < to; ++v, row += words) all &= row[0] >> shift | row[1] << 1 << (BITS - 1 - shift);
+    return all;
 }
 
 bool cover_map::hides(const pixel_box& box) const {
@@ -21,7 +48,7 @@ bool cover_map::hides(const pixel_box& box) const {
     const int top = std::max<int>(box.top, area.top) - area.top;
     const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
     if (from >= to) return true;
-    const bit_run run(from, to);
+    const bit_run run(from + PADDING, to + PADDING);
     const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
     for (int v = top; v < bottom; ++v, row += words) {
         if (!run.all(row)) return false;
@@ -35,7 +62,7 @@ void cover_map::add(const pixel_box& box) {
     const int top = std::max<int>(box.top, area.top) - area.top;
     const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
     if (from >= to) return;
-    const bit_run run(from, to);
+    const bit_run run(from + PADDING, to + PADDING);
     std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
     for (int v = top; v < bottom; ++v, row += words) run.set(row);
 }

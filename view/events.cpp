@@ -46,13 +46,13 @@ void want_marked(brisolan* x) {
     brisolan_redraw(x);
 }
 
-bar_look look_of(view_index& ix, event* e) {
+// The event's measured bar; valid until the next call.
+const bar_look& look_of(view_index& ix, event* e) {
     if (ix.last == e && brisolan_sameplace(ix.frame, ix.last_look, *e)) return ix.last_look;
-    bar_look look = brisolan_place(ix.frame, *e);
-    brisolan_measure(ix.frame, &look);
+    ix.last_look = brisolan_place(ix.frame, *e);
+    brisolan_measure(ix.frame, &ix.last_look);
     ix.last = e;
-    ix.last_look = look;
-    return look;
+    return ix.last_look;
 }
 
 bool shows(const brisolan* x, const view_index& ix, const bar_look& look) {
@@ -117,22 +117,24 @@ void find_touched_drawings(view_index& ix) {
     }
 }
 
-// Marks whoever was touched, and places all. With `drawn`, the marked ones that show are drawn next: their looks are kept
-// in list order, and they are not marked any more.
+// Marks whoever was touched, and places all. With `drawn`, the marked ones that show are drawn next: they are wanted,
+// in list order, and are not marked any more.
 void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     find_touched_drawings(ix);
-    ix.looks.clear();
+    ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
         deferred_drawing* d = drawing_of(ix, e, place);
-        const bool touched = d ? d->touched : ix.touches.touched(ix.entries.back().box);
-        if (!e->needsdraw && !touched) return;
+        if (!e->needsdraw) {
+            const bool touched = d ? d->touched : ix.touches.touched(brisolan_touchedbox(ix.frame, look));
+            if (!touched) return;
+        }
         const bool showing = shows(x, ix, look);
         if (showing && d && brisolan_sameplace(ix.frame, d->look, *e)) d->redundant = true;
         if (showing && drawn) {
-            ix.looks.push_back(look);
+            ix.wanted.push_back(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{0};
         } else {
-            ix.dirty.push_back(static_cast<std::uint32_t>(ix.entries.size() - 1));
+            ix.dirty.push_back(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{1};
         }
     });
@@ -166,7 +168,7 @@ void settle(brisolan* x, view_index& ix, settling how) {
     if (how != settling::nothing) {
         const event_clip clip(x);
         replay(ix);
-        brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+        brisolan_drawwanted(ix);
     }
     ix.gathering = false;
     ix.log.clear();
@@ -179,31 +181,31 @@ void settle(brisolan* x, view_index& ix, settling how) {
 void draw_dirty(brisolan* x, view_index& ix) {
     std::sort(ix.dirty.begin(), ix.dirty.end());
     const event_clip clip(x);
-    ix.looks.clear();
+    ix.wanted.clear();
     for (const std::uint32_t id : ix.dirty) {
         event* e = ix.entries[id].e;
         if (!e->needsdraw) continue;
         bar_look look = brisolan_place(ix.frame, *e);
         if (!shows(x, ix, look)) continue;
         brisolan_measure(ix.frame, &look);
-        ix.looks.push_back(look);
         brisolan_entrymoved(ix, e, look);
+        ix.wanted.push_back(id);
         e->needsdraw = std::uint8_t{0};
     }
-    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+    brisolan_drawwanted(ix);
     ix.dirty.clear();
 }
 
 // A walk over all: marked ones are drawn.
 void draw_all_marked(brisolan* x, view_index& ix) {
     const event_clip clip(x);
-    ix.looks.clear();
+    ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
         if (!e->needsdraw || !shows(x, ix, look)) return;
-        ix.looks.push_back(look);
+        ix.wanted.push_back(brisolan_lastentry(ix));
         e->needsdraw = std::uint8_t{0};
     });
-    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+    brisolan_drawwanted(ix);
 }
 
 // ---- the hit test
@@ -225,8 +227,7 @@ event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
 // Placing all anew outside a redraw must not lose who is marked.
 void place_for_finding(brisolan* x, view_index& ix) {
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (e->needsdraw && shows(x, ix, look))
-            ix.dirty.push_back(static_cast<std::uint32_t>(ix.entries.size() - 1));
+        if (e->needsdraw && shows(x, ix, look)) ix.dirty.push_back(brisolan_lastentry(ix));
     });
 }
 
@@ -236,7 +237,7 @@ event* find_placed(brisolan* x, view_index& ix, int h, int v) {
     std::uint32_t first = UINT32_MAX;
     brisolan_overlapping(ix, around, [&](std::uint32_t id) {
         const placed_event& p = ix.entries[id];
-        const bool near = v >= p.y - 1 && v <= p.y + 1;
+        const bool near = v >= p.look.y - 1 && v <= p.look.y + 1;
         if (id < first && near && brisolan_trackisshown(x, p.e->track)) first = id;
     });
     return first == UINT32_MAX ? nullptr : ix.entries[first].e;
@@ -265,18 +266,18 @@ void brisolan_drawevts(brisolan* x) {
     view_index& ix = brisolan_index(x);
     brisolan_eventclip(x);
     brisolan_beginbars();
-    ix.looks.clear();
+    ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
         if (!shows(x, ix, look)) return;
-        ix.looks.push_back(look);
+        ix.wanted.push_back(brisolan_lastentry(ix));
         e->needsdraw = std::uint8_t{0};
     });
-    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+    brisolan_drawwanted(ix);
 }
 
 void brisolan_drawit(brisolan* x, event* e) {
     view_index& ix = brisolan_index(x);
-    const bar_look look = look_of(ix, e);
+    const bar_look& look = look_of(ix, e);
     if (!shows(x, ix, look)) return;
     e->needsdraw = std::uint8_t{0};
     if (!x->window->visible) return;
@@ -297,6 +298,13 @@ void brisolan_eraseit(brisolan* x, event* e) {
         erase_now(x, ix, e, box);
     else
         gather_erasing(ix, box);
+}
+
+void brisolan_gather(brisolan* x, std::int32_t count) {
+    if (count <= FEW || !x->window->visible) return;
+    view_index& ix = brisolan_index(x);
+    ix.gathering = true;
+    ix.placed = false;
 }
 
 void brisolan_drawdirtyevts(brisolan* x) {

@@ -31,6 +31,9 @@ void brisolan_eraseit(brisolan* x, event* e);
 // Draws every event whose `needsdraw` is set, in list order, inside the data area. [main]
 void brisolan_drawdirtyevts(brisolan* x);
 
+// Tells that about so many events are going to be erased before the next redraw, so that all of it is put off from the
+// first on. Only a hint: nothing else depends on it. [main]
+void brisolan_gather(brisolan* x, std::int32_t count);
 // Brings onto the screen what brisolan_eraseit and brisolan_drawit have put off while they were called for many events
 // at once. Whoever draws over the data area by other means (the rubber band) calls it first. [main]
 void brisolan_settle(brisolan* x);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "view/bars.h"
 #include "view/events.h"
 
 namespace {
@@ -29,18 +30,19 @@ int placed_bands::band_of(int v) const {
     return std::clamp((v - top) >> BAND_SHIFT, 0, bands - 1);
 }
 
-void placed_bands::make(const std::vector<placed_event>& entries, const Rect& data) {
-    top = data.top - MARGIN;
-    const int rows = std::max(data.bottom + MARGIN - top, 1);
+void placed_bands::make(const std::vector<placed_event>& entries, const view_frame& f) {
+    top = f.data.top - MARGIN;
+    const int rows = std::max(f.data.bottom + MARGIN - top, 1);
     first.assign(static_cast<std::size_t>((rows >> BAND_SHIFT) + 2), 0);
-    for (const placed_event& p : entries) ++first[static_cast<std::size_t>(band_of(p.box.top)) + 1];
+    std::vector<item> unsorted(entries.size());
+    for (std::uint32_t id = 0; id < entries.size(); ++id) {
+        unsorted[id] = {brisolan_touchedbox(f, entries[id].look), id};
+        ++first[static_cast<std::size_t>(band_of(unsorted[id].box.top)) + 1];
+    }
     for (std::size_t b = 1; b < first.size(); ++b) first[b] += first[b - 1];
     std::vector<std::uint32_t> next = first;
     items.resize(entries.size());
-    for (std::uint32_t id = 0; id < entries.size(); ++id) {
-        const placed_event& p = entries[id];
-        items[next[static_cast<std::size_t>(band_of(p.box.top))]++] = {p.box, id};
-    }
+    for (const item& i : unsorted) items[next[static_cast<std::size_t>(band_of(i.box.top))]++] = i;
     made = true;
 }
 
@@ -76,7 +78,7 @@ void brisolan_makebands(view_index& ix) {
     if (ix.bands.is_made() && ix.loose.size() <= MANY_LOOSE) return;
     for (const std::uint32_t id : ix.loose) ix.entries[id].loose = false;
     ix.loose.clear();
-    ix.bands.make(ix.entries, ix.frame.data);
+    ix.bands.make(ix.entries, ix.frame);
 }
 
 void brisolan_marktouched(view_index& ix, const bar_box& erased) {
@@ -88,6 +90,12 @@ void brisolan_marktouched(view_index& ix, const bar_box& erased) {
     });
 }
 
+void brisolan_drawwanted(view_index& ix) {
+    ix.looks.clear();
+    for (const std::uint32_t id : ix.wanted) ix.looks.push_back(&ix.entries[id].look);
+    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+}
+
 void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look) {
     const std::int64_t id = brisolan_entryof(ix, e);
     if (id < 0) {
@@ -95,10 +103,10 @@ void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look) {
         return;
     }
     placed_event& p = ix.entries[static_cast<std::size_t>(id)];
-    const bar_box box = brisolan_touchedbox(ix.frame, look);
-    if (p.box == box && p.y == look.y) return;
-    p.box = box;
-    p.y = look.y;
+    const bool moved =
+        brisolan_touchedbox(ix.frame, look) != brisolan_touchedbox(ix.frame, p.look) || p.look.y != look.y;
+    p.look = look;
+    if (!moved) return;
     if (p.loose || !ix.bands.is_made()) return;
     p.loose = true;
     ix.loose.push_back(static_cast<std::uint32_t>(id));

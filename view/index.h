@@ -4,9 +4,9 @@
 // Called by the drawing, the erasing and the hit test of events; invisible in what they draw.
 //
 // The memory has two states.
-//   - Placed: every event whose bar reaches into the window stands in `entries` in list order, with the box in which it
-//     is touched. Holds as long as the frame and the three counters are those of then: list and values are changed in
-//     between only through brisolan_eraseit, whose events are dirty, and a dirty event's box is not asked for. Erasing
+//   - Placed: every event whose bar reaches into the window stands in `entries` in list order, with the bar's look.
+//     Holds as long as the frame and the three counters are those of then: list and values are changed in
+//     between only through brisolan_eraseit, whose events are dirty, and a dirty event's look is not asked for. Erasing
 //     and drawing one event happen at once.
 //   - Gathering: erasings and drawings are put down in `log`, in order, with all that is needed to carry them out later;
 //     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows.
@@ -25,9 +25,8 @@
 // An event in sight. `e` may be followed as long as the memory is placed.
 struct placed_event {
     event* e;
-    bar_box box; // in which it is touched
-    std::int32_t y;
-    bool loose = false; // its box has changed since the bands were made
+    bar_look look;
+    bool loose = false; // its look has changed since the bands were made
 };
 
 // Many placed events by rows, for finding those near a box.
@@ -35,7 +34,7 @@ class placed_bands {
 public:
     void clear() { made = false; }
     bool is_made() const { return made; }
-    void make(const std::vector<placed_event>& entries, const Rect& data);
+    void make(const std::vector<placed_event>& entries, const view_frame& f);
     // Calls found(id) for each placed event that overlaps the box.
     template <class Found> void overlapping(const bar_box& box, Found found) const;
 
@@ -92,7 +91,8 @@ struct view_index {
     touch_map touches;
     grid_patches patches;
     cover_map cover;
-    std::vector<bar_look> looks;
+    std::vector<std::uint32_t> wanted;  // entries to be drawn, in order
+    std::vector<const bar_look*> looks; // theirs
 };
 
 // The instance's memory, made at the first use, its frame brought up to date. [main]
@@ -103,7 +103,8 @@ bool brisolan_isplaced(const brisolan* x, const view_index& ix);
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
 // The drawing that waits for an event whose `place` this is; null when there is none. [main]
 const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place);
-// Places every event in sight anew and calls each(e, look, place) for those, `place` being the event's old one. [main]
+// Places every event in sight anew and calls each(e, look, place) for those, `look` being in its entry, which is the last
+// one, and `place` the event's old one. [main]
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each);
 // Makes sure that the bands are made and most of the entries stand in them. The memory must be placed. [main]
 void brisolan_makebands(view_index& ix);
@@ -111,6 +112,12 @@ void brisolan_makebands(view_index& ix);
 template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& box, Found found);
 // Marks, in a memory that is placed, every event in sight whose box overlaps this. [main]
 void brisolan_marktouched(view_index& ix, const bar_box& erased);
+// The id of the entry made last. [main]
+inline std::uint32_t brisolan_lastentry(const view_index& ix) {
+    return static_cast<std::uint32_t>(ix.entries.size() - 1);
+}
+// Draws the wanted entries; the clip must be the data area. [main]
+void brisolan_drawwanted(view_index& ix);
 // An event was drawn in this place: its entry follows. [main]
 void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look);
 
@@ -129,7 +136,7 @@ template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& 
         if (!ix.entries[id].loose) found(id);
     });
     for (const std::uint32_t id : ix.loose) {
-        if (ix.entries[id].box.overlaps(box)) found(id);
+        if (brisolan_touchedbox(ix.frame, ix.entries[id].look).overlaps(box)) found(id);
     }
 }
 
@@ -152,8 +159,8 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
         if (!known) brisolan_measure(ix.frame, &look);
         if (look.right < ix.frame.data.left) continue;
         const std::uint32_t place = e->place;
-        ix.entries.push_back({e, brisolan_touchedbox(ix.frame, look), look.y});
+        ix.entries.push_back({e, look});
         e->place = static_cast<std::uint32_t>(ix.entries.size());
-        each(e, look, place);
+        each(e, ix.entries.back().look, place);
     }
 }

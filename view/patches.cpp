@@ -35,15 +35,17 @@ void grid_patches::add(const bar_box& erased) {
     const int to_line = std::min(erased.right, right - 1) + 1 - left;
     if (from >= to_line) return;
     const bit_run with_edge(from, to_line);
+    const bool has_area = from < to;
+    const bit_run area(from, has_area ? to : from + 1);
     for (int v = std::max<int>(erased.top, top); v <= behind && v < bottom; ++v) {
         std::uint64_t* at = row(v);
         if (row_colour[static_cast<std::size_t>(v)] != 0) {
             with_edge.set(at);
             continue;
         }
-        if (v < behind && from < to) bit_run(from, to).set(at);
+        if (v < behind && has_area) area.set(at);
         for (int w = with_edge.first; w <= with_edge.last; ++w)
-            at[w] |= with_edge.in(w) & columns[static_cast<std::size_t>(w)];
+            at[w] |= with_edge.in(w)&columns[static_cast<std::size_t>(w)];
     }
 }
 

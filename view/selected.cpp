@@ -47,6 +47,7 @@ void brisolan_unselect(brisolan* x, event* e) {
 }
 
 void brisolan_noselect(brisolan* x) {
+    brisolan_gather(x, x->nselected);
     for (event* e = x->events; e; e = e->next) {
         if (e->selected) deselect(x, e);
     }
