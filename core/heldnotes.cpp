@@ -21,10 +21,10 @@ void brisolan_hold(brisolan* x, event* note) {
         return;
     }
     if (!x->held_tail) return;
-    event_node* n = brisolan_newnode(note, nullptr);
-    if (!n) return;
-    if (x->held_tail->next) brisolan_freenode(x->held_tail->next);
-    x->held_tail->next = n;
+    if (x->held_tail->next)
+        x->held_tail->next->note = note; // the node of the one that drops out
+    else
+        x->held_tail->next = brisolan_newnode(note, nullptr);
 }
 
 void brisolan_dropheld(brisolan* x, event_node** at) {

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "host/kernel/binaryform.h"
 #include "host/kernel/dispatch.h"
@@ -39,35 +41,114 @@ struct host_atombuf {
 
 namespace {
 
-// How much is read at a time: growing with what is there, so that a false length costs nothing.
-constexpr std::int32_t READ_SIZE = 1 << 20;
+// Gives a buffer's lines one after the other.
+class line_reader {
+public:
+    explicit line_reader(const host_atombuf* from) : b(from), atoms(16) {}
 
-host_err read_whole(const char* name, std::int16_t path, byte_store* bytes) {
-    host_file* file = nullptr;
-    if (const host_err e = host_file_open(name, path, &file)) return e;
-    host_err failure = HOST_OK;
-    for (;;) {
-        std::int32_t count = READ_SIZE;
-        unsigned char* to = bytes->reserve(static_cast<std::size_t>(count));
-        failure = host_file_read(file, &count, to);
-        bytes->advance_to(to + count);
-        if (failure || count < READ_SIZE) break;
+    // The next line's atoms, valid until the next call; none behind the last line. What a line has set off may have
+    // appended further ones, and moved them all.
+    std::span<const atom> next() {
+        if (done >= b->code.size()) return {};
+        const unsigned char* at = b->code.data() + done;
+        std::size_t n = 0;
+        for (std::uint64_t code = get_code(at); mark_of(code) != MARK_END; code = get_code(at)) {
+            if (n == atoms.size()) atoms.resize(2 * n);
+            atoms[n++] = b->atom_of(code);
+        }
+        done = static_cast<std::size_t>(at - b->code.data());
+        return {atoms.data(), n};
     }
-    const host_err closed = host_file_close(file);
-    return failure ? failure : closed;
+
+private:
+    const host_atombuf* b;
+    std::vector<atom> atoms;
+    std::size_t done = 0;
+};
+
+// How many lines are delivered before the scheduler may have its turn again: it waits a few microseconds, and the lockout
+// is not taken and given back for each of a million events.
+constexpr int LINES_AT_A_TIME = 32;
+
+// How much goes to or from a file at a time. A false length in a file costs nothing.
+constexpr std::int32_t PIECE_SIZE = 1 << 16;
+
+// A file open for reading, for the length of a scope.
+class open_document {
+public:
+    ~open_document() {
+        if (file) (void)host_file_close(file);
+    }
+    host_err open(const char* name, std::int16_t path) { return host_file_open(name, path, &file); }
+    host_err close() { return host_file_close(std::exchange(file, nullptr)); }
+
+    // Adds a further piece to what is there; *more is false behind the last one.
+    host_err read(byte_store* bytes, bool* more) {
+        std::int32_t count = PIECE_SIZE;
+        unsigned char* to = bytes->reserve(static_cast<std::size_t>(count));
+        const host_err e = host_file_read(file, &count, to);
+        bytes->advance_to(to + count);
+        *more = count == PIECE_SIZE;
+        return e;
+    }
+
+private:
+    host_file* file = nullptr;
+};
+
+std::span<const std::byte> as_bytes(const unsigned char* data, std::size_t size) {
+    return {reinterpret_cast<const std::byte*>(data), size};
 }
 
-std::string describe(const kel_form_error& e, bool binary, const byte_store& bytes) {
-    if (binary) return std::string(e.what) + " at byte " + std::to_string(e.offset);
-    const unsigned char* const upto = bytes.data() + std::min(e.offset, bytes.size());
-    const auto line = std::count(bytes.data(), upto, '\n') + 1;
-    return std::string(e.what) + " in line " + std::to_string(line);
+// The bytes up to the last line feed, or all of them when the text ends with them.
+std::size_t whole_lines(const byte_store& text, bool more) {
+    const std::string_view all(reinterpret_cast<const char*>(text.data()), text.size());
+    return more ? all.rfind('\n') + 1 : all.size(); // 0 when there is no line feed
+}
+
+// The text itself is never in memory as a whole, unless it has no line feeds.
+host_err read_text(open_document& file, kel_document* document, std::optional<kel_form_error>* wrong) {
+    kel_text_parser parser(document);
+    byte_store text;
+    for (bool more = true; more && !*wrong;) {
+        if (const host_err e = file.read(&text, &more)) return e;
+        const std::size_t size = whole_lines(text, more);
+        *wrong = parser.feed(as_bytes(text.data(), size));
+        text.drop_front(size);
+    }
+    if (!*wrong) *wrong = parser.finish();
+    return HOST_OK;
+}
+
+host_err read_binary(open_document& file, kel_document* document, std::optional<kel_form_error>* wrong) {
+    byte_store bytes;
+    for (bool more = true; more;) {
+        if (const host_err e = file.read(&bytes, &more)) return e;
+    }
+    std::span<const unsigned char> lines;
+    *wrong = kel_check_binary(as_bytes(bytes.data(), bytes.size()), document, &lines);
+    if (*wrong) return HOST_OK;
+    bytes.drop_front(bytes.size() - lines.size());
+    document->code = std::move(bytes);
+    return HOST_OK;
+}
+
+// The line feeds in front of a place in a file.
+std::size_t lines_before(const char* name, std::int16_t path, std::size_t offset) {
+    open_document file;
+    byte_store text;
+    bool more = file.open(name, path) == HOST_OK;
+    while (more && text.size() < offset) {
+        if (file.read(&text, &more)) break;
+    }
+    return static_cast<std::size_t>(
+        std::count(text.data(), text.data() + std::min(offset, text.size()), '\n'));
 }
 
 host_err write_piece(host_file* file, const void* bytes, std::size_t size) {
     const char* at = static_cast<const char*>(bytes);
     while (size > 0) {
-        std::int32_t count = static_cast<std::int32_t>(std::min<std::size_t>(size, READ_SIZE));
+        std::int32_t count = static_cast<std::int32_t>(std::min<std::size_t>(size, PIECE_SIZE));
         const std::int32_t wanted = count;
         if (const host_err e = host_file_write(file, &count, at)) return e;
         at += wanted;
@@ -133,15 +214,8 @@ void host_atombuf_append_atoms(host_atombuf* b, std::span<const atom> line) {
 }
 
 void kel_atombuf_lines(const host_atombuf* b, const std::function<bool(std::span<const atom>)>& each) {
-    std::vector<atom> line;
-    const unsigned char* at = b->code.data();
-    // The end is asked for anew: what a line does may append further ones, and move them.
-    for (std::size_t done = 0; done < b->code.size();) {
-        at = b->code.data() + done;
-        line.clear();
-        for (std::uint64_t code = get_code(at); mark_of(code) != MARK_END; code = get_code(at))
-            line.push_back(b->atom_of(code));
-        done = static_cast<std::size_t>(at - b->code.data());
+    line_reader lines(b);
+    for (std::span<const atom> line = lines.next(); !line.empty(); line = lines.next()) {
         if (!each(line)) return;
     }
 }
@@ -155,13 +229,18 @@ std::size_t kel_atombuf_size(const host_atombuf* b) {
 }
 
 void host_atombuf_eval(const host_atombuf* b) {
-    kel_atombuf_lines(b, [](std::span<const atom> line) {
-        if (line[0].type == A_SYM)
-            kel_message(line[0].s, line.subspan(1));
-        else
-            host_error("host: a line that begins with a number has no receiver");
-        return true;
-    });
+    line_reader lines(b);
+    std::span<const atom> line = lines.next();
+    while (!line.empty()) {
+        const bool before = host_lockout_set(true);
+        for (int i = 0; i < LINES_AT_A_TIME && !line.empty(); ++i, line = lines.next()) {
+            if (line[0].type == A_SYM)
+                kel_message(line[0].s, line.subspan(1));
+            else
+                host_error("host: a line that begins with a number has no receiver");
+        }
+        host_lockout_set(before);
+    }
 }
 
 bool host_atombuf_getatom(const host_atombuf* b, std::int32_t index, atom* out) {
@@ -192,7 +271,7 @@ void kel_atombuf_take(host_atombuf* b, kel_document&& document) {
     const unsigned char* at = document.code.data();
     const unsigned char* const end = at + document.code.size();
     if (b->code.size() == 0 && b->symbols.empty()) {
-        for (const unsigned char* p = at; p < end;) b->lines += mark_of(get_code(p)) == MARK_END;
+        b->lines = document.lines;
         b->code = std::move(document.code);
         b->symbols = std::move(symbols);
         for (std::size_t i = 0; i < b->symbols.size(); ++i)
@@ -209,16 +288,23 @@ void kel_atombuf_take(host_atombuf* b, kel_document&& document) {
 
 host_err kel_document_read(const char* name, std::int16_t path, bool binary, kel_document* document,
                            std::string* why) {
-    byte_store bytes;
-    if (const host_err e = read_whole(name, path, &bytes)) {
-        *why = kel_filereason(e);
-        return e;
+    open_document file;
+    std::optional<kel_form_error> wrong;
+    host_err failure = file.open(name, path);
+    if (!failure) {
+        failure = binary ? read_binary(file, document, &wrong) : read_text(file, document, &wrong);
+        const host_err closed = file.close();
+        if (!failure) failure = closed;
     }
-    const std::span<const std::byte> all(reinterpret_cast<const std::byte*>(bytes.data()), bytes.size());
-    const auto wrong = binary ? kel_parse_binary(all, document) : kel_parse_text(all, document);
-    if (!wrong) return HOST_OK;
-    *why = describe(*wrong, binary, bytes);
-    return HOST_ERR_FORMAT;
+    if (failure) {
+        *why = kel_filereason(failure);
+    } else if (wrong) {
+        failure = HOST_ERR_FORMAT;
+        *why = std::string(wrong->what) +
+               (binary ? " at byte " + std::to_string(wrong->offset)
+                       : " in line " + std::to_string(1 + lines_before(name, path, wrong->offset)));
+    }
+    return failure;
 }
 
 host_err host_atombuf_read(host_atombuf* b, const char* name, std::int16_t path, bool binary) {

@@ -19,6 +19,7 @@
 struct kel_document {
     byte_store code;                 // the lines
     std::deque<std::string> symbols; // by index; none holds a null character
+    std::size_t lines = 0;
 
     // The index of a symbol's text, entered when it is new.
     std::uint32_t symbol_index(std::string_view text);

@@ -52,8 +52,9 @@ public:
     body_parser(std::span<const unsigned char> body, kel_document* into)
         : begin(body.data()), at(begin), end(begin + body.size()), document(into) {}
 
-    std::optional<kel_form_error> run() {
+    std::optional<kel_form_error> run(std::span<const unsigned char>* code) {
         const char* wrong = symbol_table();
+        *code = {at, end};
         if (!wrong) wrong = lines();
         if (wrong) return kel_form_error{static_cast<std::size_t>(at - begin), wrong};
         return std::nullopt;
@@ -89,7 +90,6 @@ private:
     }
 
     const char* lines() {
-        const unsigned char* const first = at;
         const std::size_t count = document->symbols.size();
         bool open = false;
         while (at < end) {
@@ -104,11 +104,11 @@ private:
             default:
                 if (!open || rest_of(code) != 0) return "a line without an atom";
                 open = false;
+                document->lines += 1;
                 break;
             }
         }
         if (open) return "a line that is cut off";
-        document->code.append(first, static_cast<std::size_t>(end - first));
         return nullptr;
     }
 
@@ -135,7 +135,8 @@ std::uint32_t kel_crc32(std::uint32_t crc, std::span<const unsigned char> bytes)
     return ~crc;
 }
 
-std::optional<kel_form_error> kel_parse_binary(std::span<const std::byte> bytes, kel_document* document) {
+std::optional<kel_form_error> kel_check_binary(std::span<const std::byte> bytes, kel_document* document,
+                                               std::span<const unsigned char>* lines) {
     const std::span<const unsigned char> all = as_bytes(bytes);
     if (all.size() < BINARY_HEADER_SIZE) return kel_form_error{all.size(), "a header that is cut off"};
     const unsigned char* head = all.data();
@@ -150,13 +151,23 @@ std::optional<kel_form_error> kel_parse_binary(std::span<const std::byte> bytes,
     const std::uint32_t crc = kel_crc32(kel_crc32(0, all.subspan(VERSION_AT, 8)), body);
     if (number_at(head, CHECKSUM_AT, 4) != crc)
         return kel_form_error{CHECKSUM_AT, "a checksum that does not fit"};
-    std::optional<kel_form_error> wrong = kel_parse_binary_body(bytes.subspan(BINARY_HEADER_SIZE), document);
+    std::optional<kel_form_error> wrong = body_parser(body, document).run(lines);
     if (wrong) wrong->offset += BINARY_HEADER_SIZE;
     return wrong;
 }
 
+std::optional<kel_form_error> kel_parse_binary(std::span<const std::byte> bytes, kel_document* document) {
+    std::span<const unsigned char> lines;
+    const std::optional<kel_form_error> wrong = kel_check_binary(bytes, document, &lines);
+    if (!wrong) document->code.append(lines.data(), lines.size());
+    return wrong;
+}
+
 std::optional<kel_form_error> kel_parse_binary_body(std::span<const std::byte> body, kel_document* document) {
-    return body_parser(as_bytes(body), document).run();
+    std::span<const unsigned char> lines;
+    const std::optional<kel_form_error> wrong = body_parser(as_bytes(body), document).run(&lines);
+    if (!wrong) document->code.append(lines.data(), lines.size());
+    return wrong;
 }
 
 std::array<unsigned char, BINARY_HEADER_SIZE> kel_binary_header(std::span<const unsigned char> symbols,

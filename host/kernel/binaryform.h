@@ -17,7 +17,11 @@ constexpr unsigned BINARY_VERSION = 1;
 // Reads a whole document, header and all, into an empty one; tells what is wrong with it, if anything. Pure.
 std::optional<kel_form_error> kel_parse_binary(std::span<const std::byte> bytes, kel_document* document);
 
-// The same for what stands behind the header. Pure.
+// The same, but for the lines' code, which stays where it is: *lines tells where. Pure.
+std::optional<kel_form_error> kel_check_binary(std::span<const std::byte> bytes, kel_document* document,
+                                               std::span<const unsigned char>* lines);
+
+// As kel_parse_binary for what stands behind the header. Pure.
 std::optional<kel_form_error> kel_parse_binary_body(std::span<const std::byte> body, kel_document* document);
 
 // The header for a body that consists of these two pieces. Pure.

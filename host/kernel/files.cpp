@@ -424,6 +424,14 @@ host_err host_file_read(host_file* f, std::int32_t* count, void* into) {
     std::size_t got = 0;
     host_err failure = HOST_OK;
     while (got < wanted && !failure) {
+        if (f->next == f->end && wanted - got >= BUFFER_SIZE) {
+            std::size_t n = 0;
+            failure = read_some(f->fd, to + got, wanted - got, &n);
+            f->position += static_cast<std::int64_t>(n);
+            got += n;
+            if (n == 0) break;
+            continue;
+        }
         if (f->next == f->end) failure = fill(f);
         if (f->next == f->end) break; // the end of the file, or a failure
         const std::size_t n = std::min(wanted - got, f->end - f->next);

@@ -53,6 +53,11 @@ public:
         used += size;
     }
 
+    void drop_front(std::size_t size) {
+        used -= size;
+        std::memmove(bytes, bytes + size, used);
+    }
+
 private:
     void grow(std::size_t more) {
         std::size_t wanted = room < 512 ? 1024 : room * 2;

@@ -7,6 +7,8 @@
 // long. A debug build keeps a block's size in front of it and checks it when it comes back.
 #include "host/kernel/memory.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -31,7 +33,11 @@ constexpr std::size_t STEP = 16;     // block sizes are multiples of this, which
 constexpr std::size_t LARGEST = 256; // larger ones come from the system each
 constexpr std::size_t NCLASSES = LARGEST / STEP;
 constexpr std::size_t CHUNK = 64 * 1024; // what is taken from the system at a time
-constexpr std::size_t STOCK = 512;       // blocks laid out for the scheduler of each size that it uses
+// The same once the main level holds many: of the size and at the places of the system's large pages. A sequence of a
+// million events else costs twelve thousand page faults, most of the time of reading it.
+constexpr std::size_t LARGE_CHUNK = 2 * 1024 * 1024;
+constexpr std::size_t MANY_CHUNKS = 16;
+constexpr std::size_t STOCK = 512; // blocks laid out for the scheduler of each size that it uses
 
 #ifdef NDEBUG
 constexpr std::size_t GUARD = 0;
@@ -66,8 +72,14 @@ struct chunk_rest {
 };
 std::array<chunk_rest, 2> rests; // by level
 
-// All chunks, for the reset: each has the next one's address in its first bytes.
-std::atomic<free_block*> chunks{nullptr};
+// What stands in a chunk's first bytes. All chunks are linked, for the reset.
+struct chunk_head {
+    chunk_head* next;
+    std::size_t size;
+};
+static_assert(sizeof(chunk_head) <= STEP);
+std::atomic<chunk_head*> chunks{nullptr};
+std::size_t main_chunks = 0; // how many the main level has taken; main level alone
 
 bool take_from_system(std::size_t bytes) {
     const auto n = static_cast<std::int64_t>(bytes);
@@ -84,22 +96,34 @@ std::size_t class_bytes(std::size_t c) {
     return (c + 1) * STEP + GUARD;
 }
 
-bool new_chunk(chunk_rest& rest) {
-    if (!take_from_system(CHUNK)) return false;
-    char* memory = static_cast<char*>(std::malloc(CHUNK));
+void* system_chunk(std::size_t size) {
+    if (!take_from_system(size)) return nullptr;
+    void* memory = size == LARGE_CHUNK ? std::aligned_alloc(LARGE_CHUNK, LARGE_CHUNK) : std::malloc(size);
+    if (!memory) bytes_taken.fetch_sub(static_cast<std::int64_t>(size), std::memory_order_relaxed);
+#ifdef MADV_HUGEPAGE
+    if (memory && size == LARGE_CHUNK) (void)::madvise(memory, size, MADV_HUGEPAGE);
+#endif
+    return memory;
+}
+
+bool new_chunk(kel_level level, chunk_rest& rest) {
+    const bool many = level == kel_level::main && main_chunks++ >= MANY_CHUNKS;
+    std::size_t size = many ? LARGE_CHUNK : CHUNK;
+    void* memory = system_chunk(size);
+    if (!memory && many) memory = system_chunk(size = CHUNK);
     if (!memory) return false;
-    auto* head = new (memory) free_block{chunks.load(std::memory_order_relaxed)};
+    auto* head = new (memory) chunk_head{chunks.load(std::memory_order_relaxed), size};
     while (!chunks.compare_exchange_weak(head->next, head, std::memory_order_release,
                                          std::memory_order_relaxed)) {
     }
-    rest = {memory + STEP, CHUNK - STEP};
+    rest = {static_cast<char*>(memory) + STEP, size - STEP};
     return true;
 }
 
 void* cut(kel_level level, std::size_t c) {
     chunk_rest& rest = rests[static_cast<std::size_t>(level)];
     const std::size_t bytes = class_bytes(c);
-    if (rest.left < bytes && !new_chunk(rest)) return nullptr;
+    if (rest.left < bytes && !new_chunk(level, rest)) return nullptr;
     void* block = rest.at;
     rest.at += bytes;
     rest.left -= bytes;
@@ -247,12 +271,13 @@ void kel_memory_reset() {
         p.wanted.store(false, std::memory_order_relaxed);
     }
     rests = {};
-    free_block* c = chunks.exchange(nullptr, std::memory_order_acquire);
+    main_chunks = 0;
+    chunk_head* c = chunks.exchange(nullptr, std::memory_order_acquire);
     while (c) {
-        free_block* following = c->next;
-        ASAN_UNPOISON_MEMORY_REGION(c, CHUNK);
+        chunk_head* following = c->next;
+        bytes_taken.fetch_sub(static_cast<std::int64_t>(c->size), std::memory_order_relaxed);
+        ASAN_UNPOISON_MEMORY_REGION(c, c->size);
         std::free(c);
-        bytes_taken.fetch_sub(static_cast<std::int64_t>(CHUNK), std::memory_order_relaxed);
         c = following;
     }
 }

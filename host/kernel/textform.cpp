@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr std::size_t PIECE_SIZE = 65536; // bytes made at a time
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Characters
 
@@ -52,6 +54,7 @@ enum class word_kind { text, whole, real };
 
 // What a word without quotes is read as. Signs other than one leading minus, and exponents, make no number.
 word_kind kind_of(std::string_view word) {
+    if (!word.empty() && !is_digit(word[0]) && word[0] != '-' && word[0] != '.') return word_kind::text;
     if (word == INFINITE || word == MINUS_INFINITE || word == NO_NUMBER) return word_kind::real;
     std::size_t digits = 0;
     std::size_t points = 0;
@@ -74,75 +77,97 @@ class parser {
 public:
     parser(std::string_view text, kel_document* into)
         : begin(text.data()), at(begin), end(begin + text.size()), document(into) {}
+    ~parser() { finish_piece(); }
+    parser(const parser&) = delete;
+    parser& operator=(const parser&) = delete;
 
-    std::optional<kel_form_error> run() {
-        if (std::string_view(at, end).starts_with("\xEF\xBB\xBF")) at += 3; // some editors leave this mark
-        bool open = false;                                                  // a line has begun
+    // `open`: a message has begun, before or within the text.
+    std::optional<kel_form_error> run(bool* open) {
         for (;;) {
             while (at < end && class_of(*at) == blank) ++at;
-            if (at == end) break;
+            if (at == end) return std::nullopt;
             if (*at == ';') {
                 ++at;
-                if (std::exchange(open, false)) put(MARK_END);
+                if (!std::exchange(*open, false)) continue;
+                put(MARK_END);
+                document->lines += 1;
                 continue;
             }
-            open = true;
-            if (const char* wrong = *at == '"' ? quoted() : word()) return error(wrong);
+            *open = true;
+            if (short_numbers()) continue;
+            if (const char* wrong = *at == '"' ? quoted() : word())
+                return kel_form_error{static_cast<std::size_t>(at - begin), wrong};
         }
-        if (open) return error("the last message does not end with ';'");
-        return std::nullopt;
     }
 
 private:
-    std::optional<kel_form_error> error(const char* what) const {
-        return kel_form_error{static_cast<std::size_t>(at - begin), what};
-    }
-
+    // Codes go into room that is taken a piece at a time.
     void put(std::uint64_t code) {
-        document->code.advance_to(put_code(document->code.reserve(LONGEST_CODE), code));
+        if (room_end - out < static_cast<std::ptrdiff_t>(LONGEST_CODE)) new_piece();
+        out = put_code(out, code);
+    }
+    void new_piece() {
+        finish_piece();
+        out = document->code.reserve(PIECE_SIZE);
+        room_end = out + PIECE_SIZE;
+    }
+    void finish_piece() {
+        if (out) document->code.advance_to(out);
     }
 
     bool at_word_end(const char* p) const {
         return p == end || class_of(*p) == blank || class_of(*p) == ending;
     }
 
-    // Nearly all words are short whole numbers; whatever is not goes the long way.
+    // Nearly every atom is a number of a few digits with one blank, or the end of the message, behind it. Takes all that
+    // follow one another, each with its blank; false, and nothing is taken, when something else is there. Works on copies
+    // of the members, which the bytes it writes might else be.
+    bool short_numbers() {
+        if (room_end - out < static_cast<std::ptrdiff_t>(LONGEST_CODE)) new_piece();
+        const char* p = at;
+        unsigned char* o = out;
+        // Up to where a sign, the digits and what ends them are inside the text for sure.
+        const char* const last_start = end - std::min(end - p, SHORT_DIGITS + 2);
+        unsigned char* const last_out = room_end - LONGEST_CODE;
+        while (p < last_start && o <= last_out) {
+            const bool minus = *p == '-';
+            const char* const first = p + minus;
+            const char* behind = first;
+            std::uint32_t value = 0;
+            for (unsigned digit = 0; (digit = static_cast<unsigned char>(*behind) - unsigned{'0'}) < 10;
+                 ++behind) {
+                if (behind - first == SHORT_DIGITS) break;
+                value = value * 10 + digit;
+            }
+            if (behind == first || (*behind != ' ' && *behind != ';')) break;
+            o = put_code(
+                o, long_code(minus ? -static_cast<std::int32_t>(value) : static_cast<std::int32_t>(value)));
+            p = behind;
+            if (*p == ';') break;
+            ++p;
+        }
+        out = o;
+        return std::exchange(at, p) != p;
+    }
+
     const char* word() {
         const char* p = at;
-        const bool minus = *p == '-';
-        if (minus) ++p;
-        const char* const digits = p;
-        std::int64_t value = 0;
-        constexpr std::ptrdiff_t SAFE = 18; // digits that fit whatever they are
-        while (p < end && is_digit(*p) && p - digits < SAFE) value = value * 10 + (*p++ - '0');
-        if (p == digits || !at_word_end(p)) return other_word();
-        if (minus) value = -value;
-        return whole(value, p);
-    }
-
-    const char* whole(std::int64_t value, const char* behind) {
-        if (value < INT32_MIN || value > INT32_MAX) return "a number out of range";
-        put(long_code(static_cast<std::int32_t>(value)));
-        at = behind;
-        return nullptr;
-    }
-
-    const char* other_word() {
-        const char* p = at;
         bool escaped = false;
-        while (!at_word_end(p)) {
+        for (; !at_word_end(p); ++p) {
+            if (class_of(*p) == ordinary) continue;
             if (class_of(*p) == control) return at = p, "a control character";
             if (*p == '\\') {
                 escaped = true;
                 if (++p == end) return at = p, "a backslash at the end";
             }
-            ++p;
         }
         const std::string_view w(at, p);
         if (escaped) return unescaped(p);
         switch (kind_of(w)) {
         case word_kind::text: put(symbol_code(document->symbol_index(w))); break;
-        case word_kind::whole: return long_whole(w, p);
+        case word_kind::whole:
+            if (!whole(w)) return "a number out of range";
+            break;
         case word_kind::real:
             if (!real(w)) return "a number out of range";
             break;
@@ -151,12 +176,12 @@ private:
         return nullptr;
     }
 
-    // More digits than are safe: leading zeros, or out of range.
-    const char* long_whole(std::string_view w, const char* behind) {
+    bool whole(std::string_view w) {
         std::int32_t value = 0;
         const auto [p, failed] = std::from_chars(w.data(), w.data() + w.size(), value);
-        if (failed != std::errc{} || p != behind) return "a number out of range";
-        return whole(value, behind);
+        if (failed != std::errc{} || p != w.data() + w.size()) return false;
+        put(long_code(value));
+        return true;
     }
 
     bool real(std::string_view w) {
@@ -221,7 +246,8 @@ private:
         default: break;
         }
         // What is left is kept free for escapes to come.
-        if (is_letter(c) || is_digit(c) || static_cast<unsigned char>(c) < 0x20) return "an unknown escape";
+        if (is_letter(c) || is_digit(c) || class_of(c) == control || (class_of(c) == blank && c != ' '))
+            return "an unknown escape";
         *symbol += c;
         return nullptr;
     }
@@ -237,10 +263,14 @@ private:
         return nullptr;
     }
 
+    static constexpr std::ptrdiff_t SHORT_DIGITS = 9; // as many as fit whatever they are
+
     const char* begin;
     const char* at;
     const char* end;
     kel_document* document;
+    unsigned char* out = nullptr;
+    unsigned char* room_end = nullptr;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -307,12 +337,27 @@ bool plain_symbol(std::string_view symbol) {
     });
 }
 
-constexpr std::size_t PIECE_SIZE = 65536;
-
 } // namespace
 
+std::optional<kel_form_error> kel_text_parser::feed(std::span<const std::byte> lines) {
+    std::string_view text(reinterpret_cast<const char*>(lines.data()), lines.size());
+    constexpr std::string_view mark = "\xEF\xBB\xBF"; // some editors leave it at the start
+    const std::size_t skipped = fed == 0 && text.starts_with(mark) ? mark.size() : 0;
+    std::optional<kel_form_error> wrong = parser(text.substr(skipped), document).run(&open);
+    if (wrong) wrong->offset += fed + skipped;
+    fed += text.size();
+    return wrong;
+}
+
+std::optional<kel_form_error> kel_text_parser::finish() const {
+    if (open) return kel_form_error{fed, "the last message does not end with ';'"};
+    return std::nullopt;
+}
+
 std::optional<kel_form_error> kel_parse_text(std::span<const std::byte> text, kel_document* document) {
-    return parser({reinterpret_cast<const char*>(text.data()), text.size()}, document).run();
+    kel_text_parser parser(document);
+    if (const auto wrong = parser.feed(text)) return wrong;
+    return parser.finish();
 }
 
 void kel_format_symbol(std::string_view symbol, std::string* out) {

@@ -14,6 +14,23 @@
 // Reads text into an empty document; tells what is wrong with it, if anything. Pure.
 std::optional<kel_form_error> kel_parse_text(std::span<const std::byte> text, kel_document* document);
 
+// The same piece by piece. Each piece but the last must end behind a line feed, which no atom can hold.
+class kel_text_parser {
+public:
+    explicit kel_text_parser(kel_document* into) : document(into) {}
+
+    // Reads a piece; or tells what is wrong with the text, and then nothing more is to be fed.
+    std::optional<kel_form_error> feed(std::span<const std::byte> lines);
+
+    // Behind the last piece: what is wrong with the text's end.
+    std::optional<kel_form_error> finish() const;
+
+private:
+    kel_document* document;
+    std::size_t fed = 0; // bytes so far
+    bool open = false;   // a message has begun
+};
+
 // Adds a value as it stands in the text form: a number as its digits, a float with a point, a symbol in quotes when it
 // would not be read back without them. Pure.
 void kel_format_symbol(std::string_view symbol, std::string* out);
