@@ -99,11 +99,11 @@ event* brisolan_append(brisolan* x, std::int32_t delta, const std::array<std::in
         host_post("oops! lost my marbles");
         return nullptr;
     }
-    event* e = brisolan_newevent();
+    std::array<std::int32_t, NPARAMS> filled = values;
+    filled[PARAM_TIME] = saturated(std::int64_t{x->lasttime.get()} + std::max(delta, 0));
+    event* e = brisolan_newevent(filled);
     if (!e) return nullptr;
-    x->lasttime = saturated(std::int64_t{x->lasttime.get()} + std::max(delta, 0));
-    for (int i = PARAM_PITCH; i < NPARAMS; ++i) event_param(*e, i) = values[static_cast<std::size_t>(i)];
-    e->time = x->lasttime;
+    x->lasttime = filled[PARAM_TIME];
     if (ordered && x->events)
         brisolan_link(x, e);
     else

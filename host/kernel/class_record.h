@@ -15,6 +15,7 @@ struct host_class {
     std::string name;
     host_lifecycle lifecycle;
     std::unordered_map<const symbol*, host_handler> methods;
+    const host_handler* list = nullptr; // among the methods: "list", which most of what arrives in numbers is
     host_handler integer;
     host_handler floating;
     host_handler bang;

@@ -138,6 +138,7 @@ bool deliver(host_object* x, const host_handler& h, symbol* selector, std::span<
 }
 
 const host_handler* method(const host_object* x, const symbol* selector) {
+    if (selector == known().list) return x->cls->list;
     const auto found = x->cls->methods.find(selector);
     return found == x->cls->methods.end() ? nullptr : &found->second;
 }
@@ -166,7 +167,9 @@ host_class* host_class_setup(const char* name, const host_lifecycle& lifecycle) 
 }
 
 void host_class_addmethod(host_class* c, const char* name, const host_handler& handler) {
-    c->methods[host_symbol(name)] = handler;
+    host_handler& method = c->methods[host_symbol(name)];
+    method = handler;
+    if (host_symbol(name) == known().list) c->list = &method;
 }
 void host_class_addint(host_class* c, const host_handler& handler) {
     c->integer = handler;

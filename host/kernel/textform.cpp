@@ -70,6 +70,15 @@ word_kind kind_of(std::string_view word) {
     return points ? word_kind::real : word_kind::whole;
 }
 
+// Whether a symbol stands in the text as it is.
+bool plain_symbol(std::string_view symbol) {
+    if (symbol.empty() || kind_of(symbol) != word_kind::text) return false;
+    return std::all_of(symbol.begin(), symbol.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte > 0x20 && byte < 0x7F && class_of(c) == ordinary;
+    });
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Reading
 
@@ -94,7 +103,7 @@ public:
                 continue;
             }
             *open = true;
-            if (short_numbers()) continue;
+            if (same_symbol() || short_numbers()) continue;
             if (const char* wrong = *at == '"' ? quoted() : word())
                 return kel_form_error{static_cast<std::size_t>(at - begin), wrong};
         }
@@ -164,7 +173,7 @@ private:
         const std::string_view w(at, p);
         if (escaped) return unescaped(p);
         switch (kind_of(w)) {
-        case word_kind::text: put(symbol_code(document->symbol_index(w))); break;
+        case word_kind::text: put_symbol(w); break;
         case word_kind::whole:
             if (!whole(w)) return "a number out of range";
             break;
@@ -174,6 +183,31 @@ private:
         }
         at = p;
         return nullptr;
+    }
+
+    // A document's lines mostly begin with the same receiver: takes it, and the blank behind it, where it stands as it did
+    // the last time.
+    bool same_symbol() {
+        const std::size_t size = last_symbol.size();
+        if (*at != last_symbol[0] || end - at <= static_cast<std::ptrdiff_t>(size) || at[size] != ' ')
+            return false;
+        for (std::size_t i = 1; i < size; ++i) {
+            if (at[i] != last_symbol[i]) return false;
+        }
+        if (!last_is_plain) return false;
+        at += size + 1;
+        put(symbol_code(last_index));
+        return true;
+    }
+
+    void put_symbol(std::string_view text) {
+        if (text != last_symbol) {
+            last_index = document->symbol_index(text);
+            last_symbol = document->symbols[last_index];
+            last_is_plain = plain_symbol(text);
+            if (text.empty()) last_symbol = NONE;
+        }
+        put(symbol_code(last_index));
     }
 
     bool whole(std::string_view w) {
@@ -211,7 +245,7 @@ private:
                 return wrong;
             }
         }
-        put(symbol_code(document->symbol_index(symbol)));
+        put_symbol(symbol);
         return nullptr;
     }
 
@@ -231,7 +265,7 @@ private:
         }
         ++at;
         if (!at_word_end(at)) return "no blank after a quote";
-        put(symbol_code(document->symbol_index(symbol)));
+        put_symbol(symbol);
         return nullptr;
     }
 
@@ -263,6 +297,7 @@ private:
         return nullptr;
     }
 
+    static constexpr std::string_view NONE{"\0", 1};  // what no symbol is
     static constexpr std::ptrdiff_t SHORT_DIGITS = 9; // as many as fit whatever they are
 
     const char* begin;
@@ -271,6 +306,9 @@ private:
     kel_document* document;
     unsigned char* out = nullptr;
     unsigned char* room_end = nullptr;
+    std::string_view last_symbol = NONE;
+    std::uint32_t last_index = 0;
+    bool last_is_plain = false;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -327,14 +365,6 @@ char* put_float(char* at, float value) {
     char* p = std::to_chars(at, at + LONGEST_NUMBER - 2, value, std::chars_format::fixed).ptr;
     if (std::find(at, p, '.') == p) *p++ = '.';
     return p;
-}
-
-bool plain_symbol(std::string_view symbol) {
-    if (symbol.empty() || kind_of(symbol) != word_kind::text) return false;
-    return std::all_of(symbol.begin(), symbol.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte > 0x20 && byte < 0x7F && class_of(c) == ordinary;
-    });
 }
 
 } // namespace
