@@ -2,6 +2,8 @@
 // Layer: io. Called by the MIDI reader and writer and by the reading of documents.
 #include "io/bufferedfile.h"
 
+#include <cstring>
+
 unsigned char* t_buf = nullptr;
 unsigned char* t_next = nullptr;
 unsigned char* t_readend = nullptr;
@@ -63,6 +65,11 @@ int t_fread(void* dest, int count) {
 
 int t_fwrite(const void* src, int count) {
     const unsigned char* from = static_cast<const unsigned char*>(src);
+    if (count <= t_writeend - t_next) { // as if byte by byte, none of which fills the buffer
+        std::memcpy(t_next, from, static_cast<std::size_t>(count));
+        t_next += count;
+        return count;
+    }
     for (int i = 0; i < count; ++i) {
         if (t_putc(from[i]) != 0) return i;
     }

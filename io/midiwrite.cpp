@@ -34,58 +34,86 @@ std::int32_t wrapped(std::int64_t value) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Tracks
 
-// One for each track number that the Track parameter admits, true where events use it.
-std::vector<bool> used_tracks(const brisolan* x) {
-    const auto max = static_cast<std::int16_t>(x->params[PARAM_TRACK].max.get());
-    const std::int32_t slots = std::max<std::int32_t>(max, 1);
-    std::vector<bool> used(static_cast<std::size_t>(slots));
-    for (const event* e = x->events; e; e = e->next)
-        used[static_cast<std::size_t>(std::clamp<std::int32_t>(e->track, 1, slots) - 1)] = true;
-    return used;
-}
+// How many events there are of each track number that the Track parameter admits; and of those below and
+// above, which count as the nearest.
+struct track_counts {
+    std::vector<std::size_t> of; // of[t] events of Track t; of[0] is unused
+    std::size_t below = 0;
+    std::size_t above = 0;
+    std::int32_t used = 0;    // track numbers, as they count
+    std::int32_t highest = 0; // of them
 
-// The events of each track in sequence order, those of track t from begin[t - 1] to begin[t].
-struct bucketed_events {
-    std::vector<const event*> events;
-    std::vector<std::size_t> begin;
-
-    std::span<const event* const> of_track(std::int32_t t) const {
-        const auto i = static_cast<std::size_t>(t - 1);
-        return {events.data() + begin[i], events.data() + begin[i + 1]};
+    explicit track_counts(const brisolan* x) {
+        const auto max = static_cast<std::int16_t>(x->params[PARAM_TRACK].max.get());
+        const std::int32_t slots = std::max<std::int32_t>(max, 1);
+        of.resize(static_cast<std::size_t>(slots) + 1);
+        for (const event* e = x->events; e; e = e->next) {
+            const std::int32_t t = e->track;
+            if (t < 1)
+                below += 1;
+            else if (t > slots)
+                above += 1;
+            else
+                of[static_cast<std::size_t>(t)] += 1;
+        }
+        for (std::int32_t t = 1; t <= slots; ++t) {
+            const bool any = of[static_cast<std::size_t>(t)] || (t == 1 && below) || (t == slots && above);
+            used += any;
+            if (any) highest = t;
+        }
     }
 };
 
-// Every event, as one track.
-bucketed_events all_events(const brisolan* x) {
-    bucketed_events all;
-    all.events.reserve(static_cast<std::size_t>(std::max(x->nevents.get(), 0)));
-    for (const event* e = x->events; e; e = e->next) all.events.push_back(e);
-    all.begin = {0, all.events.size()};
-    return all;
+// What is written of an event.
+struct written_note {
+    std::int32_t time;
+    std::int32_t end;
+    std::uint8_t status;
+    std::uint8_t pitch;
+    std::uint8_t vel;
+};
+
+// `first_channel` is the Chan that is MIDI channel 0.
+written_note note_of(const event& e, std::int32_t first_channel) {
+    const std::int32_t time = e.time;
+    return {time, wrapped(std::int64_t{time} + e.dur),
+            static_cast<std::uint8_t>(NOTE_ON + (std::int64_t{e.chan.get()} - first_channel)),
+            static_cast<std::uint8_t>(e.pitch.get()), static_cast<std::uint8_t>(e.vel.get())};
 }
 
-// Kept: only a Track of exactly 1 to `highest` has a chunk; others count as the nearest track, yet are not written.
-bucketed_events by_track(const brisolan* x, std::int32_t highest) {
-    const std::int32_t tracks = std::max(highest, 1);
-    bucketed_events all = all_events(x);
-    bucketed_events sorted;
-    // A counting sort; a Track read twice may have been edited between, so it is read once.
-    std::vector<std::int32_t> track_of(all.events.size());
-    sorted.begin.assign(static_cast<std::size_t>(tracks) + 1, 0);
-    for (std::size_t i = 0; i < all.events.size(); ++i) {
-        const std::int32_t t = all.events[i]->track;
-        if (t < 1 || t > highest) continue;
-        track_of[i] = t;
-        sorted.begin[static_cast<std::size_t>(t)] += 1;
-    }
-    for (std::size_t t = 1; t < sorted.begin.size(); ++t) sorted.begin[t] += sorted.begin[t - 1];
-    sorted.events.resize(sorted.begin.back());
-    std::vector<std::size_t> at(sorted.begin.begin(), sorted.begin.end() - 1);
-    for (std::size_t i = 0; i < all.events.size(); ++i) {
-        if (track_of[i] != 0) sorted.events[at[static_cast<std::size_t>(track_of[i] - 1)]++] = all.events[i];
-    }
-    return sorted;
+std::int32_t first_channel_of(const brisolan* x) {
+    return x->params[PARAM_CHAN].min == 1 ? 1 : 0;
 }
+
+// The notes of each track in sequence order.
+class notes_by_track {
+public:
+    // Kept: only a Track of exactly 1 to the highest has a chunk; others count as the nearest track, yet are not written.
+    notes_by_track(const brisolan* x, const track_counts& counts)
+        : begin(static_cast<std::size_t>(counts.highest) + 2) {
+        for (std::size_t t = 1; t + 1 < begin.size(); ++t) begin[t + 1] = begin[t] + counts.of[t];
+        notes.resize(begin.back());
+        std::vector<std::size_t> at(begin.begin(), begin.end() - 1);
+        const std::int32_t first_channel = first_channel_of(x);
+        for (const event* e = x->events; e; e = e->next) {
+            const std::int32_t t = e->track;
+            if (t < 1 || t > counts.highest) continue;
+            // What was recorded meanwhile has no place.
+            const auto i = static_cast<std::size_t>(t);
+            if (at[i] < begin[i + 1]) notes[at[i]++] = note_of(*e, first_channel);
+        }
+    }
+
+    std::span<const written_note> of(std::int32_t track) const {
+        const auto i = static_cast<std::size_t>(track);
+        if (i + 1 >= begin.size()) return {};
+        return {notes.data() + begin[i], notes.data() + begin[i + 1]};
+    }
+
+private:
+    std::vector<written_note> notes;
+    std::vector<std::size_t> begin; // those of track t are from begin[t] to begin[t + 1]
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Notes that sound
@@ -93,32 +121,28 @@ bucketed_events by_track(const brisolan* x, std::int32_t highest) {
 // Note-offs to come, the earliest on top; of equal times that of the note that began last.
 class pending_notes {
 public:
-    void push(const event* e, std::int32_t end) {
+    void push(const written_note& n) {
         // 32 bits of time, lowest first, and below them the newest first.
-        const std::uint64_t rank = static_cast<std::uint64_t>(static_cast<std::uint32_t>(end) ^ 0x80000000U)
+        const std::uint64_t rank = static_cast<std::uint64_t>(static_cast<std::uint32_t>(n.end) ^ 0x80000000U)
                                        << 32 |
                                    (0xFFFFFFFFU - ++pushed);
-        heap.push_back({rank, e});
+        heap.push_back({rank, n});
         std::push_heap(heap.begin(), heap.end(), later);
     }
-    bool ends_before(std::int32_t time) const { return !heap.empty() && end_of(heap.front()) < time; }
-    std::int32_t first_end() const { return end_of(heap.front()); }
-    const event* pop() {
+    bool ends_before(std::int32_t time) const { return !heap.empty() && heap.front().note.end < time; }
+    written_note pop() {
         std::pop_heap(heap.begin(), heap.end(), later);
-        const event* e = heap.back().note;
+        const written_note n = heap.back().note;
         heap.pop_back();
-        return e;
+        return n;
     }
 
 private:
     struct entry {
         std::uint64_t rank;
-        const event* note;
+        written_note note;
     };
     static bool later(const entry& a, const entry& b) { return a.rank > b.rank; }
-    static std::int32_t end_of(const entry& n) {
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(n.rank >> 32) ^ 0x80000000U);
-    }
 
     std::vector<entry> heap;
     std::uint32_t pushed = 0;
@@ -129,7 +153,6 @@ private:
 
 struct track_writer {
     bool timecode;
-    std::int32_t first_channel; // the Chan that is MIDI channel 0
     std::int32_t last_time = 0; // of the message written last
     double carry = 0.0;         // the part of a tick left over from the deltas before
 };
@@ -144,28 +167,45 @@ std::int32_t ticks_since_last(track_writer& w, std::int32_t time) {
     return ticks;
 }
 
-void write_message(track_writer& w, const event* e, std::int32_t time, std::int32_t vel) {
-    writevar(ticks_since_last(w, time));
-    const std::int64_t channel = std::int64_t{e->chan.get()} - w.first_channel;
-    t_putc(static_cast<unsigned char>(NOTE_ON + channel));
-    t_putc(static_cast<unsigned char>(e->pitch.get()));
-    t_putc(static_cast<unsigned char>(vel));
-    wbytes += 3;
+// The low 28 bits of a value as a variable-length quantity; gives the place behind it.
+unsigned char* put_quantity(unsigned char* at, std::int32_t value) {
+    const std::uint32_t v = static_cast<std::uint32_t>(value) & 0x0FFFFFFF;
+    if (v >> 21) *at++ = static_cast<unsigned char>(v >> 21 | 0x80);
+    if (v >> 14) *at++ = static_cast<unsigned char>(v >> 14 | 0x80);
+    if (v >> 7) *at++ = static_cast<unsigned char>(v >> 7 | 0x80);
+    *at++ = static_cast<unsigned char>(v & 0x7F);
+    return at;
+}
+
+void write_counted(const unsigned char* bytes, const unsigned char* end) {
+    wbytes += static_cast<std::int32_t>(end - bytes);
+    t_fwrite(bytes, static_cast<int>(end - bytes));
+}
+
+void write_message(track_writer& w, const written_note& n, std::int32_t time, std::uint8_t vel) {
+    std::array<unsigned char, 8> bytes;
+    unsigned char* at = put_quantity(bytes.data(), ticks_since_last(w, time));
+    *at++ = n.status;
+    *at++ = n.pitch;
+    *at++ = vel;
+    write_counted(bytes.data(), at);
 }
 
 // Kept: a note-off at the time of the next note-on comes behind it, and one that falls on the very last millisecond that
-// there is never comes. Files compare byte by byte with those written before.
-void write_notes(track_writer& w, std::span<const event* const> notes) {
+// there is never comes. Files compare byte by byte with those written before. `next` fills in the next note, or gives
+// false.
+template <class Next> void write_notes(track_writer& w, Next next) {
     pending_notes pending;
-    for (auto next = notes.begin();;) {
-        const std::int32_t time = next != notes.end() ? (*next)->time.get() : NEVER;
+    written_note coming{};
+    for (bool more = next(&coming);;) {
+        const std::int32_t time = more ? coming.time : NEVER;
         if (pending.ends_before(time)) {
-            const std::int32_t end = pending.first_end();
-            write_message(w, pending.pop(), end, 0);
-        } else if (next != notes.end()) {
-            const event* e = *next++;
-            write_message(w, e, time, e->vel);
-            pending.push(e, wrapped(std::int64_t{time} + e->dur));
+            const written_note n = pending.pop();
+            write_message(w, n, n.end, 0);
+        } else if (more) {
+            write_message(w, coming, time, coming.vel);
+            pending.push(coming);
+            more = next(&coming);
         } else {
             return;
         }
@@ -194,13 +234,12 @@ void write_header(bool multitrack, bool timecode, std::int32_t ntracks) {
     t_fwrite(h.data(), multitrack ? FILE_HEADER_SIZE : TEMPLATE_SIZE);
 }
 
-// One track behind its header, its length included; the file stands somewhere in front of its end afterwards.
-void write_track(brisolan* x, std::span<const event* const> notes, bool timecode, bool with_tempo,
-                 std::int32_t length_at) {
+// One track behind its header, its length included; the file stands at its end afterwards.
+template <class Next> void write_track(Next next, bool timecode, bool with_tempo, std::int32_t length_at) {
     wbytes = 0;
     if (with_tempo) wbytes = t_fwrite(tempo_event.data(), tempo_event.size());
-    track_writer w{.timecode = timecode, .first_channel = x->params[PARAM_CHAN].min == 1 ? 1 : 0};
-    write_notes(w, notes);
+    track_writer w{.timecode = timecode};
+    write_notes(w, next);
     writevar(0);
     t_fwrite(end_of_track.data(), end_of_track.size());
     wbytes += 3;
@@ -212,25 +251,42 @@ void write_track(brisolan* x, std::span<const event* const> notes, bool timecode
 
 // Kept: tracks between used ones get a chunk too, so that there may be more chunks than the header says; and only the
 // first track of such a file tells the tempo, which a file of one track never does.
-void write_tracks(brisolan* x, const bucketed_events& events, std::int32_t highest, bool timecode) {
+void write_tracks(brisolan* x, const notes_by_track& notes, std::int32_t highest, bool timecode) {
     for (std::int32_t t = 1;; ++t) {
         stop_locked_out(x);
         t_fwrite(header.data() + FILE_HEADER_SIZE, TEMPLATE_SIZE - FILE_HEADER_SIZE);
-        write_track(x, events.of_track(t), timecode, t == 1 && !timecode, t_tell() - 4);
+        const std::span<const written_note> own = notes.of(t);
+        std::size_t i = 0;
+        const auto next = [own, &i](written_note* n) {
+            if (i == own.size()) return false;
+            *n = own[i++];
+            return true;
+        };
+        write_track(next, timecode, t == 1 && !timecode, t_tell() - 4);
         if (highest <= t) return;
     }
+}
+
+// Every event, in one track.
+void write_all(brisolan* x, bool timecode) {
+    stop_locked_out(x);
+    const event* e = x->events;
+    const std::int32_t first_channel = first_channel_of(x);
+    const auto next = [&e, first_channel](written_note* n) {
+        if (!e) return false;
+        *n = note_of(*e, first_channel);
+        e = e->next;
+        return true;
+    };
+    write_track(next, timecode, false, LENGTH_AT);
 }
 
 } // namespace
 
 void brisolan_counttracks(const brisolan* x, std::int32_t* count, std::int32_t* highest) {
-    const std::vector<bool> used = used_tracks(x);
-    *count = *highest = 0;
-    for (std::size_t i = 0; i < used.size(); ++i) {
-        if (!used[i]) continue;
-        *count += 1;
-        *highest = static_cast<std::int32_t>(i) + 1;
-    }
+    const track_counts counts(x);
+    *count = counts.used;
+    *highest = counts.highest;
 }
 
 void brisolan_exportfile(brisolan* x, const char* name, std::int16_t path, std::int32_t multitrack,
@@ -240,18 +296,15 @@ void brisolan_exportfile(brisolan* x, const char* name, std::int16_t path, std::
         return;
     }
     if (multitrack != 0) {
-        std::int32_t count = 0;
-        std::int32_t highest = 0;
-        brisolan_counttracks(x, &count, &highest);
-        host_post("there are %d tracks", static_cast<int>(count));
-        host_post("highest track numbered %d", static_cast<int>(highest));
-        write_header(true, timecode != 0, count);
-        write_tracks(x, by_track(x, highest), highest, timecode != 0);
+        const track_counts counts(x);
+        host_post("there are %d tracks", static_cast<int>(counts.used));
+        host_post("highest track numbered %d", static_cast<int>(counts.highest));
+        write_header(true, timecode != 0, counts.used);
+        write_tracks(x, notes_by_track(x, counts), counts.highest, timecode != 0);
         host_post("done with all tracks");
     } else {
         write_header(false, timecode != 0, 1);
-        stop_locked_out(x);
-        write_track(x, all_events(x).events, timecode != 0, false, LENGTH_AT);
+        write_all(x, timecode != 0);
     }
     t_close();
     stop_locked_out(x);
@@ -259,14 +312,8 @@ void brisolan_exportfile(brisolan* x, const char* name, std::int16_t path, std::
 }
 
 void writevar(std::int32_t value) {
-    const std::uint32_t v = static_cast<std::uint32_t>(value) & 0x0FFFFFFF;
-    int shift = 21;
-    while (shift > 0 && v >> shift == 0) shift -= 7;
-    for (; shift >= 0; shift -= 7) {
-        const auto group = static_cast<unsigned char>(v >> shift & 0x7F);
-        t_putc(shift > 0 ? static_cast<unsigned char>(group | 0x80) : group);
-        wbytes += 1;
-    }
+    std::array<unsigned char, 4> bytes;
+    write_counted(bytes.data(), put_quantity(bytes.data(), value));
 }
 
 void brisolan_export(brisolan* x, symbol* selector, std::int32_t argc, const atom* argv) {

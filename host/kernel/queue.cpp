@@ -102,6 +102,8 @@ void defer_back(host_object* x, deferred routine, symbol* selector, std::int32_t
 } // namespace host_detail
 
 void host_qelem_set(host_qelem* q) {
+    // Only the main level takes a call out of the queue: what it finds queued stays so while it looks.
+    if (kel_current_level() == kel_level::main && q->queued.load(std::memory_order_relaxed)) return;
     if (!q->queued.exchange(true, std::memory_order_acq_rel)) post(q);
 }
 
