@@ -123,8 +123,9 @@ unsigned seen_in_window(const view_frame& f, const bar_look& look, const bar_edg
     if (shows(bar, e.box - look.left, e.right - look.left)) seen |= PART_REST;
     if (!f.labels) return seen;
     const std::int32_t baseline = look.y + LABEL_BASELINE;
-    const std::uint64_t behind_label =
-        cover.hidden(look.left, baseline - text.ascent, baseline + text.descent);
+    // The text is higher than the bar, or as high; its own rows are those above and below.
+    const std::uint64_t behind_label = bar & cover.hidden(look.left, baseline - text.ascent, e.top) &
+                                       cover.hidden(look.left, e.bottom, baseline + text.descent);
     return shows(behind_label, LABEL_LEFT, LABEL_LEFT + look.label_width) ? seen | PART_LABEL : seen;
 }
 

@@ -46,13 +46,21 @@ void want_marked(brisolan* x) {
     brisolan_redraw(x);
 }
 
-// The event's measured bar; valid until the next call.
+// The event's measured bar; valid until the next call. Mostly it has not changed since it was placed, or by being selected
+// alone.
 const bar_look& look_of(view_index& ix, event* e) {
-    if (ix.last == e && brisolan_sameplace(ix.frame, ix.last_look, *e)) return ix.last_look;
-    ix.last_look = brisolan_place(ix.frame, *e);
-    brisolan_measure(ix.frame, &ix.last_look);
+    bar_look& look = ix.last_look;
+    if (ix.last == e && brisolan_sameplace(ix.frame, look, *e)) return look;
     ix.last = e;
-    return ix.last_look;
+    const std::int64_t id = brisolan_entryof(ix, e);
+    if (id >= 0) {
+        look = ix.entries[static_cast<std::size_t>(id)].look;
+        brisolan_setselected(ix.frame, &look, e->selected != 0);
+        if (brisolan_sameplace(ix.frame, look, *e)) return look;
+    }
+    look = brisolan_place(ix.frame, *e);
+    brisolan_measure(ix.frame, &look);
+    return look;
 }
 
 bool shows(const brisolan* x, const view_index& ix, const bar_look& look) {

@@ -62,6 +62,8 @@ view_frame brisolan_frame(const frame_settings& s) {
     f.half = static_cast<std::int32_t>(UNIT / f.yzoom);
     f.labels = s.labelparam >= 0 && f.half >= LEAST_LABEL_HALF;
     brisolan_dataarea(height, s.width, s.height, &f.data);
+    const std::int64_t room = std::int64_t{s.width} - f.left; // pixels from Time 0 to the window's right edge
+    if (room >= 0) f.time_behind = ((room + 1) * f.xzoom + UNIT - 1) / UNIT;
     return f;
 }
 
@@ -72,14 +74,13 @@ bar_look brisolan_place(const view_frame& f, const event& e) {
     look.extent = event_param(e, f.set.lenparam);
     look.label = f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam);
     look.track = e.track;
-    look.selected = e.selected != 0;
+    brisolan_setselected(f, &look, e.selected != 0);
     look.left = f.left + pixels(look.time, f.xzoom);
     look.length = std::max(pixels(look.extent, f.lenzoom), LEAST_BAR);
     look.right = look.left + look.length;
     look.label_width = 0;
     const auto above = static_cast<std::int16_t>(std::int64_t{look.value} * UNIT / f.yzoom);
     look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
-    look.half = static_cast<std::int16_t>(f.half + (look.selected ? 1 : 0));
     look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
     return look;
 }

@@ -22,11 +22,12 @@ struct view_frame {
     frame_settings set{};
     // What follows from them.
     std::int64_t xzoom = 1, yzoom = 1, lenzoom = 1;
-    std::int32_t left = 0;           // window x of Time 0
-    std::int32_t content_bottom = 0; // content y of value 0
-    std::int32_t half = 0;           // half a bar's height
-    bool labels = false;             // bars carry labels at this zoom
-    Rect data{};                     // the data area
+    std::int32_t left = 0;                // window x of Time 0
+    std::int32_t content_bottom = 0;      // content y of value 0
+    std::int32_t half = 0;                // half a bar's height
+    bool labels = false;                  // bars carry labels at this zoom
+    Rect data{};                          // the data area
+    std::int64_t time_behind = INT64_MAX; // events from this Time on begin right of the window
 };
 
 // The settings as they stand; the frame that they give. [main]
@@ -44,10 +45,25 @@ struct bar_look {
     bool selected, black_key;
 };
 
+// Whether the event cannot show: told by comparing more than by dividing, for walks over many that do not. [main]
+inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
+    constexpr std::int64_t WIDEST_LABEL = 256;
+    const std::int64_t time = e.time;
+    if (time >= f.time_behind) return true;
+    // Pixels from the bar's left to the data area; a length that many pixels long reaches it.
+    const std::int64_t gap = f.data.left - f.left - time * 8 / f.xzoom;
+    return gap > WIDEST_LABEL && event_param(e, f.set.lenparam) * std::int64_t{8} < gap * f.lenzoom;
+}
+
 // The bar of an event in the frame; `right` and `label_width` are left for brisolan_measure. [main]
 bar_look brisolan_place(const view_frame& f, const event& e);
 // Measures the label. The window's port must be current at the first call. [main]
 void brisolan_measure(const view_frame& f, bar_look* look);
+// The same bar, selected or not. [main]
+inline void brisolan_setselected(const view_frame& f, bar_look* look, bool selected) {
+    look->selected = selected;
+    look->half = static_cast<std::int16_t>(f.half + (selected ? 1 : 0));
+}
 // Whether the event still has the values that placed the bar. [main]
 bool brisolan_sameplace(const view_frame& f, const bar_look& look, const event& e);
 

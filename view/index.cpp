@@ -26,23 +26,33 @@ void drop_gathered(brisolan* x, view_index& ix) {
 } // namespace
 
 int placed_bands::band_of(int v) const {
-    const int bands = static_cast<int>(first.size()) - 1;
     return std::clamp((v - top) >> BAND_SHIFT, 0, bands - 1);
+}
+
+int placed_bands::column_of(int h) const {
+    return std::clamp((h - left) / COLUMN + 1, 1, columns - 1);
+}
+
+std::size_t placed_bands::cell_of(const bar_box& box) const {
+    const bool wide = box.right - box.left > COLUMN || box.left < left;
+    return static_cast<std::size_t>(band_of(box.top) * columns + (wide ? 0 : column_of(box.left)));
 }
 
 void placed_bands::make(const std::vector<placed_event>& entries, const view_frame& f) {
     top = f.data.top - MARGIN;
-    const int rows = std::max(f.data.bottom + MARGIN - top, 1);
-    first.assign(static_cast<std::size_t>((rows >> BAND_SHIFT) + 2), 0);
+    left = f.data.left;
+    bands = (std::max(f.data.bottom + MARGIN - top, 1) >> BAND_SHIFT) + 1;
+    columns = std::max(f.set.width - left, 0) / COLUMN + 2;
+    first.assign(static_cast<std::size_t>(bands * columns) + 1, 0);
     std::vector<item> unsorted(entries.size());
     for (std::uint32_t id = 0; id < entries.size(); ++id) {
         unsorted[id] = {brisolan_touchedbox(f, entries[id].look), id};
-        ++first[static_cast<std::size_t>(band_of(unsorted[id].box.top)) + 1];
+        ++first[cell_of(unsorted[id].box) + 1];
     }
-    for (std::size_t b = 1; b < first.size(); ++b) first[b] += first[b - 1];
+    for (std::size_t c = 1; c < first.size(); ++c) first[c] += first[c - 1];
     std::vector<std::uint32_t> next = first;
     items.resize(entries.size());
-    for (const item& i : unsorted) items[next[static_cast<std::size_t>(band_of(i.box.top))]++] = i;
+    for (const item& i : unsorted) items[next[cell_of(i.box)]++] = i;
     made = true;
 }
 
@@ -54,6 +64,7 @@ view_index& brisolan_index(brisolan* x) {
     if (ix.gathering) drop_gathered(x, ix);
     ix.frame = brisolan_frame(settings);
     ix.placed = false;
+    ix.entries.clear();
     ix.last = nullptr;
     return ix;
 }

@@ -39,15 +39,23 @@ public:
     template <class Found> void overlapping(const bar_box& box, Found found) const;
 
 private:
+    static constexpr int HIGHEST_BOX = 24;
+    static constexpr int COLUMN = 64;
     struct item {
         bar_box box;
         std::uint32_t id;
     };
     int band_of(int v) const;
+    int column_of(int h) const;
+    std::size_t cell_of(const bar_box& box) const;
+    template <class Found> void in_cells(int from, int to, const bar_box& box, Found found) const;
+
+    // Cells lie band after band. A band's first cell holds what is too wide for columns, the others what begins in each.
     bool made = false;
-    int top = 0;
+    int top = 0, left = 0;
+    int bands = 1, columns = 1;
     std::vector<item> items;
-    std::vector<std::uint32_t> first; // of each band's items; one more for the end
+    std::vector<std::uint32_t> first; // of each cell's items; one more for the end
 };
 
 // A drawing that was put off. `e` is only ever compared: it may be gone.
@@ -99,7 +107,8 @@ struct view_index {
 view_index& brisolan_index(brisolan* x);
 // Whether the memory is placed still. [main]
 bool brisolan_isplaced(const brisolan* x, const view_index& ix);
-// The entry of an event, by its id; -1 when it has none. The memory must be placed. [main]
+// The entry of an event, by its id; -1 when it has none. Also while gathering, until a drawing of it waits: the entry is
+// as it was when all were placed. [main]
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
 // The drawing that waits for an event whose `place` this is; null when there is none. [main]
 const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place);
@@ -121,12 +130,20 @@ void brisolan_drawwanted(view_index& ix);
 // An event was drawn in this place: its entry follows. [main]
 void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look);
 
-template <class Found> void placed_bands::overlapping(const bar_box& box, Found found) const {
-    constexpr int HIGHEST_BOX = 24;
-    const auto from = first[static_cast<std::size_t>(band_of(box.top - HIGHEST_BOX))];
-    const auto to = first[static_cast<std::size_t>(band_of(box.bottom)) + 1];
-    for (std::uint32_t i = from; i < to; ++i) {
+template <class Found> void placed_bands::in_cells(int from, int to, const bar_box& box, Found found) const {
+    const std::uint32_t end = first[static_cast<std::size_t>(to) + 1];
+    for (std::uint32_t i = first[static_cast<std::size_t>(from)]; i < end; ++i) {
         if (items[i].box.overlaps(box)) found(items[i].id);
+    }
+}
+
+template <class Found> void placed_bands::overlapping(const bar_box& box, Found found) const {
+    const int from = column_of(box.left - COLUMN);
+    const int to = column_of(box.right);
+    for (int band = band_of(box.top - HIGHEST_BOX); band <= band_of(box.bottom); ++band) {
+        const int cells = band * columns;
+        in_cells(cells, cells, box, found);
+        in_cells(cells + from, cells + to, box, found);
     }
 }
 
@@ -152,6 +169,7 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
     ix.erased = 0;
     ix.placed = true;
     for (event* e = x->events; e; e = e->next) {
+        if (brisolan_isfaraway(ix.frame, *e)) continue;
         const deferred_drawing* d = ix.gathering ? brisolan_drawingof(ix, e, e->place) : nullptr;
         const bool known = d && brisolan_sameplace(ix.frame, d->look, *e);
         bar_look look = known ? d->look : brisolan_place(ix.frame, *e);

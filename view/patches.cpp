@@ -34,19 +34,31 @@ void grid_patches::add(const bar_box& erased) {
     const int to = std::min(erased.right, right) - left;
     const int to_line = std::min(erased.right, right - 1) + 1 - left;
     if (from >= to_line) return;
-    const bit_run with_edge(from, to_line);
-    const bool has_area = from < to;
-    const bit_run area(from, has_area ? to : from + 1);
-    for (int v = std::max<int>(erased.top, top); v <= behind && v < bottom; ++v) {
-        std::uint64_t* at = row(v);
-        if (row_colour[static_cast<std::size_t>(v)] != 0) {
-            with_edge.set(at);
-            continue;
-        }
-        if (v < behind && has_area) area.set(at);
-        for (int w = with_edge.first; w <= with_edge.last; ++w)
-            at[w] |= with_edge.in(w)&columns[static_cast<std::size_t>(w)];
+    const int first = std::max<int>(erased.top, top);
+    const int area_end = std::min(behind, bottom);
+    if (from < to) {
+        const bit_run area(from, to);
+        std::uint64_t* at = row(first);
+        for (int v = first; v < area_end; ++v, at += words) area.set(at);
     }
+    add_lines(first, behind, from, to_line);
+}
+
+// The lines reach the column and the row behind the erased area; within it they are part of it.
+void grid_patches::add_lines(int first, int behind, int from, int to) {
+    const bit_run run(from, to);
+    const int end = std::min(behind + 1, bottom);
+    const int last_word = (to - 1) / BITS;
+    const std::uint64_t edge = columns[static_cast<std::size_t>(last_word)] & std::uint64_t{1}
+                                                                                  << (to - 1) % BITS;
+    std::uint64_t* at = row(first);
+    for (int v = first; v < end; ++v, at += words) {
+        at[last_word] |= edge;
+        if (row_colour[static_cast<std::size_t>(v)] != 0) run.set(at);
+    }
+    if (behind < first || behind >= bottom) return;
+    at = row(behind);
+    for (int w = run.first; w <= run.last; ++w) at[w] |= run.in(w)&columns[static_cast<std::size_t>(w)];
 }
 
 void grid_patches::draw_run(int v, int from, int to) {

@@ -21,6 +21,7 @@ public:
 
 private:
     std::uint64_t* row(int v);
+    void add_lines(int first, int behind, int from, int to);
     void draw_row(int v);
     void draw_run(int v, int from, int to);
 

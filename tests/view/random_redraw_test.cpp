@@ -120,7 +120,7 @@ protected:
         const int xzooms[] = {25, 100, 200, 400};
         const int yzoom = yzooms[below(8)];
         const int xzoom = xzooms[below(4)];
-        const std::int16_t scroll = static_cast<std::int16_t>(below(10));
+        const auto scroll = static_cast<std::int16_t>(once_in(3) ? below(60) : below(10));
         const int label = once_in(4) ? -1 : once_in(4) ? PARAM_PITCH : PARAM_VEL;
         const std::uint8_t names = once_in(3) ? 1 : 0;
         const std::uint8_t sharps = once_in(3) ? 1 : 0;
@@ -128,7 +128,7 @@ protected:
             each->yzoom = yzoom;
             each->xzoom = each->lenzoom = xzoom;
             each->window->hscroll_value = scroll;
-            each->window->vscroll_value = static_cast<std::int16_t>(scroll * 3);
+            each->window->vscroll_value = static_cast<std::int16_t>(scroll % 10 * 3);
             each->labelparam = label;
             each->params[PARAM_PITCH].notenames = names;
             each->show_sharps = sharps;
