@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/desktop/process.h"
+#include "tests/support/process.h"
 
 #if BRISOLAN_HAVE_FLUIDSYNTH
 
