@@ -2,8 +2,10 @@
 // Benchmark.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
 #include <random>
+#include <vector>
 
 #include "app/session.h"
 #include "core/sequence.h"
@@ -31,22 +33,30 @@ public:
         x->editmode = 0;
         update();
     }
+    // In the order of time, as a file is read.
     void fill(std::int64_t n, int views) {
         std::mt19937 dice(7);
-        event* chain = nullptr;
-        for (std::int64_t i = 0; i < n; ++i) {
+        std::uniform_int_distribution<std::int32_t> when(0, VIEW_MS * views);
+        std::vector<std::int32_t> times(static_cast<std::size_t>(n));
+        for (std::int32_t& t : times) t = when(dice);
+        std::sort(times.begin(), times.end());
+        event* first = nullptr;
+        event* last = nullptr;
+        for (const std::int32_t t : times) {
             event* e = brisolan_newevent();
-            e->time = static_cast<std::int32_t>(
-                dice() % (static_cast<unsigned>(VIEW_MS) * static_cast<unsigned>(views)));
+            e->time = t;
             e->pitch = static_cast<std::int32_t>(dice() % 128);
             e->vel = static_cast<std::int32_t>(dice() % 128);
             e->dur = static_cast<std::int32_t>(50 + dice() % 300);
             e->chan = 1;
             e->track = static_cast<std::int32_t>(1 + dice() % 32);
-            e->next = chain;
-            chain = e;
+            if (last)
+                last->next = e;
+            else
+                first = e;
+            last = e;
         }
-        brisolan_linkchain(x, chain);
+        brisolan_linkchain(x, first);
     }
     void update() { kel_window_update(x->window); }
     template <class Step> void edit(Step step) {

@@ -64,13 +64,27 @@ private:
     event* before = nullptr;
 };
 
-// The chain in the order that linking its events one after the other gives: by time, the later of equals first.
+// The chain in the order that linking its events one after the other gives: by time, the later of equals first. Mostly a
+// chain is in order of time already, and then only equals change places.
 std::vector<event*> linking_order(event* head) {
+    const auto earlier = [](const event* a, const event* b) { return a->time < b->time; };
     std::vector<event*> chain;
-    for (event* e = head; e; e = e->next) chain.push_back(e);
-    std::reverse(chain.begin(), chain.end());
-    std::stable_sort(chain.begin(), chain.end(),
-                     [](const event* a, const event* b) { return a->time < b->time; });
+    bool ordered = true;
+    for (event* e = head; e; e = e->next) {
+        if (!chain.empty() && earlier(e, chain.back())) ordered = false;
+        chain.push_back(e);
+    }
+    if (!ordered) {
+        std::reverse(chain.begin(), chain.end());
+        std::stable_sort(chain.begin(), chain.end(), earlier);
+        return chain;
+    }
+    for (auto from = chain.begin(); from != chain.end();) {
+        auto to = from + 1;
+        while (to != chain.end() && (*to)->time == (*from)->time) ++to;
+        std::reverse(from, to);
+        from = to;
+    }
     return chain;
 }
 

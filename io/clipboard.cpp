@@ -79,39 +79,44 @@ bool add_event(text_block* text, const event& e) {
 // there is lost as if it were the line end, and what follows it is the next line.
 std::string_view take_line(std::string_view* text) {
     const std::string_view reach = text->substr(0, LINE_LIMIT + 1);
-    const std::size_t length = std::min(reach.find(LINE_END), std::min(reach.size(), LINE_LIMIT));
-    const std::string_view line = reach.substr(0, length);
+    const std::size_t length = std::min({reach.find(LINE_END), reach.size(), LINE_LIMIT});
     text->remove_prefix(std::min(length + 1, text->size()));
-    return line;
+    return reach.substr(0, length);
 }
 
-// Reads at most eight numbers of a line and gives how many it were. A minus sign counts for the number that it stands in
-// or before; a number beyond 32 bits stops at their limit.
+bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// The digits from *at on as a number, its sign applied; *at moves behind them. A number beyond 32 bits stops at their
+// limit. `negative` may become true in between: a minus sign counts for the number that it stands in or before.
+std::int32_t take_number(const char** at, const char* end, bool negative) {
+    constexpr std::int64_t BEYOND = std::int64_t{1} << 32;
+    std::int64_t number = 0;
+    for (; *at != end && (is_digit(**at) || **at == '-'); ++*at) {
+        if (**at == '-')
+            negative = true;
+        else if (number < BEYOND)
+            number = number * 10 + (**at - '0');
+    }
+    if (negative) number = -number;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(number, INT32_MIN, INT32_MAX));
+}
+
+// Reads at most eight numbers of a line and gives how many it were.
 int parse_line(std::string_view line, std::array<std::int32_t, NPARAMS>* values) {
     int count = 0;
-    std::int64_t number = 0;
-    bool digits = false;
     bool negative = false;
-    const auto store = [&] {
-        if (!digits) return;
-        const std::int64_t limit = negative ? -std::int64_t{INT32_MIN} : std::int64_t{INT32_MAX};
-        number = std::min(number, limit);
-        (*values)[static_cast<std::size_t>(count++)] = static_cast<std::int32_t>(negative ? -number : number);
-        number = 0;
-        digits = negative = false;
-    };
-    for (const char c : line) {
-        if (c >= '0' && c <= '9') {
-            digits = true;
-            number = std::min<std::int64_t>(number * 10 + (c - '0'), std::int64_t{1} << 32);
-        } else if (c == '-') {
-            negative = true;
+    const char* const end = line.data() + line.size();
+    for (const char* at = line.data(); at != end && count < NPARAMS;) {
+        if (is_digit(*at)) {
+            (*values)[static_cast<std::size_t>(count++)] = take_number(&at, end, negative);
+            negative = false;
         } else {
-            store();
-            if (count == NPARAMS) return count;
+            if (*at == '-') negative = true;
+            ++at;
         }
     }
-    store();
     return count;
 }
 
@@ -156,10 +161,7 @@ void paste_text(brisolan* x, std::string_view text) {
     const std::vector<event*> pasted = events_from(x, text);
     if (pasted.empty()) return;
     brisolan_linkchain(x, pasted.front());
-    for (event* e : pasted) {
-        brisolan_select(x, e);
-        brisolan_drawit(x, e);
-    }
+    for (event* e : pasted) brisolan_select(x, e); // which draws it
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <map>
 #include <string>
+#include <utility>
 
 struct toolbox_scrap {
     struct flavor {
@@ -29,7 +30,7 @@ void refresh_text() {
     if (!p.clipboard_read) return;
     std::string text;
     if (p.clipboard_read(p.user, &text)) {
-        clipboard.flavors[kScrapFlavorTypeText].bytes = text;
+        clipboard.flavors[kScrapFlavorTypeText].bytes = std::move(text);
     } else {
         clipboard.flavors.erase(kScrapFlavorTypeText);
     }
