@@ -60,6 +60,8 @@ struct event {
     cell<std::uint8_t> needsdraw{1}; // the redraw pass for marked events draws it
     cell<std::uint8_t> selected{0};
     cell<std::uint8_t> marked{0}; // rubber-band memory, bits 0 and 1; set by the selection before it reads it
+    cell<std::uint8_t> alive{
+        1}; // 0 once it was freed; its storage can be read until the main-level call ends
     std::uint32_t place =
         0; // the view's memory, main level: where to look for the event in its index; 0 nowhere
 };

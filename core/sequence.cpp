@@ -96,6 +96,7 @@ event* brisolan_newevent() {
 }
 
 void brisolan_freeevent(event* e) {
+    e->alive = std::uint8_t{0};
     host_freebytes(e, sizeof(event));
 }
 

@@ -58,7 +58,7 @@ void draw_parts(const view_frame& f, const bar_look& look, unsigned wanted) {
     const bar_edges e(f, look);
     if (wanted & (PART_HEAD | PART_REST)) {
         if (f.set.colorparam == PARAM_TRACK)
-            brisolan_trackcolor(look.track - 1);
+            brisolan_trackcolor(std::max(look.track, 0) - 1);
         else
             t_color(COLOR_FOREGROUND);
         if (wanted & PART_HEAD) fill(look, e, look.left, e.head);

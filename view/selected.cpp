@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "core/locked.h"
 #include "core/sequence.h"
 #include "view/events.h"
 #include "view/geometry.h"
@@ -25,8 +26,13 @@ void deselect(brisolan* x, event* e) {
 
 } // namespace
 
+// The scheduler may have cleared the sequence since the event was found: then nothing becomes the anchor, which outlives
+// this call while the event does not.
 void brisolan_setfirstsel(brisolan* x, event* e) {
-    x->firstsel = e;
+    {
+        const locked_out now;
+        x->firstsel = e && e->alive == 1 ? e : nullptr;
+    }
     x->redraw.redraw_values = std::uint8_t{1};
     brisolan_redraw(x);
 }
