@@ -19,6 +19,7 @@ foreach(suite IN LISTS suites)
     set(serial FALSE)
     if(suite MATCHES "^live")
         set(serial TRUE)
+        list(APPEND labels live)
     endif()
     string(APPEND text "add_test([==[${ROOM}.${suite}]==] [==[${PROGRAM}]==] --gtest_brief=1 "
         "[==[--gtest_filter=${suite}.*]==])\n"
