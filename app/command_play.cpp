@@ -107,8 +107,11 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
         std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
     };
     session.catch_signals();
-    view.begin(o.from, o.speed, length);
-    if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+    {
+        const kel_moment begin; // what is shown counts from where the waits do
+        view.begin(o.from, o.speed, length);
+        if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+    }
     return play_through(session, score, view, outputs);
 }
 

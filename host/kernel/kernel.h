@@ -32,6 +32,18 @@ const host_platform& kel_platform();
 // The time now: at scheduler level the due time of the callback that runs, so that what it sets does not drift. [both]
 kel_time kel_now();
 
+// While it lives, the main level's time stands still: what is set within one scope counts from one and the same moment.
+class kel_moment {
+public:
+    kel_moment();
+    ~kel_moment();
+    kel_moment(const kel_moment&) = delete;
+    kel_moment& operator=(const kel_moment&) = delete;
+
+private:
+    kel_time before;
+};
+
 // Lets virtual time pass until `until`, firing the clocks that come due on the way in order of due time, then of
 // setting; after each one all low-priority calls are carried out and `after` (may be empty) is called. [main]
 void kel_advance(kel_time until, const std::function<void()>& after = {});

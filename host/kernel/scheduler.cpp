@@ -221,6 +221,14 @@ std::int64_t host_now() {
     return kel_now();
 }
 
+kel_moment::kel_moment() : before(t_now) {
+    t_now = kel_now();
+}
+
+kel_moment::~kel_moment() {
+    t_now = before;
+}
+
 void kel_advance(kel_time until, const std::function<void()>& after) {
     host_expect_main("kel_advance");
     for (;;) {
@@ -290,7 +298,8 @@ void host_clock_delay(host_clock* c, std::int32_t ms) {
     const kel_time due = kel_now() + std::max(ms, 0) * NS_PER_MS;
     std::lock_guard in(state().guard);
     set_locked(c, due);
-    if (state().due.back() == c && t_now < 0) pthread_cond_signal(&state().changed);
+    if (state().due.back() == c && kel_current_level() == kel_level::main)
+        pthread_cond_signal(&state().changed);
 }
 
 void host_clock_unset(host_clock* c) {

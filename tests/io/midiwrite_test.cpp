@@ -305,9 +305,9 @@ TEST_F(midiwrite, WritesWhatTheSlowTwinWrites) {
     for (int round = 0; round < 400; ++round) {
         std::vector<values> all;
         for (int n = roll(80); n > 0; --n) {
-            const std::int32_t wide = roll(30) == 0 ? static_cast<std::int32_t>(random()) : roll(40);
-            all.push_back(
-                {roll(100) * 10, 60 + roll(5), 1 + roll(127), wide * 10 - 20, 1 + roll(16), roll(6), 0, 0});
+            const std::int64_t wide = roll(30) == 0 ? static_cast<std::int32_t>(random()) : roll(40);
+            const auto dur = static_cast<std::int32_t>(wide * 10 - 20); // any 32 bits now and then
+            all.push_back({roll(100) * 10, 60 + roll(5), 1 + roll(127), dur, 1 + roll(16), roll(6), 0, 0});
         }
         std::stable_sort(all.begin(), all.end(),
                          [](const values& a, const values& b) { return a[0] < b[0]; });
