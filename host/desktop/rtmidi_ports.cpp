@@ -256,6 +256,27 @@ private:
 // The one port number that patches know the input by.
 constexpr int LIVE_PORT = 1;
 
+// When a JACK server that is late clears a cycle's messages while RtMidi still reads them, RtMidi hands in the last one it
+// got as often as there should have been further ones. Nobody strikes the same key twice in so short a time.
+constexpr kel_time SAME_MOMENT = NS_PER_MS / 5;
+
+// What is done with the notes of one input. Called by the MIDI system's own thread.
+struct arrivals {
+    midi_arrival to;
+    std::int32_t last_place = -1;
+    std::int32_t last_key = -1;
+    kel_time last_at = 0;
+
+    void take(std::int32_t place, std::int32_t key) {
+        const kel_time now = kel_now();
+        const bool again = place == last_place && key == last_key && now - last_at < SAME_MOMENT;
+        last_place = place;
+        last_key = key;
+        last_at = now;
+        if (!again) kel_post(to.call, to.context, place, key, now);
+    }
+};
+
 // Called by the MIDI system's own thread for each message that comes in.
 void heard(double, std::vector<unsigned char>* message, void* port) {
     if (message->size() < 3) return;
@@ -263,21 +284,21 @@ void heard(double, std::vector<unsigned char>* message, void* port) {
     if (kind != 0x80 && kind != 0x90) return;
     const int channel = ((*message)[0] & 0x0F) + 1;
     const int velocity = kind == 0x90 ? (*message)[2] & 127 : 0;
-    const auto& to = *static_cast<const midi_arrival*>(port);
-    kel_post(to.call, to.context, midi_place(LIVE_PORT, channel), midi_key((*message)[1] & 127, velocity));
+    static_cast<arrivals*>(port)->take(midi_place(LIVE_PORT, channel),
+                                       midi_key((*message)[1] & 127, velocity));
 }
 
 class in_port : public midi_source {
 public:
-    explicit in_port(const midi_arrival& a) : arrival(a) {}
+    explicit in_port(const midi_arrival& a) : notes{a} {}
     bool open(const midi_wish& wish, std::string& error) {
         return from.open(
-            wish, [this](RtMidiIn& device) { device.setCallback(heard, &arrival); }, error);
+            wish, [this](RtMidiIn& device) { device.setCallback(heard, &notes); }, error);
     }
     void poll() override { from.poll(); }
 
 private:
-    midi_arrival arrival; // before the connection, whose thread reads it
+    arrivals notes; // before the connection, whose thread writes it
     connection<RtMidiIn> from;
 };
 

@@ -15,7 +15,12 @@ namespace {
 constexpr int START_MS = 10'000;
 constexpr int PORT_MS = 10'000;
 constexpr const char* RATE = "48000";
+constexpr int RATE_HZ = 48000;
 constexpr const char* PERIOD = "64";
+
+std::int64_t microseconds(jack_nframes_t frames) {
+    return std::int64_t{frames} * 1'000'000 / RATE_HZ;
+}
 
 bool is_program(const std::filesystem::path& file) {
     return access(file.c_str(), X_OK) == 0;
@@ -66,10 +71,12 @@ std::string jack_server::why_not() {
     return on_path("jackd") ? "" : "there is no jackd (Debian: jackd2)";
 }
 
+// With real-time priority where that is allowed, and waiting for its clients: on a busy machine it would else begin the
+// next cycle while they still read the last one's messages.
 bool jack_server::start() {
     daemon = std::make_unique<process>(
         folder, "jackd",
-        std::vector<std::string>{"jackd", "-n", name, "-R", "-d", "dummy", "-r", RATE, "-p", PERIOD});
+        std::vector<std::string>{"jackd", "-n", name, "-R", "-S", "-d", "dummy", "-r", RATE, "-p", PERIOD});
     return holds_within(START_MS, [this] { return !daemon->runs() || server_answers(); }) && daemon->runs();
 }
 
@@ -133,39 +140,40 @@ std::vector<timed_message> jack_peer::heard() const {
     return {in.begin(), in.begin() + static_cast<std::ptrdiff_t>(nin.load())};
 }
 
+// Times are those of the clock at the beginning of each cycle: JACK's own frame times are smoothed, and after a late cycle
+// they are off for seconds.
 int jack_peer::process_cycle(jack_nframes_t frames, void* peer) {
     auto* const p = static_cast<jack_peer*>(peer);
-    const jack_nframes_t cycle = jack_last_frame_time(p->client);
-    p->take(frames, cycle);
-    p->give(frames, cycle);
+    const std::int64_t began = now();
+    if (p->cycle_began) p->late = std::max(p->late.load(), began - p->cycle_began - microseconds(frames));
+    p->cycle_began = began;
+    p->take(frames);
+    p->give(frames);
     return 0;
 }
 
-void jack_peer::take(jack_nframes_t frames, jack_nframes_t cycle) {
+void jack_peer::take(jack_nframes_t frames) {
     void* const buffer = jack_port_get_buffer(midi_in, frames);
     const jack_nframes_t n = jack_midi_get_event_count(buffer);
     for (jack_nframes_t i = 0; i < n && nin < ROOM; ++i) {
         jack_midi_event_t e;
         if (jack_midi_event_get(&e, buffer, i) != 0 || e.size != 3) continue;
-        in[nin] = {static_cast<std::int64_t>(jack_frames_to_time(client, cycle + e.time)),
-                   {e.buffer[0], e.buffer[1], e.buffer[2]}};
+        in[nin] = {cycle_began + microseconds(e.time), {e.buffer[0], e.buffer[1], e.buffer[2]}};
         ++nin;
     }
     const auto* const sound = static_cast<const float*>(jack_port_get_buffer(sound_in, frames));
     for (jack_nframes_t i = 0; i < frames; ++i) peak = std::max(peak.load(), std::fabs(sound[i]));
 }
 
-void jack_peer::give(jack_nframes_t frames, jack_nframes_t cycle) {
+void jack_peer::give(jack_nframes_t frames) {
     void* const buffer = jack_port_get_buffer(midi_out, frames);
     jack_midi_clear_buffer(buffer);
     jack_nframes_t last = 0;
     while (sent < nout) {
         const timed_message& m = out[sent];
-        const auto due = static_cast<std::int32_t>(
-            jack_time_to_frames(client, static_cast<jack_time_t>(std::max<std::int64_t>(m.at, 0))) - cycle);
-        const jack_nframes_t at = m.at == 0 || due < 0 ? last : static_cast<jack_nframes_t>(due);
-        if (at >= frames) return;
-        last = std::max(last, at);
+        const std::int64_t due = std::max<std::int64_t>(m.at - cycle_began, 0) * RATE_HZ / 1'000'000;
+        if (due >= frames) return;
+        last = std::max(last, static_cast<jack_nframes_t>(due));
         const std::array<jack_midi_data_t, 3> bytes{static_cast<jack_midi_data_t>(m.bytes[0]),
                                                     static_cast<jack_midi_data_t>(m.bytes[1]),
                                                     static_cast<jack_midi_data_t>(m.bytes[2])};

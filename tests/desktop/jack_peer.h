@@ -65,13 +65,15 @@ public:
 
     // What has come in so far.
     std::vector<timed_message> heard() const;
+    // By how many milliseconds the server was late with a cycle at worst since it was asked last.
+    double server_late() { return static_cast<double>(late.exchange(0)) / 1000; }
     // The loudest sample heard so far.
     float loudest() const { return peak; }
 
 private:
     static int process_cycle(jack_nframes_t frames, void* peer);
-    void take(jack_nframes_t frames, jack_nframes_t cycle);
-    void give(jack_nframes_t frames, jack_nframes_t cycle);
+    void take(jack_nframes_t frames);
+    void give(jack_nframes_t frames);
     bool join(const std::string& from, const std::string& to) const;
 
     static constexpr std::size_t ROOM = 65536;
@@ -87,4 +89,6 @@ private:
     std::atomic<std::size_t> nout{0};
     std::size_t sent = 0; // of those in `out`; the cycle's alone
     std::atomic<float> peak{0};
+    std::int64_t cycle_began = 0; // the cycle's alone
+    std::atomic<std::int64_t> late{0};
 };

@@ -49,15 +49,18 @@ timing measure(const std::vector<timed_message>& on, int apart) {
             std::abs(place.back() - place.front())};
 }
 
-// Where the server gets no real-time priority and the machine is busy, the server itself is late: the best of some tries
-// shows what the program does.
+// Where the server gets no real-time priority, or others have more, the server itself is late: what the program does shows
+// in a try in which it was not.
 TEST_F(live_play, NotesArriveWithinMillisecondsOfTheirTimes) {
     constexpr int NOTES = 60;
     constexpr int APART = 50;
-    timing best;
-    for (int tries = 0; tries < 4 && !(best.half < 2 && best.most < 4); ++tries) {
+    constexpr double PUNCTUAL = 2; // milliseconds
+    bool judged = false;
+    for (int tries = 0; tries < 6 && !judged; ++tries) {
         const std::size_t before = peer->heard().size();
+        peer->server_late();
         run({"play", scale(NOTES, APART), "--port", "peer", "--quiet"});
+        const double late = peer->server_late();
         std::vector<timed_message> all = peer->heard();
         all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(before));
         const std::vector<timed_message> on = only(0x90, all);
@@ -66,13 +69,19 @@ TEST_F(live_play, NotesArriveWithinMillisecondsOfTheirTimes) {
             EXPECT_EQ(on[i].bytes, (bytes{0x90, 40 + (static_cast<int>(i) + 1) % 40, 100}));
         const timing now = measure(on, APART);
         std::printf(
-            "half of the notes are off by %.2f ms at most, nine of ten by %.2f ms, the worst by %.2f ms\n",
-            now.half, now.most, now.worst);
-        if (now.most < best.most) best = now;
+            "half of the notes are off by %.2f ms at most, nine of ten by %.2f ms, the worst by %.2f ms; "
+            "the server by %.2f ms\n",
+            now.half, now.most, now.worst, late);
+        judged = late < PUNCTUAL;
+        if (!judged) continue;
+        EXPECT_LT(now.half, 2);
+        EXPECT_LT(now.most, 4);
+        EXPECT_LT(now.drift, 8);
     }
-    EXPECT_LT(best.half, 2);
-    EXPECT_LT(best.most, 4);
-    EXPECT_LT(best.drift, 10);
+    if (!judged) {
+        std::printf("the times of live notes were not judged: the JACK server was late itself\n");
+        GTEST_SKIP();
+    }
 }
 
 TEST_F(live_play, EveryNoteEndsAfterItsDurationAndTheChannelsAreReset) {

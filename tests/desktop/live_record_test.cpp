@@ -60,7 +60,7 @@ TEST_F(live_record, NotesComeIntoTheFileWithTheirTimes) {
         p->send(SIGINT);
         EXPECT_EQ(p->wait(10'000), 0) << p->err();
         const auto got = events("take.kel");
-        ASSERT_EQ(got.size(), static_cast<std::size_t>(NOTES));
+        ASSERT_EQ(got.size(), static_cast<std::size_t>(NOTES)) << run({"list", file("take.kel")});
         worst = 0;
         for (int i = 0; i < NOTES; ++i) {
             const auto& e = got[static_cast<std::size_t>(i)];
@@ -73,6 +73,22 @@ TEST_F(live_record, NotesComeIntoTheFileWithTheirTimes) {
         std::printf("times and durations are off by %.0f ms at most\n", worst);
     }
     EXPECT_LE(worst, 4);
+}
+
+TEST_F(live_record, MessagesThatComeAtOnceAreToldApart) {
+    constexpr int NOTES = 40;
+    const std::unique_ptr<process> p = record({file("take.kel")});
+    const std::int64_t at = jack_peer::now() + 100'000;
+    for (int i = 0; i < NOTES; ++i) key(at, 40 + i, 0, -1);
+    for (int i = 0; i < NOTES; ++i) key(at, 40 + i, 100, -1);
+    for (std::size_t i = NOTES; i < 2 * NOTES; ++i) keys[i].bytes[0] = 0x80;
+    play_keys();
+    sleep_ms(400);
+    p->send(SIGINT);
+    EXPECT_EQ(p->wait(10'000), 0) << p->err();
+    const auto got = events("take.kel");
+    ASSERT_EQ(got.size(), static_cast<std::size_t>(NOTES));
+    for (int i = 0; i < NOTES; ++i) EXPECT_EQ(got[static_cast<std::size_t>(i)][PITCH], 40 + i);
 }
 
 TEST_F(live_record, EverySignalThatEndsAProgramSavesWhatWasPlayed) {
