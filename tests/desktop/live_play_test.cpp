@@ -33,34 +33,38 @@ struct timing {
     double half = 1e9; // of the notes are not further off than this
     double most = 1e9; // nine of ten are not
     double worst = 1e9;
-    double drift = 1e9; // from the first note to the last
+    double drift = 1e9; // from the first third of the notes to the last
 };
+
+double middle_of(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
 
 timing measure(const std::vector<timed_message>& on, int apart) {
     std::vector<double> place; // of each note, as if all were due at once
     for (std::size_t i = 0; i < on.size(); ++i)
         place.push_back(static_cast<double>(on[i].at) / 1000 - static_cast<double>(i) * apart);
-    std::vector<double> off = place;
+    const double middle = middle_of(place);
+    std::vector<double> off;
+    for (const double p : place) off.push_back(std::abs(p - middle));
     std::sort(off.begin(), off.end());
-    const double middle = off[off.size() / 2];
-    for (double& o : off) o = std::abs(o - middle);
-    std::sort(off.begin(), off.end());
+    const auto third = static_cast<std::ptrdiff_t>(place.size() / 3);
     return {off[off.size() / 2], off[off.size() * 9 / 10], off.back(),
-            std::abs(place.back() - place.front())};
+            std::abs(middle_of({place.begin(), place.begin() + third}) -
+                     middle_of({place.end() - third, place.end()}))};
 }
 
-// Where the server gets no real-time priority, or others have more, the server itself is late: what the program does shows
-// in a try in which it was not.
+// A machine that stands still for a moment makes single notes late, and a busy one without real-time priorities many: so
+// the usual note is judged, and the best of some tries.
 TEST_F(live_play, NotesArriveWithinMillisecondsOfTheirTimes) {
     constexpr int NOTES = 60;
     constexpr int APART = 50;
-    constexpr double PUNCTUAL = 2; // milliseconds
-    bool judged = false;
-    for (int tries = 0; tries < 6 && !judged; ++tries) {
+    timing best;
+    for (int tries = 0; tries < 4 && !(best.half < 2 && best.most < 4 && best.drift < 2); ++tries) {
         const std::size_t before = peer->heard().size();
         peer->server_late();
         run({"play", scale(NOTES, APART), "--port", "peer", "--quiet"});
-        const double late = peer->server_late();
         std::vector<timed_message> all = peer->heard();
         all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(before));
         const std::vector<timed_message> on = only(0x90, all);
@@ -70,18 +74,13 @@ TEST_F(live_play, NotesArriveWithinMillisecondsOfTheirTimes) {
         const timing now = measure(on, APART);
         std::printf(
             "half of the notes are off by %.2f ms at most, nine of ten by %.2f ms, the worst by %.2f ms; "
-            "the server by %.2f ms\n",
-            now.half, now.most, now.worst, late);
-        judged = late < PUNCTUAL;
-        if (!judged) continue;
-        EXPECT_LT(now.half, 2);
-        EXPECT_LT(now.most, 4);
-        EXPECT_LT(now.drift, 8);
+            "the server was late by %.2f ms at worst\n",
+            now.half, now.most, now.worst, peer->server_late());
+        if (now.most < best.most) best = now;
     }
-    if (!judged) {
-        std::printf("the times of live notes were not judged: the JACK server was late itself\n");
-        GTEST_SKIP();
-    }
+    EXPECT_LT(best.half, 2);
+    EXPECT_LT(best.most, 4);
+    EXPECT_LT(best.drift, 2);
 }
 
 TEST_F(live_play, EveryNoteEndsAfterItsDurationAndTheChannelsAreReset) {
