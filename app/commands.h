@@ -10,6 +10,7 @@ constexpr int EXIT_FAILED = 1; // the work failed; standard error says why
 constexpr int EXIT_MISUSE = 2; // the command line, or a script's line, was not understood
 
 // Each adds its command with its options; the chosen one's callback stores the exit status. [main]
+void add_edit_command(CLI::App& program, int& status);
 void add_list_command(CLI::App& program, int& status);
 void add_convert_command(CLI::App& program, int& status);
 void add_render_command(CLI::App& program, int& status);

@@ -21,7 +21,7 @@ constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
 
 // Written once by the session's start, before any other thread or handler knows of it; a signal's handler has no other
 // way to it.
-int wake_fd = -1;
+int event_fd = -1;
 volatile std::sig_atomic_t signal_that_came = 0;
 
 void on_signal(int which) {
@@ -33,11 +33,11 @@ void on_signal(int which) {
 
 } // namespace
 
-live_session::live_session(kel_timing timing) {
-    wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (wake_fd < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
+live_session::live_session(kel_timing timing, const host_platform& machine) {
+    event_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (event_fd < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
     signal_that_came = 0;
-    host_platform p;
+    host_platform p = machine;
     p.user = this;
     p.console = console;
     p.wake = woken;
@@ -53,8 +53,8 @@ live_session::~live_session() {
         sigaction(SIGPIPE, &pipe_before, nullptr);
     }
     toolbox_reset();
-    close(wake_fd);
-    wake_fd = -1;
+    close(event_fd);
+    event_fd = -1;
 }
 
 void live_session::catch_signals() {
@@ -69,6 +69,10 @@ void live_session::catch_signals() {
     catching = true;
 }
 
+int live_session::wake_fd() {
+    return event_fd;
+}
+
 int live_session::signal() const {
     return signal_that_came;
 }
@@ -76,7 +80,7 @@ int live_session::signal() const {
 void live_session::wake() {
     const std::uint64_t one = 1;
     // Full means that a wake is under way already.
-    [[maybe_unused]] const ssize_t written = write(wake_fd, &one, sizeof one);
+    [[maybe_unused]] const ssize_t written = write(event_fd, &one, sizeof one);
 }
 
 void live_session::woken(void*) {
@@ -88,10 +92,10 @@ void live_session::wait(int ms) {
     kel_run_queue();
     print_lines();
     if (signal_that_came) return;
-    pollfd p{wake_fd, POLLIN, 0};
+    pollfd p{event_fd, POLLIN, 0};
     if (poll(&p, 1, ms) > 0) {
         std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t got = read(wake_fd, &count, sizeof count);
+        [[maybe_unused]] const ssize_t got = read(event_fd, &count, sizeof count);
     }
     kel_run_queue();
     print_lines();

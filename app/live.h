@@ -15,7 +15,8 @@
 // have been freed. One at a time. In virtual time the same is offered, for work that is done as fast as it can be.
 class live_session {
 public:
-    explicit live_session(kel_timing timing = kel_timing::real_time);
+    // `machine` has what else there is: windows, dialogs; the session puts its own console, wake and user into it.
+    explicit live_session(kel_timing timing = kel_timing::real_time, const host_platform& machine = {});
     ~live_session();
     live_session(const live_session&) = delete;
     live_session& operator=(const live_session&) = delete;
@@ -35,6 +36,9 @@ public:
 
     // Ends a wait. Any thread, and a signal's handler.
     static void wake();
+
+    // For a main level that waits by itself: becomes readable when wait() has something to do. [main]
+    static int wake_fd();
 
 private:
     static constexpr std::size_t LINES =

@@ -1,6 +1,10 @@
 // app/main.cpp: the command line.
 // Layer: program.
-#include <clocale>
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
 
 #include "app/commands.h"
 
@@ -13,6 +17,15 @@ std::string misuse(const CLI::App* program, const CLI::Error& e) {
     return command + ": " + e.what() + " (" + command + " --help tells more)\n";
 }
 
+// Whether the word names a file rather than a command: `brisolan FILE` is short for `brisolan edit FILE`.
+bool names_a_file(const CLI::App& program, const std::string& word) {
+    if (word.empty() || word[0] == '-') return false;
+    const auto called = [&word](const CLI::App* command) { return command->get_name() == word; };
+    if (!program.get_subcommands(called).empty()) return false;
+    return word.find('.') != std::string::npos || word.find('/') != std::string::npos ||
+           access(word.c_str(), F_OK) == 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -23,6 +36,7 @@ int main(int argc, char** argv) {
     program.require_subcommand(1);
     program.failure_message(misuse);
     int status = EXIT_DONE;
+    add_edit_command(program, status);
     add_play_command(program, status);
     add_record_command(program, status);
     add_follow_command(program, status);
@@ -32,8 +46,11 @@ int main(int argc, char** argv) {
     add_render_command(program, status);
     add_ports_command(program, status);
     add_script_command(program, status);
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.empty() || names_a_file(program, words.front())) words.insert(words.begin(), "edit");
+    std::reverse(words.begin(), words.end()); // as the parser takes them
     try {
-        program.parse(argc, argv);
+        program.parse(words);
     } catch (const CLI::ParseError& e) {
         return program.exit(e) == 0 ? EXIT_DONE : EXIT_MISUSE;
     }

@@ -37,7 +37,7 @@ endforeach()
 if(sources)
     add_library(brisolan_headers_alone OBJECT EXCLUDE_FROM_ALL ${sources})
     target_link_libraries(brisolan_headers_alone PRIVATE
-        brisolan_flags brisolan_desktop_options GTest::gtest CLI11::CLI11 PNG::PNG)
+        brisolan_flags brisolan_desktop_options brisolan_qt_options GTest::gtest CLI11::CLI11 PNG::PNG)
     add_test(NAME checks/headers-alone
         COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target brisolan_headers_alone)
     set_tests_properties(checks/headers-alone PROPERTIES LABELS checks TIMEOUT 900)

@@ -10,7 +10,6 @@ if(BRISOLAN_DESKTOP)
     find_package(Qt6 6.4 QUIET COMPONENTS Widgets)
     if(TARGET Qt6::Widgets)
         set(BRISOLAN_HAVE_QT 1)
-        target_link_libraries(brisolan_desktop_options INTERFACE Qt6::Widgets)
     endif()
     # By header and library: their pkg-config files also ask for what they were built with themselves.
     find_path(JACK_INCLUDE jack/jack.h)
@@ -31,7 +30,10 @@ if(BRISOLAN_DESKTOP)
     endforeach()
 endif()
 
-set(absent "")
+# Qt's files are a library of their own, which the editor's program alone links: loading Qt takes longer than most of the
+# other commands' work.
+file(GLOB_RECURSE qt_files CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/host/desktop/qt_*.cpp)
+set(absent ${qt_files})
 foreach(library QT JACK RTMIDI FLUIDSYNTH)
     target_compile_definitions(brisolan_desktop_options
         INTERFACE BRISOLAN_HAVE_${library}=${BRISOLAN_HAVE_${library}})
@@ -46,6 +48,13 @@ endforeach()
 
 brisolan_library(brisolan_desktop host/desktop EXCEPT ${absent})
 target_link_libraries(brisolan_desktop ${brisolan_desktop_SCOPE} brisolan_desktop_options)
-if(BRISOLAN_HAVE_QT AND brisolan_desktop_SCOPE STREQUAL "PUBLIC")
-    set_target_properties(brisolan_desktop PROPERTIES AUTOMOC ON)
+
+add_library(brisolan_qt_options INTERFACE)
+if(BRISOLAN_HAVE_QT)
+    target_link_libraries(brisolan_qt_options INTERFACE Qt6::Widgets)
+    list(TRANSFORM qt_files PREPEND ${CMAKE_SOURCE_DIR}/)
+    add_library(brisolan_qt STATIC ${qt_files})
+    target_link_libraries(brisolan_qt PRIVATE brisolan_flags PUBLIC brisolan_qt_options brisolan_desktop_options)
+    target_compile_definitions(brisolan_qt PRIVATE BRISOLAN_VERSION="${PROJECT_VERSION}")
+    set_target_properties(brisolan_qt PROPERTIES AUTOMOC ON)
 endif()

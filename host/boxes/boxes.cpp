@@ -5,6 +5,7 @@
 void boxes_load() {
     comment_setup();
     delay_setup();
+    gate_setup();
     loadbang_setup();
     makenote_setup();
     message_setup();

@@ -9,6 +9,7 @@ void boxes_load();
 // One class each. [main]
 void comment_setup();
 void delay_setup();
+void gate_setup();
 void loadbang_setup();
 void makenote_setup();
 void message_setup();

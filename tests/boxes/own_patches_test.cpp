@@ -153,7 +153,7 @@ TEST_F(play_patch_test, the_patch_is_found_where_the_environment_says_and_else_i
 }
 
 TEST_F(play_patch_test, what_is_built_in_is_what_lies_in_the_tree) {
-    ASSERT_EQ(built_in_patches().size(), 3U);
+    ASSERT_EQ(built_in_patches().size(), 4U);
     for (const built_in_patch& p : built_in_patches()) {
         setenv("BRISOLAN_PATCHES", (std::string(BRISOLAN_SOURCE_DIR) + "/patches").c_str(), 1);
         EXPECT_EQ(own_patch(std::string(p.name).c_str()).text, p.text);

@@ -1,0 +1,48 @@
+// app/editor.h: the program behind the desktop's windows: the running host, its documents, its devices.
+// Layer: program. Made by the editor's main; called by the desktop's windows.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/devices.h"
+#include "app/live.h"
+#include "host/desktop/desk.h"
+
+class editor : public desk_program {
+public:
+    // Starts the host in real time on a machine with these windows and dialogs. One at a time. [main]
+    explicit editor(const host_platform& machine);
+    ~editor() override;
+    editor(const editor&) = delete;
+    editor& operator=(const editor&) = delete;
+
+    int wake_fd() const override { return live_session::wake_fd(); }
+    void turn() override { session.wait(0); }
+    int signal() const override { return session.signal(); }
+    std::vector<std::string> console() override;
+
+    std::unique_ptr<desk_document> make(std::string& why) override;
+    std::unique_ptr<desk_document> open(const std::string& file, std::string& why) override;
+
+    std::vector<desk_port> inputs() override;
+    std::vector<desk_port> outputs() override;
+    std::string choose_input(const std::string& name) override;
+    std::string choose_output(const std::string& name) override;
+    bool synth() const override { return sound != nullptr; }
+    std::string set_synth(bool on) override;
+    std::string why_no_midi() override;
+    void panic() override;
+    void poll() override;
+
+private:
+    live_session session;
+    std::vector<std::string> lines;
+    int made = 0;
+    std::string input_name;
+    std::string output_name;
+    std::unique_ptr<note_outputs> port;
+    std::unique_ptr<note_outputs> sound;
+    std::unique_ptr<note_input> input;
+};

@@ -1,0 +1,303 @@
+// app/score_document.cpp: a score being edited on the desktop.
+// Layer: program.
+#include "app/score_document.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+#include "app/play_patch.h"
+#include "app/saved_form.h"
+#include "app/source.h"
+#include "app/target.h"
+#include "core/locked.h"
+#include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
+#include "host/kernel/windows.h"
+#include "view/events.h"
+#include "view/geometry.h"
+#include "view/legend.h"
+#include "view/scroll.h"
+#include "view/window.h"
+#include "view/zoom.h"
+
+namespace {
+
+constexpr kel_time LENGTH_GROWS_OLD = 1000 * NS_PER_MS;
+constexpr std::int32_t PERFORMER_CHANNEL = 1;
+constexpr int LARGEST_ZOOM = 1 << 20;
+
+// The window's port current for the scope's life, for what draws at once.
+class drawing_in {
+public:
+    explicit drawing_in(host_window* w) {
+        GetPort(&before);
+        SetPort(w->visible ? w->port : nullptr);
+    }
+    ~drawing_in() { SetPort(before); }
+    drawing_in(const drawing_in&) = delete;
+    drawing_in& operator=(const drawing_in&) = delete;
+
+private:
+    GrafPtr before = nullptr;
+};
+
+const event* first_selected(const brisolan* x) {
+    const event* e = x->events;
+    while (e && !e->selected) e = e->next;
+    return e;
+}
+
+} // namespace
+
+score_document::score_document(std::function<void(const std::string&)>& where, int n)
+    : console(where), number(n) {}
+
+std::string score_document::start(const std::string& file) {
+    if (std::string why = patch.load(); !why.empty()) return why;
+    if (file.empty()) return "";
+    if (std::string why = read_into(console, patch.score(), file); !why.empty()) return why;
+    path = file;
+    return "";
+}
+
+std::string score_document::title() const {
+    if (!path.empty()) return std::filesystem::path(path).filename().string();
+    return number > 1 ? "Untitled " + std::to_string(number) : "Untitled";
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Files
+
+bool score_document::is_midi() const {
+    return !path.empty() && kel_typeofname(path.c_str()) == TYPE_MIDI;
+}
+
+score_document::saved_state score_document::state_now() {
+    return {true, score_digest(patch.score()), is_midi() ? midi_digest(console, patch.score()) : 0};
+}
+
+void score_document::remember() {
+    if (saved.known || patch.mode() == MODE_RECORD) return;
+    saved = state_now();
+    copied = saved.score;
+}
+
+bool score_document::unsaved() {
+    if (from_copy) return true;
+    if (!saved.known) return false;
+    if (path.empty() && empty()) return false;
+    if (score_digest(patch.score()) == saved.score) return false;
+    return !is_midi() || midi_digest(console, patch.score()) != saved.midi;
+}
+
+std::string score_document::save(const std::string& to) {
+    const file_type type = kel_typeofname(to.c_str());
+    if (!type) return to + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb";
+    if (std::string why = write_from(console, patch.score(), {to, type}); !why.empty()) return why;
+    path = to;
+    from_copy = false;
+    saved = state_now();
+    kel_patcher_setchanged(patch.patcher(), false);
+    return "";
+}
+
+std::string score_document::export_midi(const std::string& to, int format, bool timecode) {
+    return write_from(console, patch.score(), {to, TYPE_MIDI, timecode, format});
+}
+
+std::string score_document::lost_in(const std::string& to) {
+    if (kel_typeofname(to.c_str()) != TYPE_MIDI) return "";
+    const brisolan* x = patch.score();
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->x1 != x->params[PARAM_X1].defvalue || e->x2 != x->params[PARAM_X2].defvalue)
+            return "the values of " + parameter_name(PARAM_X1) + " and " + parameter_name(PARAM_X2);
+        if (e->chan < 1 || e->chan > 16) return "channels beyond 1 to 16";
+        if (e->pitch < 0 || e->pitch > 127) return "pitches beyond 0 to 127";
+    }
+    return "";
+}
+
+bool score_document::keep_copy(const std::string& to) {
+    const std::uint64_t now = score_digest(patch.score());
+    if (now == copied) return true;
+    const std::uint8_t form = patch.score()->window->save_format;
+    const bool done = write_from(console, patch.score(), {to, TYPE_KELB}).empty();
+    patch.score()->window->save_format = form;
+    if (done) copied = now;
+    return done;
+}
+
+std::string score_document::take_copy(const std::string& from) {
+    if (std::string why = read_into(console, patch.score(), from); !why.empty()) return why;
+    from_copy = true;
+    saved.known = true;
+    return "";
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Playing
+
+std::string score_document::play(std::int64_t from) {
+    const event* const selected = from < 0 ? first_selected(patch.score()) : nullptr;
+    if (from < 0 && !selected) return "nothing is selected";
+    if (selected) from = selected->time;
+    if (empty()) return "there is no note to play";
+    if (patch.play(from)) return "";
+    return patch.play(0) ? "" : "there is no note to play";
+}
+
+std::string score_document::step() {
+    if (empty()) return "there is no note to play";
+    if (patch.step()) return "";
+    patch.stop();
+    patch.go_to(0);
+    return "the score is at its end; the next step begins it again";
+}
+
+std::string score_document::record() {
+    patch.record();
+    return "";
+}
+
+std::string score_document::follow(std::int64_t from) {
+    std::int32_t n = 0;
+    std::int32_t first = -1;
+    bool part = false;
+    for (const event* e = patch.score()->events; e; e = e->next, ++n) {
+        if (first < 0 && e->time >= from) first = n;
+        part = part || e->chan == PERFORMER_CHANNEL;
+    }
+    if (n == 0) return "there is no note to follow";
+    if (!part) return "no notes are on channel 1, which is the performer's part";
+    patch.follow(std::max(first, 0));
+    return "";
+}
+
+void score_document::go_to(std::int64_t position) {
+    if (patch.mode() != MODE_IDLE) return;
+    patch.stop();
+    patch.go_to(std::max<std::int64_t>(position, 0));
+}
+
+desk_transport score_document::transport() {
+    const brisolan* x = patch.score();
+    desk_transport t;
+    switch (patch.mode()) {
+    case MODE_PLAY: t.mode = desk_mode::playing; break;
+    case MODE_RECORD: t.mode = desk_mode::recording; break;
+    case MODE_FOLLOW: t.mode = desk_mode::following; break;
+    default: break;
+    }
+    const kel_time now = kel_now();
+    if (length_events != x->nevents || length_relinked != x->relinked || now - length_at > LENGTH_GROWS_OLD) {
+        length = score_length(x);
+        length_events = x->nevents;
+        length_relinked = x->relinked;
+        length_at = now;
+    }
+    t.position = patch.position();
+    t.length = length;
+    t.speed = patch.speed();
+    Rect data;
+    brisolan_getdatarect(x, &data);
+    const auto held = static_cast<std::int32_t>(std::min<std::int64_t>(t.position, INT32_MAX));
+    const std::int32_t h = brisolan_timetoh(x, held);
+    if (h >= data.left && h < data.right) t.line = h;
+    t.line_top = data.top;
+    t.line_bottom = data.bottom;
+    return t;
+}
+
+int score_document::nselected() const {
+    int n = 0;
+    for (const event* e = patch.score()->events; e; e = e->next) n += e->selected ? 1 : 0;
+    return n;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The editor's settings
+
+void score_document::zoom(desk_zoom way) {
+    const drawing_in port(editor());
+    switch (way) {
+    case desk_zoom::time_out: brisolan_dozoom(patch.score(), ZOOM_X_OUT); break;
+    case desk_zoom::time_in: brisolan_dozoom(patch.score(), ZOOM_X_IN); break;
+    case desk_zoom::value_out: brisolan_dozoom(patch.score(), ZOOM_Y_OUT); break;
+    case desk_zoom::value_in: brisolan_dozoom(patch.score(), ZOOM_Y_IN); break;
+    }
+    kel_window_update(editor());
+}
+
+void score_document::show_all() {
+    brisolan* const x = patch.score();
+    Rect data;
+    brisolan_getdatarect(x, &data);
+    const std::int64_t room = std::max(data.right - data.left, 1);
+    const std::int64_t end = score_length(x);
+    const auto fits = [&](std::int64_t zoom) { return end * UNIT <= room * zoom; };
+    while (!fits(x->xzoom) && x->xzoom < LARGEST_ZOOM) brisolan_xzoomout(x);
+    while (x->xzoom >= 2 && fits(x->xzoom / 2)) brisolan_xzoomin(x);
+    host_window_setscrollval(x->window, 0, x->window->vscroll_value);
+    brisolan_remax(x);
+    brisolan_chkscroll(x);
+    kel_window_update(editor());
+}
+
+void score_document::set_tool(int tool) {
+    brisolan_editmode(patch.score(), tool);
+}
+
+int score_document::role(int parameter) const {
+    return patch.score()->params[static_cast<std::size_t>(parameter)].mode;
+}
+
+void score_document::set_role(int parameter, int role) {
+    brisolan* const x = patch.score();
+    brisolan_displaymode(x, &x->params[static_cast<std::size_t>(parameter)], parameter, role);
+    x->relayout = 1;
+    brisolan_remax(x);
+    brisolan_chkscroll(x);
+    kel_window_update(editor());
+}
+
+std::string score_document::parameter_name(int parameter) const {
+    return patch.score()->params[static_cast<std::size_t>(parameter)].name->name;
+}
+
+std::vector<desk_track> score_document::tracks() {
+    const brisolan* x = patch.score();
+    std::vector<bool> used(static_cast<std::size_t>(x->ntracks));
+    for (const event* e = x->events; e; e = e->next) {
+        if (e->track >= 1 && e->track <= x->ntracks) used[static_cast<std::size_t>(e->track - 1)] = true;
+    }
+    std::vector<desk_track> all;
+    for (int i = 0; i < x->ntracks; ++i) {
+        const bool shown = x->trackshown[i] != 0;
+        if (used[static_cast<std::size_t>(i)] || !shown) all.push_back({i + 1, shown});
+    }
+    return all;
+}
+
+void score_document::show_track(int track, bool shown) {
+    brisolan* const x = patch.score();
+    for (int i = 0; i < x->ntracks; ++i) {
+        if (track == 0 || i == track - 1) x->trackshown[i] = shown ? 1 : 0;
+    }
+    x->redraw.hide_check = std::uint8_t{1};
+    host_qelem_set(x->redraw_qelem);
+    kel_window_update(editor());
+}
+
+void score_document::set_note_names(bool on) {
+    const param_record& p = patch.score()->params[PARAM_PITCH];
+    // The display role is told one higher than it is kept.
+    const std::vector<atom> description{atom(PARAM_PITCH),      atom(p.name),        atom(p.mode + 1),
+                                        atom(p.min.get()),      atom(p.max.get()),   atom(p.defvalue.get()),
+                                        atom(p.interval.get()), atom(p.scale.get()), atom(on ? 1 : 0)};
+    kel_send(patch.score(), host_symbol("setparam"), description);
+}
+
+void score_document::set_black_keys(bool on) {
+    brisolan_drawsharps(patch.score(), on ? 1 : 0);
+}

@@ -1,0 +1,263 @@
+// host/desktop/qt_desktop.cpp: the desktop as a whole.
+// Layer: desktop platform, Qt.
+#include "host/desktop/qt_desktop.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "host/desktop/desktop.h"
+#include "host/desktop/qt_editor_window.h"
+#include "host/desktop/qt_file_kinds.h"
+#include "host/desktop/qt_help.h"
+#include "host/desktop/qt_icons.h"
+#include "host/desktop/qt_platform.h"
+
+namespace {
+
+constexpr qsizetype RECENT_FILES = 10;
+constexpr int LOOK_EVERY_MS = 1000;
+const QString RECENT = QStringLiteral("files/recent");
+const QString FOLDER = QStringLiteral("files/folder");
+const QString INPUT = QStringLiteral("midi/input");
+const QString OUTPUT = QStringLiteral("midi/output");
+const QString SYNTH = QStringLiteral("midi/synth");
+
+std::string file_name(const QString& file) {
+    return QFile::encodeName(file).toStdString();
+}
+
+// The console's own words, without who says them.
+QString plain_line(const std::string& line) {
+    QString text = QString::fromStdString(line).section(' ', 1);
+    for (const char* who : {"brisolan: ", "host: "}) {
+        if (text.startsWith(QLatin1String(who))) text = text.mid(static_cast<qsizetype>(std::strlen(who)));
+    }
+    return text;
+}
+
+} // namespace
+
+qt_desktop::qt_desktop(desk_program& program) : behind(program) {
+    qt_listen().window_shown = [this](host_window* w) {
+        for (qt_editor_window* window : windows) {
+            if (window->document().editor() != w || !window->isVisible()) continue;
+            window->raise();
+            window->activateWindow();
+        }
+    };
+    qt_listen().window_hidden = [this](host_window* w) {
+        for (qt_editor_window* window : windows) {
+            if (window->document().editor() == w) QTimer::singleShot(0, window, &QWidget::close);
+        }
+    };
+    auto* const timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, qApp, [this] { look_after(); });
+    timer->start(LOOK_EVERY_MS);
+}
+
+qt_desktop::~qt_desktop() {
+    qt_listen() = {};
+    while (!windows.empty()) {
+        qt_editor_window* const last = windows.back();
+        windows.pop_back();
+        delete last;
+    }
+}
+
+qt_editor_window* qt_desktop::show(std::unique_ptr<desk_document> document) {
+    auto* const window = new qt_editor_window(*this, std::move(document));
+    windows.push_back(window);
+    window->show_devices(devices_text());
+    window->show();
+    return window;
+}
+
+qt_editor_window* qt_desktop::new_document() {
+    std::string why;
+    std::unique_ptr<desk_document> document;
+    {
+        const qt_in_kernel now;
+        document = behind.make(why);
+    }
+    if (document) return show(std::move(document));
+    QMessageBox::warning(nullptr, QStringLiteral("No new score"), QString::fromStdString(why));
+    return nullptr;
+}
+
+qt_editor_window* qt_desktop::open_file(const QString& file, QWidget* asking) {
+    const QString whole = QFileInfo(file).absoluteFilePath();
+    for (qt_editor_window* window : windows) {
+        if (window->document().file() != file_name(whole)) continue;
+        window->raise();
+        window->activateWindow();
+        return window;
+    }
+    std::string why;
+    std::unique_ptr<desk_document> document;
+    {
+        const qt_in_kernel now;
+        document = behind.open(file_name(whole), why);
+    }
+    if (!document) {
+        QMessageBox::warning(asking, QStringLiteral("Not opened"), QString::fromStdString(why));
+        return nullptr;
+    }
+    add_recent(whole);
+    // A window in which nothing was done yet makes room.
+    for (qt_editor_window* window : windows) {
+        desk_document& d = window->document();
+        if (window != asking || !d.file().empty() || !d.empty() || d.unsaved()) continue;
+        QTimer::singleShot(0, window, &QWidget::close);
+    }
+    return show(std::move(document));
+}
+
+void qt_desktop::ask_to_open(QWidget* asking) {
+    const QStringList files = QFileDialog::getOpenFileNames(
+        asking, QStringLiteral("Open"), kept.value(FOLDER).toString(), qt_kinds_to_open());
+    for (const QString& file : files) {
+        kept.setValue(FOLDER, QFileInfo(file).absolutePath());
+        open_file(file, asking);
+    }
+}
+
+void qt_desktop::quit() {
+    const std::vector<qt_editor_window*> all = windows;
+    for (qt_editor_window* window : all) {
+        if (!window->close()) return;
+    }
+}
+
+void qt_desktop::closed(qt_editor_window* window) {
+    std::erase(windows, window);
+}
+
+QStringList qt_desktop::recent() const {
+    return kept.value(RECENT).toStringList();
+}
+
+void qt_desktop::add_recent(const QString& file) {
+    QStringList files = recent();
+    files.removeAll(file);
+    files.prepend(file);
+    kept.setValue(RECENT, files.mid(0, RECENT_FILES));
+}
+
+void qt_desktop::clear_recent() {
+    kept.remove(RECENT);
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Devices
+
+QString qt_desktop::devices_text() {
+    QStringList parts;
+    for (const desk_port& p : behind.inputs()) {
+        if (p.chosen) parts.append(QStringLiteral("In: ") + QString::fromStdString(p.name));
+    }
+    for (const desk_port& p : behind.outputs()) {
+        if (p.chosen) parts.append(QStringLiteral("Out: ") + QString::fromStdString(p.name));
+    }
+    if (behind.synth()) parts.append(QStringLiteral("Synth"));
+    if (!sound_trouble.isEmpty()) parts.append(QStringLiteral("No sound: ") + sound_trouble);
+    if (!port_trouble.isEmpty()) parts.append(port_trouble);
+    return parts.isEmpty() ? QStringLiteral("No MIDI port, no synth") : parts.join(QStringLiteral("   "));
+}
+
+void qt_desktop::tell_all(const QString& text) {
+    for (qt_editor_window* window : windows) window->say(text);
+}
+
+void qt_desktop::choose_port(bool input, const QString& name) {
+    const std::string wanted = name.toStdString();
+    const qt_in_kernel now;
+    const std::string why = input ? behind.choose_input(wanted) : behind.choose_output(wanted);
+    kept.setValue(input ? INPUT : OUTPUT, name);
+    if (!why.empty()) tell_all(QString::fromStdString(why));
+    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+}
+
+void qt_desktop::set_synth(bool on) {
+    const qt_in_kernel now;
+    sound_trouble = QString::fromStdString(behind.set_synth(on));
+    kept.setValue(SYNTH, on);
+    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+}
+
+// As they were chosen last; at the first start the synth.
+void qt_desktop::open_devices() {
+    const QString input = kept.value(INPUT).toString();
+    const QString output = kept.value(OUTPUT).toString();
+    const bool synth = kept.value(SYNTH, output.isEmpty()).toBool();
+    const qt_in_kernel now;
+    port_trouble = QString::fromStdString(behind.why_no_midi());
+    const auto reopen = [this](const QString& name, std::string why) {
+        if (!name.isEmpty() && !why.empty()) port_trouble = QString::fromStdString(why);
+    };
+    if (!input.isEmpty()) reopen(input, behind.choose_input(input.toStdString()));
+    if (!output.isEmpty()) reopen(output, behind.choose_output(output.toStdString()));
+    if (synth) sound_trouble = QString::fromStdString(behind.set_synth(true));
+    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+void qt_desktop::tell_console() {
+    for (const std::string& line : behind.console()) tell_all(plain_line(line));
+}
+
+void qt_desktop::look_after() {
+    tell_console();
+    if (behind.signal()) {
+        // Nobody is there to be asked: what was not saved is in its copy.
+        qApp->exit(0);
+        return;
+    }
+    if (qt_kernel_busy()) return;
+    const qt_in_kernel now;
+    behind.poll();
+}
+
+void qt_desktop::show_help(QWidget* asking) {
+    qt_show_help(asking);
+}
+
+void qt_desktop::show_about(QWidget* asking) {
+    QMessageBox::about(
+        asking, QStringLiteral("About brisolan"),
+        QStringLiteral("<h3>brisolan %1</h3><p>Plays, records, follows and edits note sequences.</p>")
+            .arg(QApplication::applicationVersion()));
+}
+
+int desktop_run(int argc, char** argv,
+                const std::function<std::unique_ptr<desk_program>(const host_platform& machine)>& start) {
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("brisolan"));
+    QApplication::setApplicationName(QStringLiteral("brisolan"));
+    QApplication::setApplicationVersion(QStringLiteral(BRISOLAN_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("brisolan"));
+    QApplication::setWindowIcon(qt_program_icon());
+    const std::unique_ptr<desk_program> program = start(qt_host_hooks());
+    qt_take_toolbox();
+    int status = 0;
+    {
+        qt_desktop desktop(*program);
+        qt_start_turns(program->wake_fd(), [&program] { program->turn(); });
+        bool any = false;
+        const QStringList words = QApplication::arguments();
+        for (const QString& file : words.mid(1)) any = desktop.open_file(file) || any;
+        if (!any) desktop.new_document();
+        // The window first: a synth takes its time.
+        QTimer::singleShot(0, [&desktop] { desktop.open_devices(); });
+        status = QApplication::exec();
+        qt_start_turns(-1, nullptr);
+    }
+    return status;
+}

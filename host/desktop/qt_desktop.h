@@ -1,0 +1,61 @@
+// host/desktop/qt_desktop.h: the desktop as a whole: its windows, recent files, devices, copies for after a crash.
+// Layer: desktop platform, Qt.
+// Made by desktop_run; called by the windows.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+
+#include "host/desktop/desk.h"
+
+class qt_editor_window;
+
+class qt_desktop {
+public:
+    explicit qt_desktop(desk_program& program);
+    ~qt_desktop();
+    qt_desktop(const qt_desktop&) = delete;
+    qt_desktop& operator=(const qt_desktop&) = delete;
+
+    desk_program& program() { return behind; }
+    QSettings& settings() { return kept; }
+
+    // A window with a new document; with a file's, or the one that shows it already. Null when it cannot be read, which a
+    // person is told.
+    qt_editor_window* new_document();
+    qt_editor_window* open_file(const QString& file, QWidget* asking = nullptr);
+    void ask_to_open(QWidget* asking);
+
+    // Asks each window; closes all when none objects.
+    void quit();
+    void closed(qt_editor_window* window); // it goes
+
+    QStringList recent() const;
+    void add_recent(const QString& file);
+    void clear_recent();
+
+    // Devices, remembered for the next start. What cannot be is said in the window's status line.
+    void choose_port(bool input, const QString& name);
+    void set_synth(bool on);
+    void open_devices();
+    QString devices_text();
+
+    void show_help(QWidget* asking);
+    void show_about(QWidget* asking);
+
+private:
+    qt_editor_window* show(std::unique_ptr<desk_document> document);
+    void look_after(); // once a second
+    void tell_console();
+    void tell_all(const QString& text);
+
+    desk_program& behind;
+    QSettings kept;
+    std::vector<qt_editor_window*> windows;
+    QString sound_trouble;
+    QString port_trouble;
+};

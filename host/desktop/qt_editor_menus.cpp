@@ -1,0 +1,400 @@
+// host/desktop/qt_editor_menus.cpp: the menus of a score's window.
+// Layer: desktop platform, Qt.
+#include <QActionGroup>
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include "host/desktop/qt_desktop.h"
+#include "host/desktop/qt_editor_window.h"
+#include "host/desktop/qt_file_kinds.h"
+#include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_score_view.h"
+#include "host/kernel/dispatch.h"
+
+namespace {
+
+constexpr int NPARAMETERS = 8;
+constexpr int LARGEST_SCALE = 3;
+constexpr double SPEED_STEP = 1.1;
+
+// The display roles that a parameter may have.
+constexpr const char* ROLES[] = {"None", "Time axis", "Vertical axis", "Label", "Bar length"};
+
+// The window's port current, as an Edit command of the host finds it.
+class in_port {
+public:
+    explicit in_port(host_window* w) {
+        GetPort(&before);
+        SetPort(w->visible ? w->port : nullptr);
+    }
+    ~in_port() { SetPort(before); }
+    in_port(const in_port&) = delete;
+    in_port& operator=(const in_port&) = delete;
+
+private:
+    GrafPtr before = nullptr;
+};
+
+} // namespace
+
+// An Edit command, sent to the object by the host.
+template <class Does> void qt_editor_window::edit(Does does) {
+    if (qt_kernel_busy()) return;
+    shown->remember();
+    {
+        const qt_in_kernel now;
+        const in_port port(shown->editor());
+        does(shown->score());
+    }
+    score->drawn();
+}
+
+QAction* qt_editor_window::add(QMenu* menu, const QString& text, const QKeySequence& key,
+                               std::function<void()> does) {
+    QAction* const a = menu->addAction(text);
+    a->setShortcut(key);
+    connect(a, &QAction::triggered, this, [does = std::move(does)] { does(); });
+    return a;
+}
+
+void qt_editor_window::make_actions() {
+    const auto make = [this](const QString& text, const QKeySequence& key, bool checkable,
+                             std::function<void()> does) {
+        auto* const a = new QAction(text, this);
+        a->setShortcut(key);
+        a->setCheckable(checkable);
+        QString tip = text;
+        a->setToolTip(tip.remove('&').remove(QStringLiteral("…")) + QStringLiteral(" (") +
+                      key.toString(QKeySequence::NativeText) + QStringLiteral(")"));
+        connect(a, &QAction::triggered, this, [this, does = std::move(does)] {
+            if (!qt_kernel_busy()) does();
+            show_transport();
+        });
+        return a;
+    };
+    on.to_start = make(QStringLiteral("To the &beginning"), Qt::Key_Home, false, [this] {
+        act([this] {
+            shown->stop();
+            shown->go_to(0);
+            return std::string();
+        });
+    });
+    on.play = make(QStringLiteral("&Play"), Qt::Key_Space, true, [this] { toggle_play(); });
+    on.stop = make(QStringLiteral("&Stop"), Qt::Key_Escape, false, [this] {
+        act([this] {
+            shown->stop();
+            return std::string();
+        });
+    });
+    on.record =
+        make(QStringLiteral("&Record"), QKeySequence(QStringLiteral("Ctrl+R")), true, [this] { record(); });
+    on.follow = make(QStringLiteral("&Follow"), QKeySequence(QStringLiteral("Ctrl+Shift+F")), true, [this] {
+        const desk_transport t = shown->transport();
+        act([this, t] {
+            if (t.mode != desk_mode::following) return shown->follow(t.position);
+            shown->stop();
+            return std::string();
+        });
+    });
+    on.step = make(QStringLiteral("S&tep"), Qt::Key_Period, false,
+                   [this] { act([this] { return shown->step(); }); });
+}
+
+void qt_editor_window::toggle_play() {
+    const desk_transport t = shown->transport();
+    act([this, t] {
+        if (t.mode == desk_mode::idle) return shown->play(t.position);
+        shown->stop();
+        return std::string();
+    });
+}
+
+// Recording empties the score: a person who has notes in it is asked.
+void qt_editor_window::record() {
+    if (shown->transport().mode == desk_mode::recording) {
+        act([this] {
+            shown->stop();
+            return std::string();
+        });
+        return;
+    }
+    if (shown->empty()) {
+        act([this] { return shown->record(); });
+        return;
+    }
+    QMessageBox box(
+        QMessageBox::Question, QStringLiteral("Record"),
+        QStringLiteral("Recording begins an empty score: the notes in this one would be deleted."),
+        QMessageBox::Cancel, this);
+    QPushButton* const other =
+        box.addButton(QStringLiteral("Record in a &new window"), QMessageBox::AcceptRole);
+    QPushButton* const here =
+        box.addButton(QStringLiteral("&Delete them and record"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(other);
+    box.exec();
+    if (box.clickedButton() == here) act([this] { return shown->record(); });
+    if (box.clickedButton() != other) return;
+    if (qt_editor_window* const w = desktop.new_document()) w->act([w] { return w->shown->record(); });
+}
+
+void qt_editor_window::change_speed(double factor) {
+    const double speed = factor == 0 ? 1 : shown->transport().speed * factor;
+    shown->set_speed(std::min(std::max(speed, 0.25), 4.0));
+    show_transport();
+}
+
+void qt_editor_window::make_menus() {
+    fill_file_menu(menuBar()->addMenu(QStringLiteral("&File")));
+    fill_edit_menu(menuBar()->addMenu(QStringLiteral("&Edit")));
+    fill_play_menu(menuBar()->addMenu(QStringLiteral("&Play")));
+    fill_midi_menu(menuBar()->addMenu(QStringLiteral("&MIDI")));
+    fill_view_menu(menuBar()->addMenu(QStringLiteral("&View")));
+    fill_help_menu(menuBar()->addMenu(QStringLiteral("&Help")));
+}
+
+void qt_editor_window::fill_file_menu(QMenu* menu) {
+    add(menu, QStringLiteral("&New"), QKeySequence::New, [this] { desktop.new_document(); });
+    add(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { desktop.ask_to_open(this); });
+    QMenu* const recent = menu->addMenu(QStringLiteral("Open &recent"));
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] {
+        recent->clear();
+        for (const QString& file : desktop.recent()) {
+            QAction* const a = recent->addAction(QFileInfo(file).fileName().replace('&', "&&"));
+            a->setToolTip(file);
+            a->setStatusTip(file);
+            connect(a, &QAction::triggered, this, [this, file] { desktop.open_file(file, this); });
+        }
+        recent->addSeparator();
+        QAction* const forget = recent->addAction(QStringLiteral("&Forget these"));
+        forget->setEnabled(!desktop.recent().isEmpty());
+        connect(forget, &QAction::triggered, this, [this] { desktop.clear_recent(); });
+    });
+    menu->addSeparator();
+    add(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
+    add(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
+        [this] { save_as(); });
+    QMenu* const exported = menu->addMenu(QStringLiteral("&Export as MIDI file"));
+    const auto to_midi = [this](int format, bool timecode) {
+        const QString name = QFileInfo(QString::fromStdString(shown->title())).completeBaseName();
+        const QString chosen = qt_ask_where_to_save(this, name + QStringLiteral(".mid"), true);
+        if (chosen.isEmpty()) return;
+        const std::string why = shown->export_midi(QFile::encodeName(chosen).toStdString(), format, timecode);
+        if (why.empty())
+            say(QStringLiteral("Exported ") + QFileInfo(chosen).fileName());
+        else
+            QMessageBox::warning(this, QStringLiteral("Not exported"), QString::fromStdString(why));
+    };
+    add(exported, QStringLiteral("A track for each &track…"), QKeySequence(QStringLiteral("Ctrl+E")),
+        [to_midi] { to_midi(1, false); });
+    add(exported, QStringLiteral("All in &one track…"), {}, [to_midi] { to_midi(0, false); });
+    add(exported, QStringLiteral("With times to the &millisecond…"), {}, [to_midi] { to_midi(-1, true); });
+    menu->addSeparator();
+    add(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { desktop.quit(); });
+}
+
+void qt_editor_window::check_edit_menu() {
+    if (qt_kernel_busy()) return;
+    host_menustate state;
+    {
+        const qt_in_kernel now;
+        const in_port port(shown->editor());
+        kel_private<"chkmenu">(shown->score(), &state);
+    }
+    for (QAction* a : {cut, copy_action, clear}) a->setEnabled(state.cut);
+    paste->setEnabled(state.paste);
+    select_all->setEnabled(state.selectall);
+}
+
+void qt_editor_window::fill_edit_menu(QMenu* menu) {
+    cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
+              [this] { edit([](host_object* x) { kel_private<"cut">(x); }); });
+    copy_action = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
+                      [this] { edit([](host_object* x) { kel_private<"copy">(x); }); });
+    paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
+                [this] { edit([](host_object* x) { kel_private<"paste">(x); }); });
+    clear = add(menu, QStringLiteral("C&lear"), Qt::Key_Delete,
+                [this] { edit([](host_object* x) { kel_private<"clr">(x); }); });
+    menu->addSeparator();
+    select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
+                     [this] { edit([](host_object* x) { kel_private<"selectall">(x); }); });
+    menu->addSeparator();
+    QMenu* const tools = menu->addMenu(QStringLiteral("T&ool"));
+    auto* const group = new QActionGroup(tools);
+    int number = 0;
+    for (const char* name : {"&Arrow", "&Magnifier", "&Tweak", "&Pencil"}) {
+        QAction* const a = add(tools, QString::fromLatin1(name), Qt::Key_1 + number,
+                               [this, number] { shown->set_tool(number); });
+        a->setCheckable(true);
+        group->addAction(a);
+        ++number;
+    }
+    connect(tools, &QMenu::aboutToShow, this,
+            [this, group] { group->actions().at(shown->tool())->setChecked(true); });
+    connect(menu, &QMenu::aboutToShow, this, [this] { check_edit_menu(); });
+    // A key may come at any time, and an action that is off has none.
+    connect(menu, &QMenu::aboutToHide, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            for (QAction* a : {cut, copy_action, paste, clear, select_all}) a->setEnabled(true);
+        });
+    });
+}
+
+void qt_editor_window::fill_play_menu(QMenu* menu) {
+    menu->addActions({on.play, on.stop});
+    add(menu, QStringLiteral("Play from the se&lection"), QKeySequence(QStringLiteral("Shift+Space")),
+        [this] { act([this] { return shown->play(-1); }); });
+    menu->addActions({on.to_start, on.step});
+    menu->addSeparator();
+    menu->addActions({on.record, on.follow});
+    menu->addSeparator();
+    add(menu, QStringLiteral("S&lower"), Qt::Key_BracketLeft, [this] { change_speed(1 / SPEED_STEP); });
+    add(menu, QStringLiteral("&Faster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
+    add(menu, QStringLiteral("As &written"), Qt::Key_Backslash, [this] { change_speed(0); });
+}
+
+void qt_editor_window::fill_ports(QMenu* menu, bool input) {
+    menu->clear();
+    auto* const group = new QActionGroup(menu);
+    bool any = false;
+    const auto entry = [&](const QString& text, const QString& name, bool chosen) {
+        QAction* const a = menu->addAction(QString(text).replace('&', "&&"));
+        a->setCheckable(true);
+        a->setChecked(chosen);
+        group->addAction(a);
+        connect(a, &QAction::triggered, this, [this, input, name] { desktop.choose_port(input, name); });
+        any = any || chosen;
+    };
+    desk_program& program = desktop.program();
+    for (const desk_port& p : input ? program.inputs() : program.outputs())
+        entry(QString::fromStdString(p.name), QString::fromStdString(p.name), p.chosen);
+    if (menu->isEmpty()) {
+        const std::string why = program.why_no_midi();
+        menu->addAction(why.empty() ? QStringLiteral("No ports") : QString::fromStdString(why))
+            ->setEnabled(false);
+    }
+    menu->addSeparator();
+    entry(QStringLiteral("None"), QString(), !any);
+}
+
+void qt_editor_window::fill_midi_menu(QMenu* menu) {
+    for (const bool input : {true, false}) {
+        QMenu* const ports = menu->addMenu(input ? QStringLiteral("&Input") : QStringLiteral("&Output"));
+        connect(ports, &QMenu::aboutToShow, this, [this, ports, input] { fill_ports(ports, input); });
+    }
+    QAction* const synth = menu->addAction(QStringLiteral("&Synth"));
+    synth->setCheckable(true);
+    connect(synth, &QAction::triggered, this, [this](bool wanted) { desktop.set_synth(wanted); });
+    connect(menu, &QMenu::aboutToShow, this, [this, synth] { synth->setChecked(desktop.program().synth()); });
+    menu->addSeparator();
+    add(menu, QStringLiteral("&Panic: end every note"), QKeySequence(QStringLiteral("Ctrl+.")), [this] {
+        act([this] {
+            shown->stop();
+            desktop.program().panic();
+            return std::string();
+        });
+    });
+}
+
+void qt_editor_window::fill_roles(QMenu* menu) {
+    menu->clear();
+    for (int p = 0; p < NPARAMETERS; ++p) {
+        QMenu* const roles =
+            menu->addMenu(QString::fromStdString(shown->parameter_name(p)).replace('&', "&&"));
+        auto* const group = new QActionGroup(roles);
+        for (int r = 0; r < static_cast<int>(std::size(ROLES)); ++r) {
+            QAction* const a = roles->addAction(QString::fromLatin1(ROLES[r]));
+            a->setCheckable(true);
+            a->setChecked(shown->role(p) == r);
+            group->addAction(a);
+            connect(a, &QAction::triggered, this, [this, p, r] {
+                act([this, p, r] {
+                    shown->set_role(p, r);
+                    return std::string();
+                });
+            });
+        }
+    }
+}
+
+void qt_editor_window::fill_tracks(QMenu* menu) {
+    menu->clear();
+    for (const desk_track& t : shown->tracks()) {
+        QAction* const a = menu->addAction(QStringLiteral("Track %1").arg(t.number));
+        a->setCheckable(true);
+        a->setChecked(t.shown);
+        connect(a, &QAction::triggered, this, [this, number = t.number](bool wanted) {
+            const qt_in_kernel now;
+            shown->show_track(number, wanted);
+        });
+    }
+    menu->addSeparator();
+    add(menu, QStringLiteral("Show &all"), {}, [this] {
+        const qt_in_kernel now;
+        shown->show_track(0, true);
+    });
+}
+
+void qt_editor_window::fill_view_menu(QMenu* menu) {
+    const auto zoom = [this](desk_zoom way) {
+        return [this, way] {
+            if (qt_kernel_busy()) return;
+            const qt_in_kernel now;
+            shown->zoom(way);
+        };
+    };
+    QAction* const in = add(menu, QStringLiteral("Zoom &in"), QKeySequence::ZoomIn, zoom(desk_zoom::time_in));
+    in->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+    add(menu, QStringLiteral("Zoom &out"), QKeySequence(QStringLiteral("Ctrl+-")), zoom(desk_zoom::time_out));
+    add(menu, QStringLiteral("&Higher rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Up")),
+        zoom(desk_zoom::value_in));
+    add(menu, QStringLiteral("&Lower rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Down")),
+        zoom(desk_zoom::value_out));
+    add(menu, QStringLiteral("&Whole score"), QKeySequence(QStringLiteral("Ctrl+0")), [this] {
+        const qt_in_kernel now;
+        shown->show_all();
+    });
+    menu->addSeparator();
+    QMenu* const roles = menu->addMenu(QStringLiteral("&Roles"));
+    connect(roles, &QMenu::aboutToShow, this, [this, roles] { fill_roles(roles); });
+    QMenu* const tracks = menu->addMenu(QStringLiteral("&Tracks"));
+    connect(tracks, &QMenu::aboutToShow, this, [this, tracks] { fill_tracks(tracks); });
+    const auto toggle = [this, menu](const QString& text, auto is_on, auto set) {
+        QAction* const a = menu->addAction(text);
+        a->setCheckable(true);
+        connect(menu, &QMenu::aboutToShow, this, [this, a, is_on] { a->setChecked(is_on(*shown)); });
+        connect(a, &QAction::triggered, this, [this, set](bool wanted) {
+            shown->remember();
+            const qt_in_kernel now;
+            set(*shown, wanted);
+        });
+    };
+    toggle(
+        QStringLiteral("&Note names"), [](desk_document& d) { return d.note_names(); },
+        [](desk_document& d, bool wanted) { d.set_note_names(wanted); });
+    toggle(
+        QStringLiteral("Mark &black keys"), [](desk_document& d) { return d.black_keys(); },
+        [](desk_document& d, bool wanted) { d.set_black_keys(wanted); });
+    menu->addSeparator();
+    QMenu* const sizes = menu->addMenu(QStringLiteral("&Size of the picture"));
+    auto* const group = new QActionGroup(sizes);
+    for (int s = 0; s <= LARGEST_SCALE; ++s) {
+        QAction* const a = add(sizes, s ? QStringLiteral("&%1 ×").arg(s) : QStringLiteral("&By the display"),
+                               {}, [this, s] { score->set_scale(s); });
+        a->setCheckable(true);
+        a->setChecked(s == 0);
+        group->addAction(a);
+    }
+}
+
+void qt_editor_window::fill_help_menu(QMenu* menu) {
+    add(menu, QStringLiteral("&Keys and tools"), QKeySequence::HelpContents,
+        [this] { desktop.show_help(this); });
+    add(menu, QStringLiteral("&About brisolan"), {}, [this] { desktop.show_about(this); });
+}

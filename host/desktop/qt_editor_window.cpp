@@ -1,0 +1,234 @@
+// host/desktop/qt_editor_window.cpp: a window with one score: its life, its document, what it shows.
+// Layer: desktop platform, Qt. The menus are in qt_editor_menus.cpp.
+#include "host/desktop/qt_editor_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
+
+#include "host/desktop/qt_desktop.h"
+#include "host/desktop/qt_file_kinds.h"
+#include "host/desktop/qt_places.h"
+#include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_score_view.h"
+#include "host/kernel/dispatch.h"
+
+namespace {
+
+constexpr int TICK_MS = 33;      // the position line moves so often
+constexpr int TICKS_A_LOOK = 15; // marks and counts are looked after more seldom
+constexpr int SAYING_MS = 8000;
+constexpr int REMEMBER_AFTER_MS = 400; // when the window has settled
+constexpr int USUAL_WIDTH = 960;
+constexpr int USUAL_HEIGHT = 640;
+
+QString from_file_name(const std::string& name) {
+    return QFile::decodeName(QByteArray::fromStdString(name));
+}
+
+} // namespace
+
+qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document> document)
+    : desktop(d), shown(std::move(document)), score(new qt_score_view(shown->editor(), this)),
+      counts(new QLabel(this)), devices(new QLabel(this)), ticks(new QTimer(this)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
+    setCentralWidget(score);
+    make_actions();
+    bar = new qt_transport_bar(on, this);
+    addToolBar(Qt::TopToolBarArea, bar);
+    setContextMenuPolicy(Qt::NoContextMenu); // which would offer to hide the bar for good
+    make_menus();
+    statusBar()->addPermanentWidget(counts);
+    statusBar()->addPermanentWidget(devices);
+    counts->setAccessibleName(QStringLiteral("Notes"));
+    devices->setAccessibleName(QStringLiteral("Devices"));
+
+    bar->position_moved = [this](std::int64_t to) {
+        if (shown->transport().mode == desk_mode::playing)
+            act([this, to] { return shown->play(to); });
+        else
+            shown->go_to(to);
+    };
+    bar->speed_chosen = [this](double speed) { shown->set_speed(speed); };
+    score->before_input = [this] { shown->remember(); };
+    connect(ticks, &QTimer::timeout, this, [this] { show_transport(); });
+    ticks->start(TICK_MS);
+    QTimer::singleShot(REMEMBER_AFTER_MS, this, [this] {
+        if (!qt_kernel_busy()) shown->remember();
+    });
+    resize(USUAL_WIDTH, USUAL_HEIGHT);
+    qt_restore_place(desktop.settings(), from_file_name(shown->file()), *this);
+    {
+        const qt_in_kernel now;
+        kel_private<"dblclick">(shown->score());
+    }
+    score->setFocus();
+    show_title();
+    show_transport();
+}
+
+qt_editor_window::~qt_editor_window() {
+    score->forget();
+    const qt_in_kernel now;
+    qt_leave_view(shown->editor());
+    shown.reset();
+}
+
+void qt_editor_window::show_title() {
+    const std::string file = shown->file();
+    const QString name = restored_name.isEmpty() ? QString::fromStdString(shown->title()) : restored_name;
+    setWindowTitle(name + QStringLiteral("[*] — brisolan"));
+    setWindowFilePath(file.empty() ? QString() : from_file_name(file));
+    setWindowModified(shown->unsaved());
+}
+
+void qt_editor_window::say(const QString& text) {
+    statusBar()->showMessage(text, SAYING_MS);
+}
+
+void qt_editor_window::show_devices(const QString& text) {
+    devices->setText(text);
+}
+
+void qt_editor_window::act(const std::function<std::string()>& does) {
+    shown->remember();
+    std::string why;
+    {
+        const qt_in_kernel now;
+        why = does();
+    }
+    if (!why.empty()) say(QString::fromStdString(why));
+    show_transport();
+}
+
+void qt_editor_window::show_transport() {
+    const desk_transport t = shown->transport();
+    bar->show_state(t);
+    const bool moves = t.mode != desk_mode::idle || t.position > 0;
+    score->set_line(moves && t.mode != desk_mode::recording ? t.line : -1, t.line_top, t.line_bottom);
+    if (turns++ % TICKS_A_LOOK != 0 || qt_kernel_busy()) return;
+    const int selected = shown->nselected();
+    QString text = QStringLiteral("%L1 notes").arg(shown->nnotes());
+    if (selected) text += QStringLiteral(", %L1 selected").arg(selected);
+    counts->setText(text);
+    setWindowModified(shown->unsaved());
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Files
+
+bool qt_editor_window::save() {
+    if (shown->file().empty()) return save_as();
+    const qt_in_kernel now;
+    const std::string why = shown->save(shown->file());
+    if (why.empty()) {
+        show_title();
+        say(QStringLiteral("Saved"));
+        return true;
+    }
+    QMessageBox::warning(this, QStringLiteral("Not saved"), QString::fromStdString(why));
+    return false;
+}
+
+bool qt_editor_window::save_as() {
+    QString proposed = from_file_name(shown->file());
+    if (proposed.isEmpty())
+        proposed = restored_name.isEmpty() ? QStringLiteral("Untitled.mid") : restored_name;
+    const QString chosen = qt_ask_where_to_save(this, proposed);
+    if (chosen.isEmpty()) return false;
+    const std::string to = QFile::encodeName(chosen).toStdString();
+    if (const std::string lost = shown->lost_in(to); !lost.empty()) {
+        const auto answer = QMessageBox::question(
+            this, QStringLiteral("Save as MIDI file"),
+            QStringLiteral(
+                "A MIDI file cannot hold %1. A document (.kel) holds everything.\n\nSave as a MIDI file all "
+                "the same?")
+                .arg(QString::fromStdString(lost)),
+            QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
+        if (answer != QMessageBox::Save) return false;
+    }
+    std::string why;
+    {
+        const qt_in_kernel now;
+        why = shown->save(to);
+    }
+    if (!why.empty()) {
+        QMessageBox::warning(this, QStringLiteral("Not saved"), QString::fromStdString(why));
+        return false;
+    }
+    restored_name.clear();
+    desktop.add_recent(chosen);
+    show_title();
+    say(QStringLiteral("Saved"));
+    return true;
+}
+
+bool qt_editor_window::may_close() {
+    if (qt_kernel_busy()) return false;
+    if (!shown->unsaved()) return true;
+    QMessageBox box(
+        QMessageBox::Warning, QStringLiteral("Unsaved changes"),
+        QStringLiteral("“%1” has changes that are not saved.")
+            .arg(restored_name.isEmpty() ? QString::fromStdString(shown->title()) : restored_name),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+    box.setInformativeText(QStringLiteral("Without saving they are lost."));
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+    case QMessageBox::Save: return save();
+    case QMessageBox::Discard: return true;
+    default: return false;
+    }
+}
+
+void qt_editor_window::take_copy(const QString& file, const QString& was_called) {
+    const qt_in_kernel now;
+    const std::string why = shown->take_copy(QFile::encodeName(file).toStdString());
+    if (!why.empty()) say(QString::fromStdString(why));
+    restored_name = was_called;
+    show_title();
+}
+
+void qt_editor_window::closeEvent(QCloseEvent* event) {
+    if (!may_close()) {
+        event->ignore();
+        return;
+    }
+    qt_keep_place(desktop.settings(), from_file_name(shown->file()), *this);
+    {
+        const qt_in_kernel now;
+        shown->stop();
+    }
+    desktop.closed(this);
+    event->accept();
+}
+
+void qt_editor_window::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void qt_editor_window::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    QStringList files;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (url.isLocalFile()) files.append(url.toLocalFile());
+    }
+    // Not inside the drop: what asks a question would keep the other program waiting.
+    QTimer::singleShot(0, this, [this, files] {
+        for (const QString& file : files) desktop.open_file(file, this);
+    });
+}
+
+void qt_editor_window::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && score) score->setFocus();
+}

@@ -1,0 +1,86 @@
+// host/desktop/qt_editor_window.h: a window with one score: menus, transport, the editor, a status line.
+// Layer: desktop platform, Qt.
+// Called by the desktop, which owns all windows.
+#pragma once
+
+#include <memory>
+
+#include <QMainWindow>
+
+#include "host/desktop/desk.h"
+#include "host/desktop/qt_transport_bar.h"
+
+class QLabel;
+class QMenu;
+class QTimer;
+class qt_desktop;
+class qt_score_view;
+
+class qt_editor_window : public QMainWindow {
+public:
+    qt_editor_window(qt_desktop& desktop, std::unique_ptr<desk_document> document);
+    ~qt_editor_window() override;
+
+    desk_document& document() { return *shown; }
+    qt_score_view& view() { return *score; }
+
+    // A new title and mark of change.
+    void show_title();
+    // Says something in the status line for a while.
+    void say(const QString& text);
+    // What the devices are, at the status line's end.
+    void show_devices(const QString& text);
+
+    // Asks whether to save what was not; false when the person wants to go on with it.
+    bool may_close();
+    bool save();
+    bool save_as();
+    // A file with the document's notes for after a crash.
+    const QString& copy_name() const { return copy; }
+    // Reads such a file.
+    void take_copy(const QString& file, const QString& was_called);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void make_actions();
+    void make_menus();
+    void fill_file_menu(QMenu* menu);
+    void fill_edit_menu(QMenu* menu);
+    void fill_play_menu(QMenu* menu);
+    void fill_midi_menu(QMenu* menu);
+    void fill_view_menu(QMenu* menu);
+    void fill_help_menu(QMenu* menu);
+    QAction* add(QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> does);
+    void fill_ports(QMenu* menu, bool input);
+    void fill_roles(QMenu* menu);
+    void fill_tracks(QMenu* menu);
+    void check_edit_menu();
+    void show_transport();
+    void act(const std::function<std::string()>& does);
+    void record();
+    void toggle_play();
+    void change_speed(double factor);
+    template <class Does> void edit(Does does);
+
+    qt_desktop& desktop;
+    std::unique_ptr<desk_document> shown;
+    qt_score_view* score;
+    qt_transport_actions on;
+    qt_transport_bar* bar = nullptr;
+    QAction* cut = nullptr;
+    QAction* copy_action = nullptr;
+    QAction* paste = nullptr;
+    QAction* clear = nullptr;
+    QAction* select_all = nullptr;
+    QLabel* counts;
+    QLabel* devices;
+    QTimer* ticks;
+    QString copy;
+    QString restored_name; // what a document that was taken from a copy was called
+    int turns = 0;
+};
