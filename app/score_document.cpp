@@ -27,21 +27,6 @@ constexpr kel_time LENGTH_GROWS_OLD = 1000 * NS_PER_MS;
 constexpr std::int32_t PERFORMER_CHANNEL = 1;
 constexpr int LARGEST_ZOOM = 1 << 20;
 
-// The window's port current for the scope's life, for what draws at once.
-class drawing_in {
-public:
-    explicit drawing_in(host_window* w) {
-        GetPort(&before);
-        SetPort(w->visible ? w->port : nullptr);
-    }
-    ~drawing_in() { SetPort(before); }
-    drawing_in(const drawing_in&) = delete;
-    drawing_in& operator=(const drawing_in&) = delete;
-
-private:
-    GrafPtr before = nullptr;
-};
-
 const event* first_selected(const brisolan* x) {
     const event* e = x->events;
     while (e && !e->selected) e = e->next;
@@ -219,7 +204,7 @@ int score_document::nselected() const {
 // The editor's settings
 
 void score_document::zoom(desk_zoom way) {
-    const drawing_in port(editor());
+    const kel_in_port port(editor());
     switch (way) {
     case desk_zoom::time_out: brisolan_dozoom(patch.score(), ZOOM_X_OUT); break;
     case desk_zoom::time_in: brisolan_dozoom(patch.score(), ZOOM_X_IN); break;

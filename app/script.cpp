@@ -67,21 +67,6 @@ std::string atoms_of(const std::vector<script_word>& w, std::size_t first, std::
     return "";
 }
 
-// Makes the window's port current for an Edit command, where it has one.
-class port_of {
-public:
-    explicit port_of(const brisolan* x) {
-        GetPort(&before);
-        SetPort(x->window->visible ? x->window->port : nullptr);
-    }
-    ~port_of() { SetPort(before); }
-    port_of(const port_of&) = delete;
-    port_of& operator=(const port_of&) = delete;
-
-private:
-    GrafPtr before = nullptr;
-};
-
 } // namespace
 
 // How many words a command takes behind its own, and what carries it out.
@@ -358,7 +343,7 @@ std::string script_runner::do_update(const words&) {
 
 std::string script_runner::do_edit(const words& w) {
     brisolan* x = here->x;
-    const port_of current(x);
+    const kel_in_port current(x->window);
     if (w.size() == 1) {
         host_menustate state;
         kel_private<"chkmenu">(x, &state);

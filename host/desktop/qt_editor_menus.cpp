@@ -16,6 +16,7 @@
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
 #include "host/kernel/dispatch.h"
+#include "host/kernel/windows.h"
 
 namespace {
 
@@ -26,21 +27,6 @@ constexpr double SPEED_STEP = 1.1;
 // The display roles that a parameter may have.
 constexpr const char* ROLES[] = {"None", "Time axis", "Vertical axis", "Label", "Bar length"};
 
-// The window's port current, as an Edit command of the host finds it.
-class in_port {
-public:
-    explicit in_port(host_window* w) {
-        GetPort(&before);
-        SetPort(w->visible ? w->port : nullptr);
-    }
-    ~in_port() { SetPort(before); }
-    in_port(const in_port&) = delete;
-    in_port& operator=(const in_port&) = delete;
-
-private:
-    GrafPtr before = nullptr;
-};
-
 } // namespace
 
 // An Edit command, sent to the object by the host.
@@ -49,7 +35,7 @@ template <class Does> void qt_editor_window::edit(Does does) {
     shown->remember();
     {
         const qt_in_kernel now;
-        const in_port port(shown->editor());
+        const kel_in_port port(shown->editor());
         does(shown->score());
     }
     score->drawn();
@@ -204,7 +190,7 @@ void qt_editor_window::check_edit_menu() {
     host_menustate state;
     {
         const qt_in_kernel now;
-        const in_port port(shown->editor());
+        const kel_in_port port(shown->editor());
         kel_private<"chkmenu">(shown->score(), &state);
     }
     for (QAction* a : {cut, copy_action, clear}) a->setEnabled(state.cut);

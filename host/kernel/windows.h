@@ -8,6 +8,22 @@
 
 #include "host/kel.h"
 
+// Makes the window's port current for the scope's life, as an Edit command finds it; none while the window is hidden.
+// [main]
+class kel_in_port {
+public:
+    explicit kel_in_port(const host_window* w) {
+        GetPort(&before);
+        SetPort(w->visible ? w->port : nullptr);
+    }
+    ~kel_in_port() { SetPort(before); }
+    kel_in_port(const kel_in_port&) = delete;
+    kel_in_port& operator=(const kel_in_port&) = delete;
+
+private:
+    GrafPtr before = nullptr;
+};
+
 // All windows there are, in the order of making. [main]
 const std::vector<host_window*>& kel_windows();
 
