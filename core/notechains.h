@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "core/instance.h"
@@ -119,12 +120,9 @@ public:
 
     // Takes out the first note with this pitch and track; null if none.
     event* unhold(std::int32_t pitch, std::int32_t track) {
-        for (event** at : {&first, &second}) {
-            event* e = *at;
-            if (!e || e->pitch != pitch || e->track != track) continue;
-            *at = nullptr;
-            return e;
-        }
+        const auto is_it = [=](const event* e) { return e && e->pitch == pitch && e->track == track; };
+        if (is_it(first)) return std::exchange(first, nullptr);
+        if (is_it(second)) return std::exchange(second, nullptr);
         return nullptr;
     }
 

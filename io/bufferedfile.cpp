@@ -2,6 +2,7 @@
 // Layer: io. Called by the MIDI reader and writer and by the reading of documents.
 #include "io/bufferedfile.h"
 
+#include <algorithm>
 #include <cstring>
 
 unsigned char* t_buf = nullptr;
@@ -63,15 +64,16 @@ int t_fread(void* dest, int count) {
     return count;
 }
 
+// As if byte by byte.
 int t_fwrite(const void* src, int count) {
     const unsigned char* from = static_cast<const unsigned char*>(src);
-    if (count <= t_writeend - t_next) { // as if byte by byte, none of which fills the buffer
-        std::memcpy(t_next, from, static_cast<std::size_t>(count));
-        t_next += count;
-        return count;
-    }
-    for (int i = 0; i < count; ++i) {
-        if (t_putc(from[i]) != 0) return i;
+    int done = 0;
+    while (done < count) {
+        if (t_next >= t_writeend && t_spill() != 0) return done;
+        const int now = std::min(count - done, static_cast<int>(t_writeend - t_next));
+        std::memcpy(t_next, from + done, static_cast<std::size_t>(now));
+        t_next += now;
+        done += now;
     }
     return count;
 }

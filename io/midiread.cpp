@@ -19,6 +19,8 @@ namespace {
 constexpr std::int32_t DEFAULT_BPM = 120;
 constexpr std::int32_t PROVISIONAL_DUR = 10;  // of a note whose note-off does not come, milliseconds
 constexpr std::int32_t LONGEST_META = 999999; // bytes
+constexpr int NOTE_ON = 0x90;
+constexpr int LONGEST_PLAIN_EVENT = 5; // bytes: a delta of two, a status, two of data
 constexpr int STATUS_SYSEX = 0xF0;
 constexpr int STATUS_SYSEX_END = 0xF7;
 constexpr int META_END_OF_TRACK = 0x2F;
@@ -26,8 +28,7 @@ constexpr int META_TEMPO = 0x51;
 
 // The place in the buffered layer's buffer, taken out of its process-wide variables so that it can stay in registers. Who
 // calls the layer itself gives it back before, and takes it again behind.
-class byte_cursor {
-public:
+struct byte_cursor {
     byte_cursor() { take(); }
     void take() {
         next = t_next;
@@ -42,7 +43,6 @@ public:
         return byte;
     }
 
-private:
     unsigned char* next;
     unsigned char* end;
 };
@@ -193,10 +193,9 @@ step_result read_meta(midi_import& m) {
     return type == META_END_OF_TRACK ? step_result::end_of_track : step_result::more;
 }
 
-void note_on(midi_import& m, int pitch, int vel) {
-    const std::int32_t time = m.abstime < 0 ? 0 : m.abstime;
-    event* e = brisolan_newevent(
-        {time, pitch, vel, PROVISIONAL_DUR, (m.running_status & 0x0F) + 1, m.tracknum, 0, 0});
+void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int vel) {
+    const std::int32_t time = abstime < 0 ? 0 : abstime;
+    event* e = brisolan_newevent({time, pitch, vel, PROVISIONAL_DUR, (status & 0x0F) + 1, m.tracknum, 0, 0});
     if (!e) return; // the host's limit: the note is lost, the rest goes on
     const bool ordered = m.tracknum > 1 && !m.notes.empty();
     if (m.notes.append(e, ordered)) {
@@ -210,10 +209,10 @@ void note_on(midi_import& m, int pitch, int vel) {
     m.held.hold(m.notes.last_appended());
 }
 
-void note_off(midi_import& m, int pitch) {
+void note_off(midi_import& m, std::int32_t abstime, int pitch) {
     event* e = m.held.unhold(pitch, m.tracknum);
     if (!e) return;
-    const std::int32_t dur = wrapped(std::int64_t{m.abstime} - e->time);
+    const std::int32_t dur = wrapped(std::int64_t{abstime} - e->time);
     e->dur = dur < 0 ? 0 : dur;
     m.changed = true;
 }
@@ -230,9 +229,9 @@ step_result read_channel_message(midi_import& m, byte_cursor& in, int status) {
     const int second = in.get();
     if (second < 0) return step_result::finished;
     if (kind == 0x90 && second != 0)
-        note_on(m, first, second);
+        note_on(m, m.abstime, m.running_status, first, second);
     else if (kind == 0x90 || kind == 0x80)
-        note_off(m, first);
+        note_off(m, m.abstime, first);
     return step_result::more;
 }
 
@@ -252,10 +251,52 @@ step_result read_event(midi_import& m, byte_cursor& in) {
     return r;
 }
 
+// Nearly every event of a file is a note-on or a note-off. Reads those that lie whole in the buffer, one after the other,
+// as read_event would, with what changes from one to the next in registers; stops in front of any other.
+void read_plain_notes(midi_import& m, byte_cursor& in) {
+    const unsigned char* next = in.next;
+    std::uint32_t abstime = static_cast<std::uint32_t>(m.abstime);
+    double carry = m.carry;
+    int status = m.running_status;
+    const double per_second = m.ticks_per_sec;
+    while (in.end - next >= LONGEST_PLAIN_EVENT) {
+        const unsigned char* at = next;
+        std::uint32_t delta = *at++;
+        if (is_status(static_cast<int>(delta))) {
+            delta = (delta & 0x7F) << 7 | (*at & 0x7F);
+            if (is_status(*at++)) break;
+        }
+        const int new_status = is_status(*at) ? *at++ : status;
+        if (new_status >= 0xA0 || new_status < 0x80) break;
+        std::uint32_t step = delta / 2;
+        if (m.option == 0) {
+            const double f = carry + delta * 1000.0 / per_second;
+            if (!(f >= 0.0 && f < INT32_MAX)) break;
+            const auto whole = static_cast<std::int32_t>(f);
+            carry = f - whole;
+            step = static_cast<std::uint32_t>(whole);
+        }
+        abstime += step;
+        status = new_status;
+        next = at + 2;
+        if (status >= NOTE_ON && at[1] != 0)
+            note_on(m, static_cast<std::int32_t>(abstime), status, at[0], at[1]);
+        else
+            note_off(m, static_cast<std::int32_t>(abstime), at[0]);
+    }
+    in.next += next - in.next;
+    m.abstime = static_cast<std::int32_t>(abstime);
+    m.carry = carry;
+    m.running_status = status;
+}
+
 step_result read_track(midi_import& m) {
     byte_cursor in;
     step_result r = step_result::more;
-    while (r == step_result::more) r = read_event(m, in);
+    while (r == step_result::more) {
+        read_plain_notes(m, in);
+        r = read_event(m, in);
+    }
     in.give_back();
     return r;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "core/locked.h"
@@ -34,138 +35,78 @@ std::int32_t wrapped(std::int64_t value) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Tracks
 
-// How many events there are of each track number that the Track parameter admits; and of those below and
-// above, which count as the nearest.
-struct track_counts {
-    std::vector<std::size_t> of; // of[t] events of Track t; of[0] is unused
-    std::size_t below = 0;
-    std::size_t above = 0;
-    std::int32_t used = 0;    // track numbers, as they count
-    std::int32_t highest = 0; // of them
-
-    explicit track_counts(const brisolan* x) {
-        const auto max = static_cast<std::int16_t>(x->params[PARAM_TRACK].max.get());
-        const std::int32_t slots = std::max<std::int32_t>(max, 1);
-        of.resize(static_cast<std::size_t>(slots) + 1);
-        for (const event* e = x->events; e; e = e->next) {
-            const std::int32_t t = e->track;
-            if (t < 1)
-                below += 1;
-            else if (t > slots)
-                above += 1;
-            else
-                of[static_cast<std::size_t>(t)] += 1;
-        }
-        for (std::int32_t t = 1; t <= slots; ++t) {
-            const bool any = of[static_cast<std::size_t>(t)] || (t == 1 && below) || (t == slots && above);
-            used += any;
-            if (any) highest = t;
-        }
-    }
-};
-
-// What is written of an event.
-struct written_note {
-    std::int32_t time;
-    std::int32_t end;
-    std::uint8_t status;
-    std::uint8_t pitch;
-    std::uint8_t vel;
-};
-
-// `first_channel` is the Chan that is MIDI channel 0.
-written_note note_of(const event& e, std::int32_t first_channel) {
-    const std::int32_t time = e.time;
-    return {time, wrapped(std::int64_t{time} + e.dur),
-            static_cast<std::uint8_t>(NOTE_ON + (std::int64_t{e.chan.get()} - first_channel)),
-            static_cast<std::uint8_t>(e.pitch.get()), static_cast<std::uint8_t>(e.vel.get())};
-}
-
-std::int32_t first_channel_of(const brisolan* x) {
-    return x->params[PARAM_CHAN].min == 1 ? 1 : 0;
-}
-
-// The notes of each track in sequence order.
-class notes_by_track {
+// The track numbers in use, out of those that the Track parameter admits; one below or above them counts as the nearest.
+class used_tracks {
 public:
-    // Kept: only a Track of exactly 1 to the highest has a chunk; others count as the nearest track, yet are not written.
-    notes_by_track(const brisolan* x, const track_counts& counts)
-        : begin(static_cast<std::size_t>(counts.highest) + 2) {
-        for (std::size_t t = 1; t + 1 < begin.size(); ++t) begin[t + 1] = begin[t] + counts.of[t];
-        notes.resize(begin.back());
-        std::vector<std::size_t> at(begin.begin(), begin.end() - 1);
-        const std::int32_t first_channel = first_channel_of(x);
-        for (const event* e = x->events; e; e = e->next) {
-            const std::int32_t t = e->track;
-            if (t < 1 || t > counts.highest) continue;
-            // What was recorded meanwhile has no place.
-            const auto i = static_cast<std::size_t>(t);
-            if (at[i] < begin[i + 1]) notes[at[i]++] = note_of(*e, first_channel);
-        }
+    explicit used_tracks(const brisolan* x) {
+        const auto max = static_cast<std::int16_t>(x->params[PARAM_TRACK].max.get());
+        marks.resize(static_cast<std::size_t>(std::max<std::int16_t>(max, 1)));
     }
 
-    std::span<const written_note> of(std::int32_t track) const {
-        const auto i = static_cast<std::size_t>(track);
-        if (i + 1 >= begin.size()) return {};
-        return {notes.data() + begin[i], notes.data() + begin[i + 1]};
+    // The place of a Track among those admitted, from 0; not below their number when it counts as another.
+    std::size_t mark(std::int32_t track) {
+        const std::size_t place = static_cast<std::uint32_t>(track) - 1U; // a Track below 1 is far above all
+        marks[place < marks.size() ? place : track < 1 ? 0 : marks.size() - 1] = true;
+        return place;
+    }
+    std::size_t admitted() const { return marks.size(); }
+    std::int32_t count() const {
+        return static_cast<std::int32_t>(std::count(marks.begin(), marks.end(), true));
+    }
+    std::int32_t highest() const {
+        const auto last = std::find(marks.rbegin(), marks.rend(), true);
+        return static_cast<std::int32_t>(marks.rend() - last);
     }
 
 private:
-    std::vector<written_note> notes;
-    std::vector<std::size_t> begin; // those of track t are from begin[t] to begin[t + 1]
+    std::vector<char> marks;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Notes that sound
 
+// What comes of an event's end.
+struct note_off {
+    // The end in 32 bits, the lowest first, and below them the order in which the notes began, the newest first.
+    std::uint64_t rank;
+    std::uint8_t status;
+    std::uint8_t pitch;
+
+    // What lies below the rank of any note that ends at a time, and above those of earlier ones.
+    static std::uint64_t floor_of(std::int32_t time) {
+        return std::uint64_t{static_cast<std::uint32_t>(time) ^ 0x80000000U} << 32;
+    }
+    std::int32_t time() const {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(rank >> 32) ^ 0x80000000U);
+    }
+};
+
 // Note-offs to come, the earliest on top; of equal times that of the note that began last.
 class pending_notes {
 public:
-    void push(const written_note& n) {
-        // 32 bits of time, lowest first, and below them the newest first.
-        const std::uint64_t rank = static_cast<std::uint64_t>(static_cast<std::uint32_t>(n.end) ^ 0x80000000U)
-                                       << 32 |
-                                   (0xFFFFFFFFU - ++pushed);
-        heap.push_back({rank, n});
+    void push(std::int32_t end, std::uint8_t status, std::uint8_t pitch) {
+        heap.push_back({note_off::floor_of(end) | (0xFFFFFFFFU - ++pushed), status, pitch});
         std::push_heap(heap.begin(), heap.end(), later);
     }
-    bool ends_before(std::int32_t time) const { return !heap.empty() && heap.front().note.end < time; }
-    written_note pop() {
+    bool ends_before(std::int32_t time) const {
+        return !heap.empty() && heap.front().rank < note_off::floor_of(time);
+    }
+    note_off pop() {
         std::pop_heap(heap.begin(), heap.end(), later);
-        const written_note n = heap.back().note;
+        const note_off n = heap.back();
         heap.pop_back();
         return n;
     }
 
 private:
-    struct entry {
-        std::uint64_t rank;
-        written_note note;
-    };
-    static bool later(const entry& a, const entry& b) { return a.rank > b.rank; }
+    static bool later(const note_off& a, const note_off& b) { return a.rank > b.rank; }
 
-    std::vector<entry> heap;
+    std::vector<note_off> heap;
     std::uint32_t pushed = 0;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Writing
-
-struct track_writer {
-    bool timecode;
-    std::int32_t last_time = 0; // of the message written last
-    double carry = 0.0;         // the part of a tick left over from the deltas before
-};
-
-std::int32_t ticks_since_last(track_writer& w, std::int32_t time) {
-    const std::int32_t delta = wrapped(std::int64_t{time} - w.last_time);
-    w.last_time = time;
-    if (w.timecode) return wrapped(std::int64_t{delta} * 2);
-    const double f = delta / 125.0 * 24.0 + w.carry;
-    const auto ticks = static_cast<std::int32_t>(f);
-    w.carry = f - ticks;
-    return ticks;
-}
 
 // The low 28 bits of a value as a variable-length quantity; gives the place behind it.
 unsigned char* put_quantity(unsigned char* at, std::int32_t value) {
@@ -177,39 +118,123 @@ unsigned char* put_quantity(unsigned char* at, std::int32_t value) {
     return at;
 }
 
+// The bytes of a track: kept until they can be written, or written at once as those of the only track can be.
+class track_bytes {
+public:
+    explicit track_bytes(bool written_at_once) : at_once(written_at_once) {}
+
+    // Room for a message, to be taken in by advance_to.
+    unsigned char* room() {
+        if (end - at < LONGEST_MESSAGE) next_piece();
+        return at;
+    }
+    void advance_to(unsigned char* behind) { at = behind; }
+
+    // Writes what has not been; how many bytes the track has.
+    std::int32_t write() {
+        for (const piece& p : pieces) t_fwrite(p.bytes.get(), static_cast<int>(p.used));
+        if (!last) return gone;
+        t_fwrite(last.get(), static_cast<int>(at - last.get()));
+        return gone + static_cast<std::int32_t>(at - last.get());
+    }
+
+private:
+    static constexpr std::ptrdiff_t LONGEST_MESSAGE = 8;
+    // Tracks begin small, since there may be thousands of them with a note each.
+    static constexpr std::ptrdiff_t FIRST_PIECE = 256;
+    static constexpr std::ptrdiff_t LARGEST_PIECE = 16384;
+    struct piece {
+        std::unique_ptr<unsigned char[]> bytes;
+        std::ptrdiff_t used;
+    };
+
+    void next_piece() {
+        std::ptrdiff_t size = FIRST_PIECE;
+        if (last) {
+            const std::ptrdiff_t used = at - last.get();
+            size = std::min(2 * (end - last.get()), LARGEST_PIECE);
+            gone += static_cast<std::int32_t>(used);
+            if (at_once)
+                t_fwrite(last.get(), static_cast<int>(used));
+            else
+                pieces.push_back({std::move(last), used});
+        }
+        if (!last || size != end - last.get()) last.reset(new unsigned char[static_cast<std::size_t>(size)]);
+        at = last.get();
+        end = at + size;
+    }
+
+    bool at_once;
+    std::vector<piece> pieces; // full ones
+    std::unique_ptr<unsigned char[]> last;
+    unsigned char* at = nullptr; // in the last one
+    unsigned char* end = nullptr;
+    std::int32_t gone = 0; // bytes in front of the last piece
+};
+
+// Makes the messages of one track from its events, given in the order of the sequence.
+class track_writer {
+public:
+    track_writer(bool with_timecode, bool written_at_once)
+        : timecode(with_timecode), bytes(written_at_once) {}
+
+    // `first_channel` is the Chan that is MIDI channel 0.
+    void add(const event& e, std::int32_t first_channel) {
+        const std::int32_t time = e.time;
+        const auto status = static_cast<std::uint8_t>(NOTE_ON + (std::int64_t{e.chan.get()} - first_channel));
+        const auto pitch = static_cast<std::uint8_t>(e.pitch.get());
+        end_before(time);
+        message(time, status, pitch, static_cast<std::uint8_t>(e.vel.get()));
+        pending.push(wrapped(std::int64_t{time} + e.dur), status, pitch);
+    }
+
+    // Kept: a note-off at the time of the next note-on comes behind it, and one that falls on the very last millisecond
+    // that there is never comes. Files compare byte by byte with those written before.
+    void end_before(std::int32_t time) {
+        while (pending.ends_before(time)) {
+            const note_off n = pending.pop();
+            message(n.time(), n.status, n.pitch, 0);
+        }
+    }
+
+    // Behind the last event: writes what is left; how many bytes the track has.
+    std::int32_t finish() {
+        end_before(NEVER);
+        return bytes.write();
+    }
+
+private:
+    void message(std::int32_t time, std::uint8_t status, std::uint8_t pitch, std::uint8_t vel) {
+        unsigned char* at = put_quantity(bytes.room(), ticks_since_last(time));
+        *at++ = status;
+        *at++ = pitch;
+        *at++ = vel;
+        bytes.advance_to(at);
+    }
+    std::int32_t ticks_since_last(std::int32_t time) {
+        const std::int32_t delta = wrapped(std::int64_t{time} - last_time);
+        last_time = time;
+        if (timecode) return wrapped(std::int64_t{delta} * 2);
+        const double f = delta / 125.0 * 24.0 + carry;
+        const auto ticks = static_cast<std::int32_t>(f);
+        carry = f - ticks;
+        return ticks;
+    }
+
+    bool timecode;
+    std::int32_t last_time = 0; // of the message made last
+    double carry = 0.0;         // the part of a tick left over from the deltas before
+    pending_notes pending;
+    track_bytes bytes;
+};
+
+std::int32_t first_channel_of(const brisolan* x) {
+    return x->params[PARAM_CHAN].min == 1 ? 1 : 0;
+}
+
 void write_counted(const unsigned char* bytes, const unsigned char* end) {
     wbytes += static_cast<std::int32_t>(end - bytes);
     t_fwrite(bytes, static_cast<int>(end - bytes));
-}
-
-void write_message(track_writer& w, const written_note& n, std::int32_t time, std::uint8_t vel) {
-    std::array<unsigned char, 8> bytes;
-    unsigned char* at = put_quantity(bytes.data(), ticks_since_last(w, time));
-    *at++ = n.status;
-    *at++ = n.pitch;
-    *at++ = vel;
-    write_counted(bytes.data(), at);
-}
-
-// Kept: a note-off at the time of the next note-on comes behind it, and one that falls on the very last millisecond that
-// there is never comes. Files compare byte by byte with those written before. `next` fills in the next note, or gives
-// false.
-template <class Next> void write_notes(track_writer& w, Next next) {
-    pending_notes pending;
-    written_note coming{};
-    for (bool more = next(&coming);;) {
-        const std::int32_t time = more ? coming.time : NEVER;
-        if (pending.ends_before(time)) {
-            const written_note n = pending.pop();
-            write_message(w, n, n.end, 0);
-        } else if (more) {
-            write_message(w, coming, time, coming.vel);
-            pending.push(coming);
-            more = next(&coming);
-        } else {
-            return;
-        }
-    }
 }
 
 void write_length() {
@@ -234,12 +259,11 @@ void write_header(bool multitrack, bool timecode, std::int32_t ntracks) {
     t_fwrite(h.data(), multitrack ? FILE_HEADER_SIZE : TEMPLATE_SIZE);
 }
 
-// One track behind its header, its length included; the file stands at its end afterwards.
-template <class Next> void write_track(Next next, bool timecode, bool with_tempo, std::int32_t length_at) {
+// One track behind its header, its length included; the file stands at its end afterwards. No writer: no notes.
+void write_track(track_writer* notes, bool with_tempo, std::int32_t length_at) {
     wbytes = 0;
     if (with_tempo) wbytes = t_fwrite(tempo_event.data(), tempo_event.size());
-    track_writer w{.timecode = timecode};
-    write_notes(w, next);
+    if (notes) wbytes += notes->finish();
     writevar(0);
     t_fwrite(end_of_track.data(), end_of_track.size());
     wbytes += 3;
@@ -249,44 +273,52 @@ template <class Next> void write_track(Next next, bool timecode, bool with_tempo
     t_seek(end);
 }
 
-// Kept: tracks between used ones get a chunk too, so that there may be more chunks than the header says; and only the
-// first track of such a file tells the tempo, which a file of one track never does.
-void write_tracks(brisolan* x, const notes_by_track& notes, std::int32_t highest, bool timecode) {
+// A chunk for each track. The events are walked once, in which all tracks grow side by side.
+// Kept: only a Track of exactly 1 to the highest has a chunk; others count as the nearest track, yet are not written.
+// Tracks between used ones get a chunk too, so that there may be more chunks than the header says; and only the first
+// track of such a file tells the tempo, which a file of one track never does.
+void write_tracks(brisolan* x, bool timecode) {
+    used_tracks used(x);
+    std::vector<std::unique_ptr<track_writer>> writers(used.admitted());
+    const std::int32_t first_channel = first_channel_of(x);
+    for (const event* e = x->events; e; e = e->next) {
+        const std::size_t place = used.mark(e->track);
+        if (place >= writers.size()) continue;
+        std::unique_ptr<track_writer>& writer = writers[place];
+        if (!writer) writer = std::make_unique<track_writer>(timecode, false);
+        writer->add(*e, first_channel);
+    }
+    host_post("there are %d tracks", static_cast<int>(used.count()));
+    host_post("highest track numbered %d", static_cast<int>(used.highest()));
+    write_header(true, timecode, used.count());
     for (std::int32_t t = 1;; ++t) {
         stop_locked_out(x);
         t_fwrite(header.data() + FILE_HEADER_SIZE, TEMPLATE_SIZE - FILE_HEADER_SIZE);
-        const std::span<const written_note> own = notes.of(t);
-        std::size_t i = 0;
-        const auto next = [own, &i](written_note* n) {
-            if (i == own.size()) return false;
-            *n = own[i++];
-            return true;
-        };
-        write_track(next, timecode, t == 1 && !timecode, t_tell() - 4);
-        if (highest <= t) return;
+        std::unique_ptr<track_writer>& writer = writers[static_cast<std::size_t>(t - 1)];
+        write_track(writer.get(), t == 1 && !timecode, t_tell() - 4);
+        writer.reset();
+        if (used.highest() <= t) break;
     }
+    host_post("done with all tracks");
 }
 
 // Every event, in one track.
 void write_all(brisolan* x, bool timecode) {
+    write_header(false, timecode, 1);
     stop_locked_out(x);
-    const event* e = x->events;
+    track_writer writer(timecode, true);
     const std::int32_t first_channel = first_channel_of(x);
-    const auto next = [&e, first_channel](written_note* n) {
-        if (!e) return false;
-        *n = note_of(*e, first_channel);
-        e = e->next;
-        return true;
-    };
-    write_track(next, timecode, false, LENGTH_AT);
+    for (const event* e = x->events; e; e = e->next) writer.add(*e, first_channel);
+    write_track(&writer, false, LENGTH_AT);
 }
 
 } // namespace
 
 void brisolan_counttracks(const brisolan* x, std::int32_t* count, std::int32_t* highest) {
-    const track_counts counts(x);
-    *count = counts.used;
-    *highest = counts.highest;
+    used_tracks used(x);
+    for (const event* e = x->events; e; e = e->next) used.mark(e->track);
+    *count = used.count();
+    *highest = used.highest();
 }
 
 void brisolan_exportfile(brisolan* x, const char* name, std::int16_t path, std::int32_t multitrack,
@@ -295,17 +327,10 @@ void brisolan_exportfile(brisolan* x, const char* name, std::int16_t path, std::
         host_error("can't open %s, error %d", name, static_cast<int>(e));
         return;
     }
-    if (multitrack != 0) {
-        const track_counts counts(x);
-        host_post("there are %d tracks", static_cast<int>(counts.used));
-        host_post("highest track numbered %d", static_cast<int>(counts.highest));
-        write_header(true, timecode != 0, counts.used);
-        write_tracks(x, notes_by_track(x, counts), counts.highest, timecode != 0);
-        host_post("done with all tracks");
-    } else {
-        write_header(false, timecode != 0, 1);
+    if (multitrack != 0)
+        write_tracks(x, timecode != 0);
+    else
         write_all(x, timecode != 0);
-    }
     t_close();
     stop_locked_out(x);
     host_post("finished");

@@ -233,6 +233,7 @@ struct host_file {
     std::int64_t position = 0; // the system's, behind what is read, in front of what waits to be written
     std::size_t next = 0;
     std::size_t end = 0;
+    std::int64_t size = 0; // read: of a regular file when it was opened; else 0
     bool writing = false;
     host_err failed = HOST_OK; // the first failure while writing; the target is then left alone
     file_type type = 0;
@@ -274,19 +275,19 @@ host_err close_written(host_file* f, host_err failure) {
 
 host_err fill(host_file* f) {
     f->next = f->end = 0;
+    // A file that was read as far as it reached when it was opened need not be asked whether that is its end.
+    if (f->size != 0 && f->position == f->size) return HOST_OK;
     const host_err e = read_some(f->fd, f->buffer.data(), f->buffer.size(), &f->end);
     f->position += static_cast<std::int64_t>(f->end);
     return e;
 }
 
-bool is_directory(const std::string& file) {
-    struct stat about;
-    return ::stat(file.c_str(), &about) == 0 && S_ISDIR(about.st_mode);
-}
+enum class found_there { nothing, file, directory };
 
-bool exists(const std::string& file) {
+found_there look(const std::string& file) {
     struct stat about;
-    return ::stat(file.c_str(), &about) == 0;
+    if (::stat(file.c_str(), &about) != 0) return found_there::nothing;
+    return S_ISDIR(about.st_mode) ? found_there::directory : found_there::file;
 }
 
 } // namespace
@@ -357,10 +358,10 @@ host_err host_file_locate(const char* name, std::int16_t* path, file_type* type,
     std::vector<std::int16_t> places{0};
     if (name[0] != '/') places.insert(places.end(), search_path.begin(), search_path.end());
     // A folder of that name is only found when there is no file; opening it then tells what it is.
-    for (const bool directory : {false, true}) {
+    for (const found_there wanted : {found_there::file, found_there::directory}) {
         for (const std::int16_t place : places) {
             const std::string file = kel_filepath(name, place);
-            if (!exists(file) || is_directory(file) != directory) continue;
+            if (look(file) != wanted) continue;
             const file_type t = kel_filetype(file);
             if (std::find(types.begin(), types.end(), t) == types.end()) continue;
             *path = place;
@@ -378,12 +379,15 @@ host_err host_file_open(const char* name, std::int16_t path, host_file** file) {
     const std::string where = kel_filepath(name, path);
     int fd = -1;
     if (const host_err e = open_file(where, O_RDONLY, 0, &fd)) return e;
-    if (is_directory(where)) {
+    struct stat about;
+    const bool known = ::fstat(fd, &about) == 0;
+    if (known && S_ISDIR(about.st_mode)) {
         (void)::close(fd);
         return HOST_ERR_BUSY;
     }
     *file = new host_file;
     (*file)->fd = fd;
+    (*file)->size = known && S_ISREG(about.st_mode) ? about.st_size : 0;
     (*file)->name = name;
     return HOST_OK;
 }

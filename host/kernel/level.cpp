@@ -7,10 +7,11 @@
 
 #include "host/kel.h"
 
+constinit thread_local kel_level t_level = kel_level::scheduler;
+
 namespace {
 
-thread_local kel_level t_level = kel_level::scheduler;
-thread_local bool t_lockout = false; // the calling thread holds the lockout
+constinit thread_local bool t_lockout = false; // the calling thread holds the lockout
 
 pi_mutex& lockout() {
     static pi_mutex m;
@@ -26,10 +27,6 @@ pi_mutex::pi_mutex(bool recursive) {
     pthread_mutexattr_settype(&how, recursive ? PTHREAD_MUTEX_RECURSIVE : PTHREAD_MUTEX_NORMAL);
     pthread_mutex_init(&m, &how);
     pthread_mutexattr_destroy(&how);
-}
-
-kel_level kel_current_level() {
-    return t_level;
 }
 
 at_level::at_level(kel_level level) : level_before(t_level), lockout_before(t_lockout) {

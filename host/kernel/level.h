@@ -6,8 +6,13 @@
 
 enum class kel_level { main, scheduler };
 
+// The calling thread's level. Written by at_level alone.
+extern constinit thread_local kel_level t_level;
+
 // The level of the code that runs now. A thread that the host does not know counts as the scheduler's.
-kel_level kel_current_level();
+inline kel_level kel_current_level() {
+    return t_level;
+}
 
 // Puts the calling thread at a level for the scope's life; at the scheduler level with the lockout held.
 class at_level {
