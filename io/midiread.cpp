@@ -255,17 +255,17 @@ step_result read_event(midi_import& m, byte_cursor& in) {
 // as read_event would, with what changes from one to the next in registers; stops in front of any other.
 void read_plain_notes(midi_import& m, byte_cursor& in) {
     const unsigned char* next = in.next;
-    std::uint32_t abstime = static_cast<std::uint32_t>(m.abstime);
+    std::uint32_t abstime = 0; // since here, as the ticks are
     double carry = m.carry;
     int status = m.running_status;
+    const std::uint32_t start = static_cast<std::uint32_t>(m.abstime);
     const double per_second = m.ticks_per_sec;
     while (in.end - next >= LONGEST_PLAIN_EVENT) {
-        const unsigned char* at = next;
-        std::uint32_t delta = *at++;
-        if (is_status(static_cast<int>(delta))) {
-            delta = (delta & 0x7F) << 7 | (*at & 0x7F);
-            if (is_status(*at++)) break;
-        }
+        // One byte of delta or two: it changes from note to note, and no branch is to guess it.
+        const std::uint32_t two = next[0] >> 7;
+        const std::uint32_t delta = (next[0] & 0x7FU) << 7 * two | (next[1] & 0x7FU & (0U - two));
+        if (next[1] & two << 7) break;
+        const unsigned char* at = next + 1 + two;
         const int new_status = is_status(*at) ? *at++ : status;
         if (new_status >= 0xA0 || new_status < 0x80) break;
         std::uint32_t step = delta / 2;
@@ -279,13 +279,14 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
         abstime += step;
         status = new_status;
         next = at + 2;
+        const auto now = static_cast<std::int32_t>(start + abstime);
         if (status >= NOTE_ON && at[1] != 0)
-            note_on(m, static_cast<std::int32_t>(abstime), status, at[0], at[1]);
+            note_on(m, now, status, at[0], at[1]);
         else
-            note_off(m, static_cast<std::int32_t>(abstime), at[0]);
+            note_off(m, now, at[0]);
     }
     in.next += next - in.next;
-    m.abstime = static_cast<std::int32_t>(abstime);
+    m.abstime = static_cast<std::int32_t>(start + abstime);
     m.carry = carry;
     m.running_status = status;
 }

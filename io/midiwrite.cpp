@@ -108,14 +108,17 @@ private:
 // ---------------------------------------------------------------------------------------------------------------------
 // Writing
 
-// The low 28 bits of a value as a variable-length quantity; gives the place behind it.
+// The low 28 bits of a value as a variable-length quantity; gives the place behind it. Two bytes of room are touched at
+// least: whether a delta needs one byte or two changes from note to note, and no branch is to guess it.
 unsigned char* put_quantity(unsigned char* at, std::int32_t value) {
     const std::uint32_t v = static_cast<std::uint32_t>(value) & 0x0FFFFFFF;
     if (v >> 21) *at++ = static_cast<unsigned char>(v >> 21 | 0x80);
     if (v >> 14) *at++ = static_cast<unsigned char>(v >> 14 | 0x80);
-    if (v >> 7) *at++ = static_cast<unsigned char>(v >> 7 | 0x80);
-    *at++ = static_cast<unsigned char>(v & 0x7F);
-    return at;
+    const bool two = v >> 7 != 0;
+    *at = static_cast<unsigned char>(v >> 7 | 0x80);
+    at += two;
+    at[0] = static_cast<unsigned char>(v & 0x7F);
+    return at + 1;
 }
 
 // The bytes of a track: kept until they can be written, or written at once as those of the only track can be.
@@ -216,14 +219,23 @@ private:
         last_time = time;
         if (timecode) return wrapped(std::int64_t{delta} * 2);
         const double f = delta / 125.0 * 24.0 + carry;
-        const auto ticks = static_cast<std::int32_t>(f);
-        carry = f - ticks;
+        // How many ticks that is nearly always follows from the time, without waiting for the carry of the message before.
+        const std::int64_t at_tick = std::int64_t{time} * 24 / 125;
+        auto ticks = static_cast<std::int32_t>(at_tick - last_tick);
+        double rest = f - ticks;
+        if (!(f >= 0.0 && rest >= 0.0 && rest < 1.0)) { // it does not, or times run backwards
+            ticks = static_cast<std::int32_t>(f);
+            rest = f - ticks;
+        }
+        carry = rest;
+        last_tick += ticks;
         return ticks;
     }
 
     bool timecode;
     std::int32_t last_time = 0; // of the message made last
     double carry = 0.0;         // the part of a tick left over from the deltas before
+    std::int64_t last_tick = 0; // ticks so far
     pending_notes pending;
     track_bytes bytes;
 };
