@@ -37,6 +37,7 @@ constexpr std::size_t CHUNK = 64 * 1024; // what is taken from the system at a t
 // million events else costs twelve thousand page faults, most of the time of reading it.
 constexpr std::size_t LARGE_CHUNK = 2 * 1024 * 1024;
 constexpr std::size_t MANY_CHUNKS = 16;
+constexpr std::size_t PAGE = 4096;
 constexpr std::size_t STOCK = 512; // blocks laid out for the scheduler of each size that it uses
 
 #ifdef NDEBUG
@@ -102,6 +103,13 @@ void* system_chunk(std::size_t size) {
     if (!memory) bytes_taken.fetch_sub(static_cast<std::int64_t>(size), std::memory_order_relaxed);
 #ifdef MADV_HUGEPAGE
     if (memory && size == LARGE_CHUNK) (void)::madvise(memory, size, MADV_HUGEPAGE);
+#endif
+#ifdef MADV_POPULATE_WRITE
+    if (memory && size == CHUNK) {
+        const std::uintptr_t from = (reinterpret_cast<std::uintptr_t>(memory) + PAGE - 1) & ~(PAGE - 1);
+        const std::uintptr_t to = (reinterpret_cast<std::uintptr_t>(memory) + size) & ~(PAGE - 1);
+        (void)::madvise(reinterpret_cast<void*>(from), to - from, MADV_POPULATE_WRITE);
+    }
 #endif
     return memory;
 }
