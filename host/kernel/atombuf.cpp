@@ -52,7 +52,7 @@ public:
         if (done >= b->code.size()) return {};
         const unsigned char* at = b->code.data() + done;
         std::size_t n = 0;
-        for (std::uint64_t code = get_code(at); mark_of(code) != MARK_END; code = get_code(at)) {
+        for (std::uint64_t code = get_short_code(at); mark_of(code) != MARK_END; code = get_short_code(at)) {
             if (n == atoms.size()) atoms.resize(2 * n);
             atoms[n++] = b->atom_of(code);
         }

@@ -55,8 +55,9 @@ struct host_critical {
 namespace {
 
 pi_mutex& region_of(host_critical* c) {
+    if (c) return c->region;
     static host_critical global;
-    return (c ? c : &global)->region;
+    return global.region;
 }
 
 [[maybe_unused]] [[noreturn]] void wrong_level(const char* where, const char* wanted) {

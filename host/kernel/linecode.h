@@ -38,6 +38,7 @@ public:
     }
     ~byte_store() { std::free(bytes); }
 
+    // Behind the last byte lies at least one more that may be read, whatever it is.
     const unsigned char* data() const { return bytes; }
     std::size_t size() const { return used; }
 
@@ -59,10 +60,12 @@ public:
     }
 
 private:
+    static constexpr std::size_t BEHIND = 1;
+
     void grow(std::size_t more) {
         std::size_t wanted = room < 512 ? 1024 : room * 2;
         if (wanted - used < more) wanted = used + more;
-        void* moved = std::realloc(bytes, wanted);
+        void* moved = std::realloc(bytes, wanted + BEHIND);
         if (!moved) throw std::bad_alloc();
         bytes = static_cast<unsigned char*>(moved);
         room = wanted;
@@ -81,6 +84,15 @@ inline unsigned char* put_code(unsigned char* at, std::uint64_t code) {
     }
     *at++ = static_cast<unsigned char>(code);
     return at;
+}
+
+// The same for codes that mostly take one byte or two, without a branch that guesses which.
+inline unsigned char* put_short_code(unsigned char* at, std::uint64_t code) {
+    if (code >> 14) return put_code(at, code);
+    const bool two = code >> 7 != 0;
+    at[0] = static_cast<unsigned char>(code | static_cast<unsigned>(two) << 7);
+    at[1] = static_cast<unsigned char>(code >> 7);
+    return at + 1 + two;
 }
 
 inline std::uint64_t long_code(std::int32_t value) {
@@ -119,4 +131,13 @@ inline std::uint64_t get_code(const unsigned char*& at) {
         code |= (byte & 0x7F) << shift;
         if (byte < 0x80) return code;
     }
+}
+
+// The same where codes mostly take one byte or two, without a branch that guesses which. A byte behind the code is read.
+inline std::uint64_t get_short_code(const unsigned char*& at) {
+    const unsigned two = at[0] >> 7;
+    if (at[1] & two << 7) return get_code(at);
+    const std::uint64_t code = (at[0] & 0x7FU) | (at[1] & (0U - two)) << 7;
+    at += 1 + two;
+    return code;
 }

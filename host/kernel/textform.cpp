@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -103,7 +104,7 @@ public:
                 continue;
             }
             *open = true;
-            if (same_symbol() || short_numbers()) continue;
+            if (same_symbol() || plain_numbers(open)) continue;
             if (const char* wrong = *at == '"' ? quoted() : word())
                 return kel_form_error{static_cast<std::size_t>(at - begin), wrong};
         }
@@ -128,35 +129,71 @@ private:
         return p == end || class_of(*p) == blank || class_of(*p) == ending;
     }
 
-    // Nearly every atom is a number of a few digits with one blank, or the end of the message, behind it. Takes all that
-    // follow one another, each with its blank; false, and nothing is taken, when something else is there. Works on copies
-    // of the members, which the bytes it writes might else be.
-    bool short_numbers() {
-        if (room_end - out < static_cast<std::ptrdiff_t>(LONGEST_CODE)) new_piece();
-        const char* p = at;
-        unsigned char* o = out;
-        // Up to where a sign, the digits and what ends them are inside the text for sure.
-        const char* const last_start = end - std::min(end - p, SHORT_DIGITS + 2);
-        unsigned char* const last_out = room_end - LONGEST_CODE;
-        while (p < last_start && o <= last_out) {
-            const bool minus = *p == '-';
-            const char* const first = p + minus;
-            const char* behind = first;
-            std::uint32_t value = 0;
-            for (unsigned digit = 0; (digit = static_cast<unsigned char>(*behind) - unsigned{'0'}) < 10;
-                 ++behind) {
-                if (behind - first == SHORT_DIGITS) break;
-                value = value * 10 + digit;
+    // Nearly all of a document is lines of whole numbers without a sign, each with one blank or the end of the message
+    // behind it, and each line begins with the receiver of the one before. Takes as many such numbers as follow, over the
+    // ends of lines; false, and nothing is taken, when something else is there. A number is found by what ends it, for a
+    // block of text at once: so none waits until the one before has been read, and no branch guesses how long each is.
+    bool plain_numbers(bool* open) {
+        if constexpr (std::endian::native != std::endian::little) return false;
+        const char* from = at; // the number that comes next
+        bool plain = is_digit(*from);
+        while (plain && end - from >= BLOCK + WORD) {
+            if (room_end - out < 2 * BLOCK)
+                new_piece(); // a block's codes are never twice as long as its text
+            const char* const block = from;
+            std::uint64_t stops = not_digits(block);
+            unsigned char* o = out; // a copy, which the bytes that are written cannot be
+            while (stops) {
+                const char* const stop = block + std::countr_zero(stops);
+                stops &= stops - 1;
+                const auto size = static_cast<std::size_t>(stop - from);
+                plain = size - 1 < WORD && (*stop == ' ' || *stop == ';');
+                if (!plain) break;
+                o = put_short_code(o, long_code(static_cast<std::int32_t>(number_at(from, size))));
+                from = stop + 1;
+                if (*stop == ' ') continue;
+                o = put_code(o, MARK_END);
+                document->lines += 1;
+                plain = *open = *from == '\n' && same_symbol_at(from + 1);
+                if (!plain) break;
+                o = put_code(o, symbol_code(last_index));
+                from += last_symbol.size() + 2;
+                if (from - block >= BLOCK) break;
+                stops &= ~std::uint64_t{0} << (from - block);
             }
-            if (behind == first || (*behind != ' ' && *behind != ';')) break;
-            o = put_code(
-                o, long_code(minus ? -static_cast<std::int32_t>(value) : static_cast<std::int32_t>(value)));
-            p = behind;
-            if (*p == ';') break;
-            ++p;
+            out = o;
+            if (from == block) break; // a number longer than a block
         }
-        out = o;
-        return std::exchange(at, p) != p;
+        return std::exchange(at, from) != from;
+    }
+
+    // A bit for each byte of a block: whether it is something else than a digit.
+    static std::uint64_t not_digits(const char* block) {
+        constexpr std::uint64_t each = 0x0101010101010101;
+        std::uint64_t bits = 0;
+        for (int i = 0; i < BLOCK / WORD; ++i) {
+            const std::uint64_t w = word_at(block + i * WORD) ^ '0' * each; // digits are 0 to 9 now
+            const std::uint64_t others = ((w & 0x7F * each) + (0x80 - 10) * each) | w;
+            // The top bits of the eight bytes, brought together in the uppermost byte.
+            bits |= (others >> 7 & each) * 0x0102040810204080 >> 56 << i * WORD;
+        }
+        return bits;
+    }
+
+    // The number that so many digits make, 1 to 8: moved to the upper end of the word, with zeros in front, and there put
+    // together in pairs, the pairs in fours, those in one.
+    static std::uint32_t number_at(const char* digits, std::size_t size) {
+        std::uint64_t w = (word_at(digits) ^ 0x3030303030303030) << 8 * (WORD - size);
+        w = w * 10 + (w >> 8);
+        constexpr std::uint64_t pairs = 0x000000FF000000FF;
+        return static_cast<std::uint32_t>(
+            ((w & pairs) * (100 + (1000000ULL << 32)) + (w >> 16 & pairs) * (1 + (10000ULL << 32))) >> 32);
+    }
+
+    static std::uint64_t word_at(const char* p) {
+        std::uint64_t w;
+        std::memcpy(&w, p, sizeof w);
+        return w;
     }
 
     const char* word() {
@@ -185,17 +222,20 @@ private:
         return nullptr;
     }
 
-    // A document's lines mostly begin with the same receiver: takes it, and the blank behind it, where it stands as it did
+    // A document's lines mostly begin with the same receiver: whether it stands here, with a blank behind it, as it did
     // the last time.
-    bool same_symbol() {
+    bool same_symbol_at(const char* p) const {
         const std::size_t size = last_symbol.size();
-        if (*at != last_symbol[0] || end - at <= static_cast<std::ptrdiff_t>(size) || at[size] != ' ')
+        if (*p != last_symbol[0] || end - p <= static_cast<std::ptrdiff_t>(size) || p[size] != ' ')
             return false;
         for (std::size_t i = 1; i < size; ++i) {
-            if (at[i] != last_symbol[i]) return false;
+            if (p[i] != last_symbol[i]) return false;
         }
-        if (!last_is_plain) return false;
-        at += size + 1;
+        return last_is_plain;
+    }
+    bool same_symbol() {
+        if (!same_symbol_at(at)) return false;
+        at += last_symbol.size() + 1;
         put(symbol_code(last_index));
         return true;
     }
@@ -297,8 +337,9 @@ private:
         return nullptr;
     }
 
-    static constexpr std::string_view NONE{"\0", 1};  // what no symbol is
-    static constexpr std::ptrdiff_t SHORT_DIGITS = 9; // as many as fit whatever they are
+    static constexpr std::string_view NONE{"\0", 1}; // what no symbol is
+    static constexpr std::ptrdiff_t BLOCK = 64;      // bytes looked at together
+    static constexpr std::ptrdiff_t WORD = 8;
 
     const char* begin;
     const char* at;
