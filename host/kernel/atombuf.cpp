@@ -51,13 +51,19 @@ public:
     std::span<const atom> next() {
         if (done >= b->code.size()) return {};
         const unsigned char* at = b->code.data() + done;
-        std::size_t n = 0;
-        for (std::uint64_t code = get_short_code(at); mark_of(code) != MARK_END; code = get_short_code(at)) {
-            if (n == atoms.size()) atoms.resize(2 * n);
-            atoms[n++] = b->atom_of(code);
+        atom* to = atoms.data(); // copies, which the atoms that are written cannot be
+        atom* room_end = to + atoms.size();
+        for (std::uint64_t code = get_code(at); mark_of(code) != MARK_END; code = get_code(at)) {
+            if (to == room_end) {
+                const std::size_t n = atoms.size();
+                atoms.resize(2 * n);
+                to = atoms.data() + n;
+                room_end = to + n;
+            }
+            *to++ = b->atom_of(code);
         }
         done = static_cast<std::size_t>(at - b->code.data());
-        return {atoms.data(), n};
+        return {atoms.data(), to};
     }
 
 private:

@@ -28,8 +28,8 @@ void put_number_at(unsigned char* bytes, std::size_t at, std::size_t size, std::
     for (std::size_t i = 0; i < size; ++i, n >>= 8) bytes[at + i] = static_cast<unsigned char>(n);
 }
 
-// Table k tells what a byte does to the checksum when k zero bytes follow it, so that eight bytes are taken in at once.
-using crc_tables = std::array<std::array<std::uint32_t, 256>, 8>;
+// Table k tells what a byte does to the checksum when k zero bytes follow it, so that sixteen bytes are taken in at once.
+using crc_tables = std::array<std::array<std::uint32_t, 256>, 16>;
 constexpr crc_tables tables = [] {
     crc_tables t{};
     for (std::uint32_t i = 0; i < 256; ++i) {
@@ -89,12 +89,27 @@ private:
         return nullptr;
     }
 
+    // Nearly all codes are of one byte or two.
+    bool read_short(std::uint64_t* code) {
+        if (end - at < 2) return read(code);
+        *code = at[0];
+        if (at[0] < 0x80) {
+            at += 1;
+            return true;
+        }
+        if (at[1] == 0 || at[1] >= 0x80) return read(code);
+        *code = (at[0] & 0x7FU) | at[1] << 7;
+        at += 2;
+        return true;
+    }
+
     const char* lines() {
         const std::size_t count = document->symbols.size();
+        std::size_t ends = 0;
         bool open = false;
         while (at < end) {
             std::uint64_t code = 0;
-            if (!read(&code) || code >> MARK_BITS > UINT32_MAX) return "a broken number";
+            if (!read_short(&code) || code >> MARK_BITS > UINT32_MAX) return "a broken number";
             switch (mark_of(code)) {
             case MARK_SYMBOL:
                 if (rest_of(code) >= count) return "a symbol that is not in the table";
@@ -104,10 +119,11 @@ private:
             default:
                 if (!open || rest_of(code) != 0) return "a line without an atom";
                 open = false;
-                document->lines += 1;
+                ends += 1;
                 break;
             }
         }
+        document->lines += ends;
         if (open) return "a line that is cut off";
         return nullptr;
     }
@@ -124,12 +140,13 @@ std::uint32_t kel_crc32(std::uint32_t crc, std::span<const unsigned char> bytes)
     crc = ~crc;
     const unsigned char* at = bytes.data();
     std::size_t left = bytes.size();
-    for (; left >= 8; at += 8, left -= 8) {
-        const std::uint32_t low = crc ^ number_at(at, 0, 4);
-        const std::uint32_t high = number_at(at, 4, 4);
-        crc = tables[7][low & 0xFF] ^ tables[6][low >> 8 & 0xFF] ^ tables[5][low >> 16 & 0xFF] ^
-              tables[4][low >> 24] ^ tables[3][high & 0xFF] ^ tables[2][high >> 8 & 0xFF] ^
-              tables[1][high >> 16 & 0xFF] ^ tables[0][high >> 24];
+    for (; left >= tables.size(); at += tables.size(), left -= tables.size()) {
+        const std::uint32_t now = crc ^ number_at(at, 0, 4); // the checksum so far falls on the first four
+        crc = 0;
+#pragma GCC unroll 4
+        for (std::size_t i = 0; i < 4; ++i) crc ^= tables[15 - i][now >> 8 * i & 0xFF];
+#pragma GCC unroll 12
+        for (std::size_t i = 4; i < tables.size(); ++i) crc ^= tables[15 - i][at[i]];
     }
     for (; left > 0; --left) crc = tables[0][(crc ^ *at++) & 0xFF] ^ crc >> 8;
     return ~crc;

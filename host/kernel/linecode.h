@@ -28,19 +28,19 @@ class byte_store {
 public:
     byte_store() = default;
     byte_store(byte_store&& other) noexcept
-        : bytes(std::exchange(other.bytes, nullptr)), used(std::exchange(other.used, 0)),
-          room(std::exchange(other.room, 0)) {}
+        : bytes(std::exchange(other.bytes, nullptr)), front(std::exchange(other.front, 0)),
+          used(std::exchange(other.used, 0)), room(std::exchange(other.room, 0)) {}
     byte_store& operator=(byte_store&& other) noexcept {
         std::swap(bytes, other.bytes);
+        std::swap(front, other.front);
         std::swap(used, other.used);
         std::swap(room, other.room);
         return *this;
     }
     ~byte_store() { std::free(bytes); }
 
-    // Behind the last byte lies at least one more that may be read, whatever it is.
-    const unsigned char* data() const { return bytes; }
-    std::size_t size() const { return used; }
+    const unsigned char* data() const { return bytes + front; }
+    std::size_t size() const { return used - front; }
 
     // Room for `more` bytes behind the last one, to be written there and then taken in by advance_to.
     unsigned char* reserve(std::size_t more) {
@@ -54,25 +54,28 @@ public:
         used += size;
     }
 
-    void drop_front(std::size_t size) {
-        used -= size;
-        std::memmove(bytes, bytes + size, used);
-    }
+    // The bytes behind these move when room is needed, not before.
+    void drop_front(std::size_t size) { front += size; }
 
 private:
-    static constexpr std::size_t BEHIND = 1;
-
     void grow(std::size_t more) {
+        if (front != 0) {
+            used -= front;
+            std::memmove(bytes, bytes + front, used);
+            front = 0;
+            if (room - used >= more) return;
+        }
         std::size_t wanted = room < 512 ? 1024 : room * 2;
         if (wanted - used < more) wanted = used + more;
-        void* moved = std::realloc(bytes, wanted + BEHIND);
+        void* moved = std::realloc(bytes, wanted);
         if (!moved) throw std::bad_alloc();
         bytes = static_cast<unsigned char*>(moved);
         room = wanted;
     }
 
     unsigned char* bytes = nullptr;
-    std::size_t used = 0;
+    std::size_t front = 0; // what was dropped
+    std::size_t used = 0;  // with it
     std::size_t room = 0;
 };
 
@@ -121,23 +124,16 @@ inline float float_of(std::uint64_t code) {
     return std::bit_cast<float>(rest_of(code));
 }
 
-// Reads one code that is known to be whole; moves `at` behind it.
+// Reads one code that is known to be whole; moves `at` behind it. Nearly all are of one byte or two.
 inline std::uint64_t get_code(const unsigned char*& at) {
-    std::uint64_t code = *at++;
-    if (code < 0x80) return code;
-    code &= 0x7F;
-    for (unsigned shift = 7;; shift += 7) {
-        const std::uint64_t byte = *at++;
-        code |= (byte & 0x7F) << shift;
-        if (byte < 0x80) return code;
+    const std::uint64_t first = at[0];
+    if (first < 0x80) {
+        at += 1;
+        return first;
     }
-}
-
-// The same where codes mostly take one byte or two, without a branch that guesses which. A byte behind the code is read.
-inline std::uint64_t get_short_code(const unsigned char*& at) {
-    const unsigned two = at[0] >> 7;
-    if (at[1] & two << 7) return get_code(at);
-    const std::uint64_t code = (at[0] & 0x7FU) | (at[1] & (0U - two)) << 7;
-    at += 1 + two;
+    const std::uint64_t second = at[1];
+    std::uint64_t code = (first & 0x7F) | (second & 0x7F) << 7;
+    at += 2;
+    for (unsigned shift = 14; at[-1] >= 0x80; shift += 7) code |= (*at++ & std::uint64_t{0x7F}) << shift;
     return code;
 }

@@ -4,11 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <system_error>
+
+#include "host/kernel/byteblock.h"
 
 namespace {
 
@@ -134,7 +135,7 @@ private:
     // ends of lines; false, and nothing is taken, when something else is there. A number is found by what ends it, for a
     // block of text at once: so none waits until the one before has been read, and no branch guesses how long each is.
     bool plain_numbers(bool* open) {
-        if constexpr (std::endian::native != std::endian::little) return false;
+        if constexpr (!BLOCKS_WORK) return false;
         const char* from = at; // the number that comes next
         bool plain = is_digit(*from);
         while (plain && end - from >= BLOCK + WORD) {
@@ -169,31 +170,20 @@ private:
 
     // A bit for each byte of a block: whether it is something else than a digit.
     static std::uint64_t not_digits(const char* block) {
-        constexpr std::uint64_t each = 0x0101010101010101;
-        std::uint64_t bits = 0;
-        for (int i = 0; i < BLOCK / WORD; ++i) {
-            const std::uint64_t w = word_at(block + i * WORD) ^ '0' * each; // digits are 0 to 9 now
-            const std::uint64_t others = ((w & 0x7F * each) + (0x80 - 10) * each) | w;
-            // The top bits of the eight bytes, brought together in the uppermost byte.
-            bits |= (others >> 7 & each) * 0x0102040810204080 >> 56 << i * WORD;
-        }
-        return bits;
+        return block_bits(block, [](std::uint64_t w) {
+            w ^= in_each_byte('0'); // digits are 0 to 9 now
+            return ((w & in_each_byte(0x7F)) + in_each_byte(0x80 - 10)) | w;
+        });
     }
 
     // The number that so many digits make, 1 to 8: moved to the upper end of the word, with zeros in front, and there put
     // together in pairs, the pairs in fours, those in one.
     static std::uint32_t number_at(const char* digits, std::size_t size) {
-        std::uint64_t w = (word_at(digits) ^ 0x3030303030303030) << 8 * (WORD - size);
+        std::uint64_t w = (word_at(digits) ^ in_each_byte('0')) << 8 * (WORD - size);
         w = w * 10 + (w >> 8);
         constexpr std::uint64_t pairs = 0x000000FF000000FF;
         return static_cast<std::uint32_t>(
             ((w & pairs) * (100 + (1000000ULL << 32)) + (w >> 16 & pairs) * (1 + (10000ULL << 32))) >> 32);
-    }
-
-    static std::uint64_t word_at(const char* p) {
-        std::uint64_t w;
-        std::memcpy(&w, p, sizeof w);
-        return w;
     }
 
     const char* word() {
@@ -338,8 +328,6 @@ private:
     }
 
     static constexpr std::string_view NONE{"\0", 1}; // what no symbol is
-    static constexpr std::ptrdiff_t BLOCK = 64;      // bytes looked at together
-    static constexpr std::ptrdiff_t WORD = 8;
 
     const char* begin;
     const char* at;
