@@ -2,6 +2,7 @@
 // Test layer. Run by ctest.
 #include "host/kernel/textform.h"
 
+#include <array>
 #include <bit>
 #include <limits>
 #include <random>
@@ -205,6 +206,33 @@ TEST(textform, DamagedDocumentsAreReadOrRefused) {
             EXPECT_LE(e->offset, text.size());
         else
             EXPECT_EQ(reread(format(d)), format(d));
+    }
+}
+
+// Long texts are read a block at a time, single lines are too short for it.
+TEST(textform, LinesAreReadTheSameOneByOneAndTogether) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const auto one_of = [&random](auto... choices) {
+        const std::array<const char*, sizeof...(choices)> all{choices...};
+        return std::string(all[random() % all.size()]);
+    };
+    for (int document = 0; document < 300; ++document) {
+        std::string text;
+        std::string one_by_one;
+        const std::string usual = one_of("#X", "x", "a-rather-long-receiver", "#N");
+        for (int line = 0; line < 40; ++line) {
+            std::string now = random() % 8 ? usual : one_of("#X", "other", "\"q q\"", "5");
+            for (auto atoms = random() % 10; atoms > 0; --atoms) {
+                now += random() % 16 ? " " : one_of("  ", "\t", " 1.5 ", " word ", " -", " 0");
+                now += std::to_string(random() % 10 ? random() % 300 : random() >> random() % 32 >> 1);
+            }
+            now += random() % 16 ? ";\n" : one_of(" ;\n", ";\r\n", ";;\n", ";\n\n");
+            text += now;
+            one_by_one += reread(now);
+        }
+        ASSERT_EQ(reread(text), one_by_one) << text;
     }
 }
 
