@@ -1,5 +1,5 @@
 // app/commands.h: the program's commands, one file each.
-// Layer: program. Called by main.cpp.
+// Layer: program. Called by main.cpp and by the maker of the manual page and the shells' completions.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -20,3 +20,6 @@ void add_play_command(CLI::App& program, int& status);
 void add_follow_command(CLI::App& program, int& status);
 void add_patch_command(CLI::App& program, int& status);
 void add_record_command(CLI::App& program, int& status);
+
+// Gives the program its flags and all of its commands. [main]
+void set_up_command_line(CLI::App& program, int& status);

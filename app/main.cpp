@@ -32,20 +32,9 @@ int main(int argc, char** argv) {
     CLI::App program(
         "A score object for a visual patching host: plays, records, follows and edits note sequences.",
         "brisolan");
-    program.set_version_flag("--version", "brisolan " BRISOLAN_VERSION);
-    program.require_subcommand(1);
     program.failure_message(misuse);
     int status = EXIT_DONE;
-    add_edit_command(program, status);
-    add_play_command(program, status);
-    add_record_command(program, status);
-    add_follow_command(program, status);
-    add_patch_command(program, status);
-    add_list_command(program, status);
-    add_convert_command(program, status);
-    add_render_command(program, status);
-    add_ports_command(program, status);
-    add_script_command(program, status);
+    set_up_command_line(program, status);
     std::vector<std::string> words(argv + 1, argv + argc);
     if (words.empty() || names_a_file(program, words.front())) words.insert(words.begin(), "edit");
     std::reverse(words.begin(), words.end()); // as the parser takes them

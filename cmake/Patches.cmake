@@ -1,5 +1,5 @@
-# The program's own patches: installed as files that people may read and change, and built in for a program that was
-# moved away from them.
+# The program's own patches: installed as files that people may read and change (Install), and built in for a program that
+# was moved away from them.
 file(GLOB patches CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/patches/*.kel)
 set(entries "")
 foreach(patch IN LISTS patches)
@@ -27,4 +27,3 @@ std::span<const built_in_patch> built_in_patches() {
 }
 ]==])
 target_sources(brisolan_app PRIVATE ${built_in})
-install(FILES ${patches} DESTINATION share/brisolan/patches)
