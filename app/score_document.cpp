@@ -8,9 +8,10 @@
 
 #include "app/play_patch.h"
 #include "app/saved_form.h"
+#include "app/saved_roles.h"
 #include "app/source.h"
 #include "app/target.h"
-#include "core/locked.h"
+#include "host/desktop/descriptions.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/files.h"
 #include "host/kernel/windows.h"
@@ -26,6 +27,8 @@ namespace {
 constexpr kel_time LENGTH_GROWS_OLD = 1000 * NS_PER_MS;
 constexpr std::int32_t PERFORMER_CHANNEL = 1;
 constexpr int LARGEST_ZOOM = 1 << 20;
+constexpr int BELOW_DATA = 30;   // scroll bar and track buttons
+constexpr int VALUE_MARGIN = 24; // pixels above the highest note and below the lowest
 
 const event* first_selected(const brisolan* x) {
     const event* e = x->events;
@@ -42,6 +45,7 @@ std::string score_document::start(const std::string& file) {
     if (std::string why = patch.load(); !why.empty()) return why;
     if (file.empty()) return "";
     if (std::string why = read_into(console, patch.score(), file); !why.empty()) return why;
+    if (kel_filetype(file) != TYPE_MIDI) show_saved_roles(patch.score(), file);
     path = file;
     return "";
 }
@@ -115,6 +119,7 @@ bool score_document::keep_copy(const std::string& to) {
 
 std::string score_document::take_copy(const std::string& from) {
     if (std::string why = read_into(console, patch.score(), from); !why.empty()) return why;
+    show_saved_roles(patch.score(), from);
     from_copy = true;
     saved.known = true;
     return "";
@@ -214,6 +219,28 @@ void score_document::zoom(desk_zoom way) {
     kel_window_update(editor());
 }
 
+void score_document::frame_values() {
+    brisolan* const x = patch.score();
+    std::int32_t least = INT32_MAX;
+    std::int32_t most = INT32_MIN;
+    for (const event* e = x->events; e; e = e->next) {
+        least = std::min(least, event_param(*e, x->yparam));
+        most = std::max(most, event_param(*e, x->yparam));
+    }
+    if (least > most) return;
+    const std::int64_t room = std::max(x->window->height - DATA_TOP - BELOW_DATA, 1);
+    const auto pixels = [&](std::int64_t zoom) { return (std::int64_t{most} - least) * UNIT / zoom; };
+    const auto fits = [&](std::int64_t zoom) { return pixels(zoom) + VALUE_MARGIN * 2 <= room; };
+    while (!fits(x->yzoom) && x->yzoom < LARGEST_ZOOM) brisolan_yzoomout(x);
+    while (x->yzoom >= 2 && fits(std::max(x->yzoom * 2 / 3, 1))) brisolan_yzoomin(x);
+    brisolan_remax(x);
+    const std::int64_t above = (room - pixels(x->yzoom)) / 2;
+    const std::int64_t top = std::clamp<std::int64_t>(YLOC(x, most) - above - DATA_TOP, 0, x->vscroll_extent);
+    host_window_setscrollval(x->window, x->window->hscroll_value, static_cast<std::int16_t>(top));
+    brisolan_chkscroll(x);
+    kel_window_update(editor());
+}
+
 void score_document::show_all() {
     brisolan* const x = patch.score();
     Rect data;
@@ -224,9 +251,7 @@ void score_document::show_all() {
     while (!fits(x->xzoom) && x->xzoom < LARGEST_ZOOM) brisolan_xzoomout(x);
     while (x->xzoom >= 2 && fits(x->xzoom / 2)) brisolan_xzoomin(x);
     host_window_setscrollval(x->window, 0, x->window->vscroll_value);
-    brisolan_remax(x);
-    brisolan_chkscroll(x);
-    kel_window_update(editor());
+    frame_values();
 }
 
 void score_document::set_tool(int tool) {
@@ -275,12 +300,9 @@ void score_document::show_track(int track, bool shown) {
 }
 
 void score_document::set_note_names(bool on) {
-    const param_record& p = patch.score()->params[PARAM_PITCH];
-    // The display role is told one higher than it is kept.
-    const std::vector<atom> description{atom(PARAM_PITCH),      atom(p.name),        atom(p.mode + 1),
-                                        atom(p.min.get()),      atom(p.max.get()),   atom(p.defvalue.get()),
-                                        atom(p.interval.get()), atom(p.scale.get()), atom(on ? 1 : 0)};
-    kel_send(patch.score(), host_symbol("setparam"), description);
+    parameter_description pitch = ask_descriptions(patch.score()).parameters[PARAM_PITCH];
+    pitch.note_names = on;
+    send_description(patch.score(), PARAM_PITCH, pitch);
 }
 
 void score_document::set_black_keys(bool on) {

@@ -44,6 +44,7 @@ public:
     std::int64_t nnotes() const override { return patch.score()->nevents; }
 
     void zoom(desk_zoom way) override;
+    void frame_values() override;
     void show_all() override;
     int tool() const override { return patch.score()->editmode; }
     void set_tool(int tool) override;
@@ -66,7 +67,6 @@ private:
     };
     saved_state state_now();
     bool is_midi() const;
-    void forget_length();
 
     std::function<void(const std::string&)>& console;
     edit_patch patch;
@@ -76,8 +76,7 @@ private:
     saved_state saved;
     std::uint64_t copied = 0; // score_digest of the copy written last
 
-    // The length as of these counts; an edit in place is noticed by the digest of what is drawn, so it is looked up anew
-    // every second as well.
+    // The length as of these counts; for edits in place it is looked up anew every second as well.
     std::int64_t length = 0;
     std::int32_t length_events = -1;
     std::uint32_t length_relinked = 0;

@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 
 #include "host/desktop/desktop.h"
@@ -18,11 +19,13 @@
 #include "host/desktop/qt_help.h"
 #include "host/desktop/qt_icons.h"
 #include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_score_view.h"
 
 namespace {
 
 constexpr qsizetype RECENT_FILES = 10;
 constexpr int LOOK_EVERY_MS = 1000;
+constexpr int LOOKS_A_COPY = 30; // so a crash loses half a minute
 const QString RECENT = QStringLiteral("files/recent");
 const QString FOLDER = QStringLiteral("files/folder");
 const QString INPUT = QStringLiteral("midi/input");
@@ -57,6 +60,13 @@ qt_desktop::qt_desktop(desk_program& program) : behind(program) {
             if (window->document().editor() == w) QTimer::singleShot(0, window, &QWidget::close);
         }
     };
+    // Asked for from inside of the object's press, which must be over first.
+    qt_listen().inspector = [this](host_object* x) {
+        for (qt_editor_window* window : windows) {
+            if (window->document().score() == x)
+                QTimer::singleShot(0, window, [window] { window->inspect(); });
+        }
+    };
     auto* const timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, qApp, [this] { look_after(); });
     timer->start(LOOK_EVERY_MS);
@@ -74,8 +84,9 @@ qt_desktop::~qt_desktop() {
 qt_editor_window* qt_desktop::show(std::unique_ptr<desk_document> document) {
     auto* const window = new qt_editor_window(*this, std::move(document));
     windows.push_back(window);
-    window->show_devices(devices_text());
+    window->show_devices(devices_text(), trouble_text());
     window->show();
+    window->frame();
     return window;
 }
 
@@ -135,6 +146,11 @@ void qt_desktop::quit() {
     }
 }
 
+bool qt_desktop::all_painted() const {
+    return std::all_of(windows.begin(), windows.end(),
+                       [](qt_editor_window* window) { return window->view().painted(); });
+}
+
 void qt_desktop::closed(qt_editor_window* window) {
     std::erase(windows, window);
 }
@@ -166,9 +182,22 @@ QString qt_desktop::devices_text() {
         if (p.chosen) parts.append(QStringLiteral("Out: ") + QString::fromStdString(p.name));
     }
     if (behind.synth()) parts.append(QStringLiteral("Synth"));
-    if (!sound_trouble.isEmpty()) parts.append(QStringLiteral("No sound: ") + sound_trouble);
-    if (!port_trouble.isEmpty()) parts.append(port_trouble);
-    return parts.isEmpty() ? QStringLiteral("No MIDI port, no synth") : parts.join(QStringLiteral("   "));
+    if (!sound_trouble.isEmpty()) parts.append(QStringLiteral("No sound"));
+    if (!port_trouble.isEmpty()) parts.append(QStringLiteral("No MIDI"));
+    return parts.isEmpty() ? QStringLiteral("No MIDI port, no synth") : parts.join(QStringLiteral("  ·  "));
+}
+
+QString qt_desktop::trouble_text() const {
+    QStringList lines;
+    if (!sound_trouble.isEmpty()) lines.append(QStringLiteral("No sound: ") + sound_trouble);
+    if (!port_trouble.isEmpty())
+        lines.append(QStringLiteral("No MIDI: ") +
+                     QString(port_trouble).remove(QStringLiteral("this machine has no MIDI: ")));
+    return lines.join(QStringLiteral("; "));
+}
+
+void qt_desktop::show_devices() {
+    for (qt_editor_window* window : windows) window->show_devices(devices_text(), trouble_text());
 }
 
 void qt_desktop::tell_all(const QString& text) {
@@ -181,14 +210,14 @@ void qt_desktop::choose_port(bool input, const QString& name) {
     const std::string why = input ? behind.choose_input(wanted) : behind.choose_output(wanted);
     kept.setValue(input ? INPUT : OUTPUT, name);
     if (!why.empty()) tell_all(QString::fromStdString(why));
-    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+    show_devices();
 }
 
 void qt_desktop::set_synth(bool on) {
     const qt_in_kernel now;
     sound_trouble = QString::fromStdString(behind.set_synth(on));
     kept.setValue(SYNTH, on);
-    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+    show_devices();
 }
 
 // As they were chosen last; at the first start the synth.
@@ -204,7 +233,8 @@ void qt_desktop::open_devices() {
     if (!input.isEmpty()) reopen(input, behind.choose_input(input.toStdString()));
     if (!output.isEmpty()) reopen(output, behind.choose_output(output.toStdString()));
     if (synth) sound_trouble = QString::fromStdString(behind.set_synth(true));
-    for (qt_editor_window* window : windows) window->show_devices(devices_text());
+    show_devices();
+    if (const QString trouble = trouble_text(); !trouble.isEmpty()) tell_all(trouble);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -216,13 +246,48 @@ void qt_desktop::tell_console() {
 void qt_desktop::look_after() {
     tell_console();
     if (behind.signal()) {
-        // Nobody is there to be asked: what was not saved is in its copy.
+        // Nobody is there to be asked: what was not saved is left in its copy.
+        for (qt_editor_window* window : windows) window->leave_copy();
         qApp->exit(0);
         return;
     }
     if (qt_kernel_busy()) return;
-    const qt_in_kernel now;
-    behind.poll();
+    {
+        const qt_in_kernel now;
+        behind.poll();
+    }
+    if (++looks % LOOKS_A_COPY != 0) return;
+    for (qt_editor_window* window : windows) window->keep_copy();
+}
+
+bool qt_desktop::offer_copies() {
+    std::vector<std::unique_ptr<qt_copy>> left = qt_copy::left_behind();
+    if (left.empty()) return false;
+    QStringList names;
+    for (const std::unique_ptr<qt_copy>& copy : left)
+        names.append(QStringLiteral("“%1”, %2").arg(copy->title(), copy->when()));
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Unsaved scores"),
+                    QStringLiteral("brisolan did not end as it should, and these were not saved:"),
+                    QMessageBox::NoButton);
+    box.setInformativeText(names.join('\n'));
+    QPushButton* const open = box.addButton(QStringLiteral("&Open them"), QMessageBox::AcceptRole);
+    QPushButton* const discard = box.addButton(QStringLiteral("&Delete them"), QMessageBox::DestructiveRole);
+    QPushButton* const later = box.addButton(QStringLiteral("&Ask again"), QMessageBox::RejectRole);
+    box.setDefaultButton(open);
+    box.setEscapeButton(later);
+    box.exec();
+    bool any = false;
+    for (std::unique_ptr<qt_copy>& copy : left) {
+        if (box.clickedButton() == later) copy->keep();
+        if (box.clickedButton() == discard || box.clickedButton() == later) continue;
+        if (qt_editor_window* const window = new_document()) {
+            window->take_copy(std::move(copy));
+            any = true;
+        } else {
+            copy->keep();
+        }
+    }
+    return any;
 }
 
 void qt_desktop::show_help(QWidget* asking) {
@@ -251,9 +316,17 @@ int desktop_run(int argc, char** argv,
         qt_desktop desktop(*program);
         qt_start_turns(program->wake_fd(), [&program] { program->turn(); });
         bool any = false;
-        const QStringList words = QApplication::arguments();
-        for (const QString& file : words.mid(1)) any = desktop.open_file(file) || any;
+        QStringList files = QApplication::arguments().mid(1);
+        const bool only_show = files.removeAll(QStringLiteral("--until-shown")) > 0;
+        for (const QString& file : files) any = desktop.open_file(file) || any;
+        if (!only_show) any = desktop.offer_copies() || any;
         if (!any) desktop.new_document();
+        if (only_show) {
+            // Its picture is on the screen, and what has come in was dealt with: the window can be used.
+            while (!desktop.all_painted()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            QApplication::processEvents();
+            return 0;
+        }
         // The window first: a synth takes its time.
         QTimer::singleShot(0, [&desktop] { desktop.open_devices(); });
         status = QApplication::exec();

@@ -32,6 +32,7 @@ public:
 
     // Asks each window; closes all when none objects.
     void quit();
+    bool all_painted() const;
     void closed(qt_editor_window* window); // it goes
 
     QStringList recent() const;
@@ -42,7 +43,11 @@ public:
     void choose_port(bool input, const QString& name);
     void set_synth(bool on);
     void open_devices();
+
+    // Offers what a program that did not end as it should has left; true when a window came of it.
+    bool offer_copies();
     QString devices_text();
+    QString trouble_text() const; // what is missing, and why
 
     void show_help(QWidget* asking);
     void show_about(QWidget* asking);
@@ -51,11 +56,13 @@ private:
     qt_editor_window* show(std::unique_ptr<desk_document> document);
     void look_after(); // once a second
     void tell_console();
+    void show_devices();
     void tell_all(const QString& text);
 
     desk_program& behind;
     QSettings kept;
     std::vector<qt_editor_window*> windows;
+    int looks = 0;
     QString sound_trouble;
     QString port_trouble;
 };

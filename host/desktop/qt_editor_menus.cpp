@@ -367,6 +367,7 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
     toggle(
         QStringLiteral("Mark &black keys"), [](desk_document& d) { return d.black_keys(); },
         [](desk_document& d, bool wanted) { d.set_black_keys(wanted); });
+    add(menu, QStringLiteral("&Parameters…"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { inspect(); });
     menu->addSeparator();
     QMenu* const sizes = menu->addMenu(QStringLiteral("&Size of the picture"));
     auto* const group = new QActionGroup(sizes);

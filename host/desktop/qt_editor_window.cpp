@@ -17,6 +17,7 @@
 
 #include "host/desktop/qt_desktop.h"
 #include "host/desktop/qt_file_kinds.h"
+#include "host/desktop/qt_inspector.h"
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
@@ -28,8 +29,8 @@ constexpr int TICK_MS = 33;      // the position line moves so often
 constexpr int TICKS_A_LOOK = 15; // marks and counts are looked after more seldom
 constexpr int SAYING_MS = 8000;
 constexpr int REMEMBER_AFTER_MS = 400; // when the window has settled
-constexpr int USUAL_WIDTH = 960;
-constexpr int USUAL_HEIGHT = 640;
+constexpr int USUAL_WIDTH = 1040;
+constexpr int USUAL_HEIGHT = 680;
 
 QString from_file_name(const std::string& name) {
     return QFile::decodeName(QByteArray::fromStdString(name));
@@ -38,8 +39,9 @@ QString from_file_name(const std::string& name) {
 } // namespace
 
 qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document> document)
-    : desktop(d), shown(std::move(document)), score(new qt_score_view(shown->editor(), this)),
-      counts(new QLabel(this)), devices(new QLabel(this)), ticks(new QTimer(this)) {
+    : desktop(d), shown(std::move(document)), copy(qt_copy::make()),
+      score(new qt_score_view(shown->editor(), this)), counts(new QLabel(this)), devices(new QLabel(this)),
+      ticks(new QTimer(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
     setCentralWidget(score);
@@ -48,6 +50,7 @@ qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document>
     addToolBar(Qt::TopToolBarArea, bar);
     setContextMenuPolicy(Qt::NoContextMenu); // which would offer to hide the bar for good
     make_menus();
+    for (QLabel* label : {counts, devices}) label->setContentsMargins(6, 0, 6, 0);
     statusBar()->addPermanentWidget(counts);
     statusBar()->addPermanentWidget(devices);
     counts->setAccessibleName(QStringLiteral("Notes"));
@@ -84,20 +87,31 @@ qt_editor_window::~qt_editor_window() {
     shown.reset();
 }
 
+void qt_editor_window::frame() {
+    const qt_in_kernel now;
+    shown->frame_values();
+}
+
 void qt_editor_window::show_title() {
     const std::string file = shown->file();
-    const QString name = restored_name.isEmpty() ? QString::fromStdString(shown->title()) : restored_name;
-    setWindowTitle(name + QStringLiteral("[*] — brisolan"));
+    setWindowTitle(called() + QStringLiteral("[*] — brisolan"));
     setWindowFilePath(file.empty() ? QString() : from_file_name(file));
     setWindowModified(shown->unsaved());
+}
+
+QString qt_editor_window::called() const {
+    return restored_name.isEmpty() ? QString::fromStdString(shown->title())
+                                   : QFileInfo(restored_name).fileName();
 }
 
 void qt_editor_window::say(const QString& text) {
     statusBar()->showMessage(text, SAYING_MS);
 }
 
-void qt_editor_window::show_devices(const QString& text) {
+void qt_editor_window::show_devices(const QString& text, const QString& trouble) {
     devices->setText(text);
+    devices->setToolTip(trouble);
+    devices->setAccessibleDescription(trouble);
 }
 
 void qt_editor_window::act(const std::function<std::string()>& does) {
@@ -190,11 +204,35 @@ bool qt_editor_window::may_close() {
     }
 }
 
-void qt_editor_window::take_copy(const QString& file, const QString& was_called) {
+void qt_editor_window::inspect() {
+    qt_inspect(this, shown->score(), [this] { shown->remember(); });
+}
+
+void qt_editor_window::keep_copy() {
+    if (qt_kernel_busy()) return;
     const qt_in_kernel now;
-    const std::string why = shown->take_copy(QFile::encodeName(file).toStdString());
+    if (!shown->unsaved()) {
+        copy->drop();
+        return;
+    }
+    if (!shown->keep_copy(QFile::encodeName(copy->file()).toStdString())) {
+        say(QStringLiteral("No copy for after a crash could be written"));
+        return;
+    }
+    copy->tell(QString::fromStdString(shown->title()), from_file_name(shown->file()));
+}
+
+void qt_editor_window::leave_copy() {
+    keep_copy();
+    copy->keep();
+}
+
+void qt_editor_window::take_copy(std::unique_ptr<qt_copy> left) {
+    const qt_in_kernel now;
+    const std::string why = shown->take_copy(QFile::encodeName(left->file()).toStdString());
     if (!why.empty()) say(QString::fromStdString(why));
-    restored_name = was_called;
+    restored_name = left->of().isEmpty() ? left->title() : left->of();
+    copy = std::move(left);
     show_title();
 }
 

@@ -8,6 +8,7 @@
 #include <QMainWindow>
 
 #include "host/desktop/desk.h"
+#include "host/desktop/qt_copies.h"
 #include "host/desktop/qt_transport_bar.h"
 
 class QLabel;
@@ -24,21 +25,27 @@ public:
     desk_document& document() { return *shown; }
     qt_score_view& view() { return *score; }
 
+    // Puts the notes in sight, once the window has its size.
+    void frame();
     // A new title and mark of change.
     void show_title();
     // Says something in the status line for a while.
     void say(const QString& text);
-    // What the devices are, at the status line's end.
-    void show_devices(const QString& text);
+    // What the devices are, at the status line's end; what is missing, where the pointer rests on it.
+    void show_devices(const QString& text, const QString& trouble);
 
     // Asks whether to save what was not; false when the person wants to go on with it.
     bool may_close();
     bool save();
+    // The dialog of the parameters.
+    void inspect();
     bool save_as();
-    // A file with the document's notes for after a crash.
-    const QString& copy_name() const { return copy; }
-    // Reads such a file.
-    void take_copy(const QString& file, const QString& was_called);
+    // Brings the copy for after a crash up to date, where there is anything unsaved.
+    void keep_copy();
+    // The program ends without asking: what was not saved is left in the copy.
+    void leave_copy();
+    // Takes the notes of a copy that was left behind; it is this document's from then on.
+    void take_copy(std::unique_ptr<qt_copy> left);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -47,6 +54,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    QString called() const;
     void make_actions();
     void make_menus();
     void fill_file_menu(QMenu* menu);
@@ -69,6 +77,7 @@ private:
 
     qt_desktop& desktop;
     std::unique_ptr<desk_document> shown;
+    std::unique_ptr<qt_copy> copy;
     qt_score_view* score;
     qt_transport_actions on;
     qt_transport_bar* bar = nullptr;
@@ -80,7 +89,6 @@ private:
     QLabel* counts;
     QLabel* devices;
     QTimer* ticks;
-    QString copy;
     QString restored_name; // what a document that was taken from a copy was called
     int turns = 0;
 };

@@ -188,6 +188,7 @@ void qt_score_view::set_line(int column, int top, int bottom) {
 
 void qt_score_view::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
+    was_painted = true;
     if (!shown_window) {
         painter.fillRect(event->rect(), Qt::white);
         return;

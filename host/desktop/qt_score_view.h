@@ -23,6 +23,9 @@ public:
     host_window* shown() const { return shown_window; }
     void forget() { shown_window = nullptr; } // the window was freed
 
+    // Whether its picture was on the display yet.
+    bool painted() const { return was_painted; }
+
     // Called before anything goes to the window that may change its document.
     std::function<void()> before_input;
 
@@ -77,6 +80,7 @@ private:
     void zoom_by(double notches, bool vertically);
 
     host_window* shown_window;
+    bool was_painted = false;
     int fixed_scale = 0;
     int line_column = -1;
     int line_top = 0;
