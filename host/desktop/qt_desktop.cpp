@@ -25,11 +25,12 @@ namespace {
 
 constexpr qsizetype RECENT_FILES = 10;
 constexpr int LOOK_EVERY_MS = 1000;
-constexpr int LOOKS_A_COPY = 30; // so a crash loses half a minute
+constexpr int USUAL_COPY_SECONDS = 30; // a crash loses half a minute
 const QString RECENT = QStringLiteral("files/recent");
 const QString FOLDER = QStringLiteral("files/folder");
 const QString INPUT = QStringLiteral("midi/input");
 const QString OUTPUT = QStringLiteral("midi/output");
+const QString COPY_SECONDS = QStringLiteral("files/copy-seconds");
 const QString SYNTH = QStringLiteral("midi/synth");
 
 std::string file_name(const QString& file) {
@@ -256,7 +257,7 @@ void qt_desktop::look_after() {
         const qt_in_kernel now;
         behind.poll();
     }
-    if (++looks % LOOKS_A_COPY != 0) return;
+    if (++looks % std::clamp(kept.value(COPY_SECONDS, USUAL_COPY_SECONDS).toInt(), 1, 60) != 0) return;
     for (qt_editor_window* window : windows) window->keep_copy();
 }
 

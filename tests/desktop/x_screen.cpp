@@ -81,6 +81,12 @@ void x_screen::move(int x, int y) {
     tool({"mousemove", std::to_string(x), std::to_string(y)});
 }
 
+std::string x_screen::pointer() {
+    process p(folder, "pointer", {"xdotool", "getmouselocation"});
+    p.wait(ANSWER_MS);
+    return p.out();
+}
+
 void x_screen::click(int x, int y, int button) {
     move(x, y);
     tool({"click", std::to_string(button)});

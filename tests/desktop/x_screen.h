@@ -22,6 +22,7 @@ public:
 
     // Starts it; false when it does not answer.
     bool start();
+    bool runs() const { return server != nullptr; }
 
     // Runs xdotool with these words, to its end: true when it succeeded.
     bool tool(const std::vector<std::string>& words);
@@ -33,6 +34,8 @@ public:
     void key(const std::string& keys); // as xdotool names them, "ctrl+s"
     void type(const std::string& text);
     void move(int x, int y);
+    // Where the pointer is, as xdotool tells it: "x:100 y:200 …".
+    std::string pointer();
     void click(int x, int y, int button = 1);
     // Presses at the first point, goes to each other one and releases there.
     struct place {

@@ -1,0 +1,161 @@
+// tests/desktop/live_editor_play_test.cpp: the editor plays to another program, records from it and follows it.
+// Test layer.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "tests/desktop/editor_on_screen.h"
+#include "tests/desktop/live_test.h"
+
+namespace {
+
+enum { TIME, PITCH, VEL, DUR, CHAN };
+
+class live_editor_play : public live_test {
+protected:
+    void SetUp() override {
+        live_test::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
+        if (const std::string why = editor_on_screen::why_not(); !why.empty()) return skip_editor_test(why);
+        editor = std::make_unique<editor_on_screen>(folder);
+    }
+    void TearDown() override {
+        editor.reset();
+        live_test::TearDown();
+    }
+    // The ports that are remembered from the last time.
+    void use_ports() const { editor->set("midi", "input=peer:midi out\noutput=peer:midi in\nsynth=false"); }
+
+    std::vector<timed_message> notes() const { return only(0x90, peer->heard()); }
+
+    void play_keys(std::int64_t at, const std::vector<score_note>& keys) {
+        for (const score_note& k : keys) {
+            peer->send({0x90 | (k.channel - 1), k.pitch, k.velocity}, at + k.time * std::int64_t{1000});
+            peer->send({0x80 | (k.channel - 1), k.pitch, 64}, at + (k.time + k.dur) * std::int64_t{1000});
+        }
+    }
+
+    std::unique_ptr<editor_on_screen> editor;
+};
+
+TEST_F(live_editor_play, plays_to_the_port_that_its_menu_chose_and_stops) {
+    std::vector<score_note> wanted;
+    for (int i = 0; i < 30; ++i) wanted.push_back({(i + 1) * 100, 40 + i, 50});
+    editor->open({score("scale.mid", wanted)}, "scale.mid");
+    editor->screen->key("alt+m");
+    editor->screen->key("o");
+    editor->screen->key("Return"); // the first of the outputs
+    editor->screen->key("space");
+    ASSERT_TRUE(holds_within(3000, [this] { return notes().size() >= 12; }));
+    editor->screen->key("space");
+    sleep_ms(300);
+    const std::size_t stopped = notes().size();
+    sleep_ms(500);
+    EXPECT_EQ(notes().size(), stopped);
+    const std::vector<timed_message> heard = notes();
+    double worst = 0;
+    for (std::size_t i = 0; i < heard.size(); ++i) {
+        EXPECT_EQ(heard[i].bytes[1], 40 + static_cast<int>(i));
+        worst = std::max(worst, std::abs(static_cast<double>(heard[i].at - heard[0].at) / 1000 -
+                                         static_cast<double>(i) * 100));
+    }
+    std::printf("notes are off by %.1f ms at most\n", worst);
+    EXPECT_LT(worst, 50) << "in the right order and about their times; how exactly is live_play's to judge";
+    // Every note that was begun was ended.
+    EXPECT_GE(only(0x80, peer->heard()).size(), stopped);
+
+    // From where it stopped, to the end.
+    editor->screen->key("space");
+    EXPECT_TRUE(holds_within(5000, [this] { return notes().size() == 30; }));
+    EXPECT_EQ(notes().back().bytes[1], 69);
+}
+
+TEST_F(live_editor_play, steps_and_plays_from_the_selection) {
+    use_ports();
+    editor->open({score("three.mid", {{0, 60}, {400, 62}, {800, 64}})}, "three.mid");
+    sleep_ms(500);
+    editor->screen->key("period");
+    sleep_ms(700);
+    ASSERT_EQ(notes().size(), 1U) << "a step goes on to no other note by itself";
+    editor->screen->key("period");
+    editor->screen->key("period");
+    ASSERT_TRUE(holds_within(1000, [this] { return notes().size() == 3; }));
+    EXPECT_EQ(notes()[2].bytes[1], 64);
+    editor->screen->key("Home");
+    editor->screen->key("ctrl+a");
+    editor->screen->key("shift+space");
+    EXPECT_TRUE(holds_within(3000, [this] { return notes().size() == 6; }));
+}
+
+TEST_F(live_editor_play, records_what_comes_in_and_saves_it) {
+    use_ports();
+    editor->open({}, "Untitled");
+    sleep_ms(500);
+    editor->screen->key("ctrl+r");
+    sleep_ms(200);
+    std::vector<score_note> wanted;
+    for (int i = 0; i < 8; ++i) wanted.push_back({i * 100, 60 + i, 60, 2});
+    play_keys(jack_peer::now() + 200'000, wanted);
+    sleep_ms(1500);
+    editor->screen->key("Escape");
+    editor->save_as("take.kel", "ctrl+s");
+    const std::vector<note_row> got = editor->list("take.kel");
+    ASSERT_EQ(got.size(), 8U);
+    for (int i = 0; i < 8; ++i) {
+        const note_row& n = got[static_cast<std::size_t>(i)];
+        EXPECT_EQ(n[PITCH], 60 + i);
+        EXPECT_EQ(n[CHAN], 2);
+        EXPECT_NEAR(n[TIME] - got[0][TIME], i * 100, 20);
+        EXPECT_NEAR(n[DUR], 60, 20);
+    }
+    editor->quit();
+}
+
+TEST_F(live_editor_play, follows_a_player_with_the_accompaniment) {
+    use_ports();
+    editor->open(
+        {score("duet.mid", {{0, 36, 200, 2}, {0, 60, 200, 1}, {500, 40, 200, 2}, {500, 62, 200, 1}})},
+        "duet.mid");
+    sleep_ms(500);
+    editor->screen->key("ctrl+shift+f");
+    sleep_ms(200);
+    play_keys(jack_peer::now() + 100'000, {{0, 60, 50}, {300, 62, 50}});
+    ASSERT_TRUE(holds_within(2000, [this] { return notes().size() >= 4; }));
+    std::vector<int> pitches;
+    for (const timed_message& n : notes()) pitches.push_back(n.bytes[1]);
+    std::sort(pitches.begin(), pitches.end());
+    EXPECT_EQ(pitches, (std::vector<int>{36, 40, 60, 62}));
+}
+
+TEST_F(live_editor_play, dragging_the_view_does_not_hold_the_notes_up) {
+    use_ports();
+    std::vector<score_note> wanted;
+    for (int i = 0; i < 100'000; ++i) wanted.push_back({1000 + i * 20, 40 + i % 48, 15});
+    editor->open({score("large.mid", wanted)}, "large.mid");
+    sleep_ms(500);
+    const auto usual_lateness = [this](std::size_t from) {
+        const std::vector<timed_message> all = notes();
+        std::vector<double> off;
+        for (std::size_t i = from; i < all.size(); ++i)
+            off.push_back(static_cast<double>(all[i].at) / 1000 - static_cast<double>(i) * 20);
+        std::sort(off.begin(), off.end());
+        const double middle = off[off.size() / 2];
+        for (double& o : off) o = std::abs(o - middle);
+        std::sort(off.begin(), off.end());
+        return off[off.size() * 9 / 10];
+    };
+    editor->screen->key("space");
+    sleep_ms(3000);
+    const std::size_t undisturbed = notes().size();
+    ASSERT_GT(undisturbed, 50U);
+    const double quiet = usual_lateness(0);
+    // The wheel without a pause, over the notes.
+    editor->screen->move(400, 300);
+    for (int i = 0; i < 12; ++i)
+        editor->screen->tool({"click", "--repeat", "20", "--delay", "10", i % 2 ? "4" : "5"});
+    const double busy = usual_lateness(undisturbed);
+    std::printf("nine of ten notes are off by %.2f ms at most, %.2f ms while the view moves\n", quiet, busy);
+    EXPECT_LT(busy, quiet + 5);
+}
+
+} // namespace
