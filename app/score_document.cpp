@@ -254,6 +254,12 @@ void score_document::show_all() {
     frame_values();
 }
 
+void score_document::scroll_to(std::int64_t position) {
+    const std::int64_t steps = position * UNIT / brisolan_factor(patch.score()->xzoom) / SCROLL_STEP;
+    kel_window_scroll_to(editor(), static_cast<int>(std::min<std::int64_t>(steps, INT16_MAX)),
+                         editor()->vscroll_value);
+}
+
 void score_document::set_tool(int tool) {
     brisolan_editmode(patch.score(), tool);
 }

@@ -46,6 +46,7 @@ public:
     void zoom(desk_zoom way) override;
     void frame_values() override;
     void show_all() override;
+    void scroll_to(std::int64_t position) override;
     int tool() const override { return patch.score()->editmode; }
     void set_tool(int tool) override;
     int role(int parameter) const override;

@@ -8,10 +8,13 @@ find_package(GTest REQUIRED)
 brisolan_library(brisolan_test_support tests/support)
 target_link_libraries(brisolan_test_support ${brisolan_test_support_SCOPE} GTest::gtest brisolan_parts)
 
-foreach(room core transport io view edit kernel toolbox boxes headless desktop app)
+foreach(room core transport io view edit kernel toolbox boxes headless desktop qt app)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${room}/*.cpp)
     if(room STREQUAL "desktop" AND NOT BRISOLAN_HAVE_RTMIDI)
         list(FILTER sources EXCLUDE REGEX "/(live|jack)_[^/]*$")
+    endif()
+    if(room STREQUAL "qt" AND NOT BRISOLAN_HAVE_QT)
+        set(sources "")
     endif()
     if(sources)
         set(program test_${room})
@@ -20,6 +23,9 @@ foreach(room core transport io view edit kernel toolbox boxes headless desktop a
         target_link_libraries(${program} PRIVATE
             brisolan_flags brisolan_test_support GTest::gtest_main brisolan_parts)
         target_compile_definitions(${program} PRIVATE BRISOLAN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+        if(room STREQUAL "qt")
+            target_link_libraries(${program} PRIVATE brisolan_qt)
+        endif()
         if(room MATCHES "^(app|desktop)$" AND TARGET brisolan)
             # Its tests run the program beside them.
             target_compile_definitions(${program} PRIVATE

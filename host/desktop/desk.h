@@ -82,6 +82,8 @@ public:
     // Rows as high as they can be with all of the notes' values in sight; the whole score in sight, in time as well.
     virtual void frame_values() = 0;
     virtual void show_all() = 0;
+    // Scrolls so that a position, milliseconds, is at the picture's left.
+    virtual void scroll_to(std::int64_t position) = 0;
     virtual int tool() const = 0; // 0 arrow, 1 magnifier, 2 tweak, 3 pencil
     virtual void set_tool(int tool) = 0;
     virtual int role(int parameter) const = 0; // 0 none, 1 time axis, 2 vertical axis, 3 label, 4 length

@@ -240,9 +240,9 @@ void qt_editor_window::fill_play_menu(QMenu* menu) {
     menu->addSeparator();
     menu->addActions({on.record, on.follow});
     menu->addSeparator();
-    add(menu, QStringLiteral("S&lower"), Qt::Key_BracketLeft, [this] { change_speed(1 / SPEED_STEP); });
-    add(menu, QStringLiteral("&Faster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
-    add(menu, QStringLiteral("As &written"), Qt::Key_Backslash, [this] { change_speed(0); });
+    add(menu, QStringLiteral("Slo&wer"), Qt::Key_BracketLeft, [this] { change_speed(1 / SPEED_STEP); });
+    add(menu, QStringLiteral("F&aster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
+    add(menu, QStringLiteral("As wr&itten"), Qt::Key_Backslash, [this] { change_speed(0); });
 }
 
 void qt_editor_window::fill_ports(QMenu* menu, bool input) {
@@ -346,6 +346,10 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
         const qt_in_kernel now;
         shown->show_all();
     });
+    QAction* const along = menu->addAction(QStringLiteral("Go &along while playing"));
+    along->setCheckable(true);
+    along->setChecked(goes_along);
+    connect(along, &QAction::triggered, this, [this](bool wanted) { goes_along = wanted; });
     menu->addSeparator();
     QMenu* const roles = menu->addMenu(QStringLiteral("&Roles"));
     connect(roles, &QMenu::aboutToShow, this, [this, roles] { fill_roles(roles); });

@@ -27,6 +27,7 @@ namespace {
 
 constexpr int TICK_MS = 33;      // the position line moves so often
 constexpr int TICKS_A_LOOK = 15; // marks and counts are looked after more seldom
+constexpr int PAGE_END = 100;    // pixels at the picture's right from which the position leaves it
 constexpr int SAYING_MS = 8000;
 constexpr int REMEMBER_AFTER_MS = 400; // when the window has settled
 constexpr int USUAL_WIDTH = 1040;
@@ -125,8 +126,19 @@ void qt_editor_window::act(const std::function<std::string()>& does) {
     show_transport();
 }
 
+// Turns the page when the position has run out of it at the right; a person who has scrolled away is left alone.
+void qt_editor_window::go_along(const desk_transport& t) {
+    const bool at_the_end = last_line > shown->editor()->width - PAGE_END;
+    const bool runs = t.mode == desk_mode::playing || t.mode == desk_mode::following;
+    last_line = t.line;
+    if (!runs || !goes_along || !at_the_end || t.line >= 0 || qt_kernel_busy()) return;
+    const qt_in_kernel now;
+    shown->scroll_to(t.position);
+}
+
 void qt_editor_window::show_transport() {
     const desk_transport t = shown->transport();
+    go_along(t);
     bar->show_state(t);
     const bool moves = t.mode != desk_mode::idle || t.position > 0;
     score->set_line(moves && t.mode != desk_mode::recording ? t.line : -1, t.line_top, t.line_bottom);

@@ -69,6 +69,7 @@ private:
     void fill_tracks(QMenu* menu);
     void check_edit_menu();
     void show_transport();
+    void go_along(const desk_transport& t);
     void act(const std::function<std::string()>& does);
     void record();
     void toggle_play();
@@ -91,4 +92,6 @@ private:
     QTimer* ticks;
     QString restored_name; // what a document that was taken from a copy was called
     int turns = 0;
+    bool goes_along = true; // the picture, with the position while it plays
+    std::int32_t last_line = -1;
 };

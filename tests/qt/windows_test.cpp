@@ -1,0 +1,319 @@
+// tests/qt/windows_test.cpp: the desktop's windows without a screen: menus, shortcuts, names for whoever cannot see, what is
+// remembered.
+// Test layer.
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include "app/editor.h"
+#include "core/instance.h"
+#include "host/desktop/descriptions.h"
+#include "host/desktop/qt_desktop.h"
+#include "host/desktop/qt_editor_window.h"
+#include "host/desktop/qt_inspector.h"
+#include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_score_view.h"
+
+namespace {
+
+// One application a process, which Qt wants.
+QApplication& application() {
+    static int argc = 1;
+    static char name[] = "test_qt";
+    static char* argv[] = {name, nullptr};
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    static QApplication app(argc, argv);
+    QApplication::setOrganizationName("brisolan");
+    QApplication::setApplicationName("brisolan");
+    return app;
+}
+
+class windows_test : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (std::filesystem::temp_directory_path() / "brisolan-windows-XXXXXX").string();
+        folder = mkdtemp(name.data());
+        for (const char* place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME"})
+            setenv(place, folder.c_str(), 1);
+        application();
+        start();
+        // Where settings lie is asked for once a process: those of the test before are still there.
+        desktop->settings().clear();
+    }
+    void TearDown() override {
+        end();
+        std::filesystem::remove_all(folder);
+    }
+
+    void start() {
+        program = std::make_unique<editor>(qt_host_hooks());
+        qt_take_toolbox();
+        desktop = std::make_unique<qt_desktop>(*program);
+    }
+    void end() {
+        desktop.reset();
+        program.reset();
+    }
+
+    // Everything that is due is done.
+    static void settle() {
+        for (int i = 0; i < 5; ++i) QApplication::processEvents();
+    }
+
+    static brisolan* score(qt_editor_window& w) { return static_cast<brisolan*>(w.document().score()); }
+
+    static QMenu* menu(qt_editor_window& w, const QString& title) {
+        for (QAction* a : w.menuBar()->actions()) {
+            if (a->text().remove('&') == title) return a->menu();
+        }
+        ADD_FAILURE() << "no menu " << title.toStdString();
+        return nullptr;
+    }
+    static QAction* action(QMenu* in, const QString& text) {
+        for (QAction* a : in->actions()) {
+            if (a->text().remove('&') == text) return a;
+        }
+        ADD_FAILURE() << "no item " << text.toStdString();
+        return nullptr;
+    }
+
+    std::string example() const { return std::string(BRISOLAN_SOURCE_DIR) + "/examples/invention-in-c.mid"; }
+
+    std::filesystem::path folder;
+    std::unique_ptr<editor> program;
+    std::unique_ptr<qt_desktop> desktop;
+};
+
+// Every item of a menu and of the menus in it, filled as a person would see them.
+void each_item(QMenu* in, const std::function<void(QMenu*, QAction*)>& visit) {
+    emit in->aboutToShow();
+    const QList<QAction*> items = in->actions();
+    for (QAction* a : items) {
+        if (a->isSeparator()) continue;
+        visit(in, a);
+        if (a->menu()) each_item(a->menu(), visit);
+    }
+    emit in->aboutToHide();
+}
+
+QChar mnemonic(const QString& text) {
+    const qsizetype at = text.indexOf('&');
+    return at >= 0 && at + 1 < text.size() ? text[at + 1].toLower() : QChar();
+}
+
+TEST_F(windows_test, no_two_items_have_the_same_key_and_each_menu_can_be_used_by_letters) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    ASSERT_NE(w, nullptr);
+    std::set<QString> keys;
+    std::set<QChar> letters;
+    int items = 0;
+    for (QAction* top : w->menuBar()->actions()) {
+        EXPECT_TRUE(letters.insert(mnemonic(top->text())).second) << top->text().toStdString();
+        std::map<QMenu*, std::set<QChar>> used;
+        each_item(top->menu(), [&](QMenu* in, QAction* a) {
+            ++items;
+            for (const QKeySequence& key : a->shortcuts())
+                EXPECT_TRUE(keys.insert(key.toString()).second)
+                    << key.toString().toStdString() << ": " << a->text().toStdString();
+            const QChar letter = mnemonic(a->text());
+            EXPECT_TRUE(letter.isNull() || used[in].insert(letter).second) << a->text().toStdString();
+        });
+    }
+    EXPECT_GT(items, 60);
+    EXPECT_GT(keys.size(), 30U);
+}
+
+TEST_F(windows_test, whoever_cannot_see_is_told_what_each_control_is) {
+    qt_editor_window* const w = desktop->new_document();
+    for (QWidget* widget : w->findChildren<QWidget*>()) {
+        const bool control = qobject_cast<QAbstractSlider*>(widget) ||
+                             qobject_cast<QAbstractSpinBox*>(widget) || qobject_cast<QComboBox*>(widget) ||
+                             dynamic_cast<qt_score_view*>(widget);
+        EXPECT_FALSE(control && widget->accessibleName().isEmpty()) << widget->metaObject()->className();
+    }
+    // The dialog of the parameters, closed again from inside of its loop.
+    bool looked = false;
+    QTimer::singleShot(0, [&looked] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        for (QWidget* widget : dialog->findChildren<QWidget*>()) {
+            const bool field =
+                (qobject_cast<QLineEdit*>(widget) && !qobject_cast<QAbstractSpinBox*>(widget->parent())) ||
+                qobject_cast<QAbstractSpinBox*>(widget) || qobject_cast<QComboBox*>(widget);
+            EXPECT_FALSE(field && widget->accessibleName().isEmpty()) << widget->metaObject()->className();
+        }
+        looked = true;
+        dialog->close();
+    });
+    w->inspect();
+    EXPECT_TRUE(looked);
+}
+
+TEST_F(windows_test, the_edit_menu_offers_what_the_object_can_do) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    settle();
+    QMenu* const edit = menu(*w, "Edit");
+    emit edit->aboutToShow();
+    EXPECT_FALSE(action(edit, "Cut")->isEnabled());
+    EXPECT_FALSE(action(edit, "Clear")->isEnabled());
+    EXPECT_TRUE(action(edit, "Select all")->isEnabled());
+    emit edit->aboutToHide();
+    settle();
+    EXPECT_TRUE(action(edit, "Cut")->isEnabled()) << "or its key would be dead";
+    action(edit, "Select all")->trigger();
+    emit edit->aboutToShow();
+    EXPECT_TRUE(action(edit, "Cut")->isEnabled());
+    action(edit, "Cut")->trigger();
+    EXPECT_EQ(score(*w)->events, nullptr);
+    EXPECT_TRUE(w->document().unsaved());
+    emit edit->aboutToShow();
+    EXPECT_TRUE(action(edit, "Paste")->isEnabled());
+    action(edit, "Paste")->trigger();
+    EXPECT_EQ(score(*w)->nevents, 458);
+}
+
+TEST_F(windows_test, view_items_change_what_the_editor_shows) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    QMenu* const view = menu(*w, "View");
+    const std::int32_t before = score(*w)->xzoom;
+    action(view, "Zoom in")->trigger();
+    EXPECT_EQ(score(*w)->xzoom, before / 2);
+    action(view, "Whole score")->trigger();
+    EXPECT_GT(score(*w)->xzoom, before / 2);
+    emit view->aboutToShow();
+    EXPECT_FALSE(action(view, "Note names")->isChecked());
+    action(view, "Note names")->trigger();
+    EXPECT_EQ(score(*w)->params[PARAM_PITCH].notenames, 1);
+    EXPECT_EQ(score(*w)->yparam, static_cast<int>(PARAM_PITCH)) << "and its role stays";
+    QMenu* const tracks = action(view, "Tracks")->menu();
+    emit tracks->aboutToShow();
+    action(tracks, "Track 2")->trigger();
+    EXPECT_EQ(score(*w)->trackshown[1], 0);
+    QMenu* const roles = action(view, "Roles")->menu();
+    emit roles->aboutToShow();
+    action(action(roles, "Vel")->menu(), "Vertical axis")->trigger();
+    EXPECT_EQ(score(*w)->yparam, static_cast<int>(PARAM_VEL));
+}
+
+TEST_F(windows_test, a_description_keeps_the_role_that_it_does_not_change) {
+    qt_editor_window* const w = desktop->new_document();
+    std::vector<parameter_description> before = ask_descriptions(score(*w)).parameters;
+    ASSERT_EQ(before.size(), 8U);
+    for (int i = 0; i < 8; ++i) {
+        parameter_description d = before[static_cast<std::size_t>(i)];
+        d.max = 100 + i;
+        d.value = 50;
+        send_description(score(*w), i, d);
+        before[static_cast<std::size_t>(i)] = d;
+    }
+    EXPECT_EQ(ask_descriptions(score(*w)).parameters, before);
+    EXPECT_EQ(score(*w)->labelparam, static_cast<int>(PARAM_VEL));
+}
+
+TEST_F(windows_test, a_document_is_shown_as_it_was_saved) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    w->document().set_role(PARAM_VEL, ROLE_VERTICAL);
+    w->document().set_role(PARAM_CHAN, ROLE_LABEL);
+    std::vector<int> roles;
+    for (int i = 0; i < NPARAMS; ++i) roles.push_back(w->document().role(i));
+    for (const char* name : {"a.kel", "a.kelb"}) {
+        const std::string file = (folder / name).string();
+        ASSERT_EQ(w->document().save(file), "");
+        EXPECT_FALSE(w->document().unsaved());
+        std::string why;
+        const std::unique_ptr<desk_document> again = program->open(file, why);
+        ASSERT_NE(again, nullptr) << why;
+        for (int i = 0; i < NPARAMS; ++i) EXPECT_EQ(again->role(i), roles[static_cast<std::size_t>(i)]) << i;
+        EXPECT_EQ(static_cast<brisolan*>(again->score())->yparam, static_cast<int>(PARAM_VEL));
+        again->remember();
+        EXPECT_FALSE(again->unsaved());
+    }
+}
+
+TEST_F(windows_test, unsaved_is_what_would_be_saved_otherwise) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    desk_document& d = w->document();
+    d.remember();
+    EXPECT_FALSE(d.unsaved());
+    event* const first = score(*w)->events;
+    first->vel += 1;
+    EXPECT_TRUE(d.unsaved());
+    first->vel -= 1;
+    EXPECT_FALSE(d.unsaved());
+    first->x1 = 7;
+    EXPECT_FALSE(d.unsaved()) << "a MIDI file has no place for it";
+    EXPECT_NE(d.lost_in((folder / "b.mid").string()), "");
+    EXPECT_EQ(d.lost_in((folder / "b.kel").string()), "");
+    ASSERT_EQ(d.save((folder / "b.kel").string()), "");
+    first->x1 = 8;
+    EXPECT_TRUE(d.unsaved()) << "a document has";
+}
+
+TEST_F(windows_test, recent_files_and_places_are_remembered) {
+    qt_editor_window* w = desktop->open_file(QString::fromStdString(example()));
+    w->resize(900, 555);
+    settle();
+    const QSize size = w->size();
+    w->close();
+    settle();
+    end();
+    start();
+    EXPECT_EQ(desktop->recent(), QStringList{QString::fromStdString(example())});
+    w = desktop->open_file(QString::fromStdString(example()));
+    EXPECT_EQ(w->size(), size);
+    EXPECT_EQ(desktop->open_file(QString::fromStdString(example())), w) << "one window a file";
+}
+
+TEST_F(windows_test, the_picture_fills_its_widget_with_whole_pixels) {
+    qt_editor_window* const w = desktop->new_document();
+    settle();
+    for (const int scale : {1, 2, 3}) {
+        w->view().set_scale(scale);
+        settle();
+        const host_window* shown = w->document().editor();
+        EXPECT_LE(shown->width * scale, w->view().width() + scale);
+        EXPECT_GT(shown->width * scale, w->view().width() - scale);
+        // A pixel of the bitmap is a square of the display.
+        const QImage picture = w->view().grab().toImage();
+        int uneven = 0;
+        for (int y = 0; y < picture.height() / scale * scale; y += scale) {
+            for (int x = 0; x < picture.width() / scale * scale; x += scale) {
+                for (int i = 0; i < scale * scale; ++i)
+                    uneven += picture.pixel(x + i % scale, y + i / scale) != picture.pixel(x, y);
+            }
+        }
+        EXPECT_EQ(uneven, 0) << scale;
+    }
+}
+
+TEST_F(windows_test, a_file_that_cannot_be_read_is_told_of_and_opens_no_window) {
+    QFile broken(QString::fromStdString((folder / "broken.mid").string()));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("MThd but no more");
+    broken.close();
+    QString told;
+    QTimer::singleShot(0, [&told] {
+        QWidget* const box = QApplication::activeModalWidget();
+        ASSERT_NE(box, nullptr);
+        for (const QObject* child : box->findChildren<QObject*>()) told += child->property("text").toString();
+        box->close();
+    });
+    EXPECT_EQ(desktop->open_file(broken.fileName()), nullptr);
+    EXPECT_TRUE(told.contains("broken.mid")) << told.toStdString();
+    EXPECT_TRUE(desktop->recent().isEmpty());
+}
+
+} // namespace
