@@ -39,9 +39,9 @@ std::string x_screen::why_not() {
 
 bool x_screen::start() {
     const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
-    server = std::make_unique<process>(
-        folder, "xvfb",
-        std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp"});
+    server = std::make_unique<process>(folder, "xvfb",
+                                       std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
+                                                                size, "-noreset", "-nolisten", "tcp"});
     // It writes its number once it answers.
     if (!holds_within(ANSWER_MS, [this] { return server->out().find('\n') != std::string::npos; }))
         return false;

@@ -29,17 +29,26 @@
 
 namespace {
 
-// One application a process, which Qt wants.
-QApplication& application() {
-    static int argc = 1;
-    static char name[] = "test_qt";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    static QApplication app(argc, argv);
-    QApplication::setOrganizationName("brisolan");
-    QApplication::setApplicationName("brisolan");
-    return app;
-}
+// One application a process, which Qt wants; gone before what Qt itself keeps until the process ends.
+class one_application : public testing::Environment {
+protected:
+    void SetUp() override {
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        app = std::make_unique<QApplication>(argc, argv);
+        QApplication::setOrganizationName("brisolan");
+        QApplication::setApplicationName("brisolan");
+    }
+    void TearDown() override { app.reset(); }
+
+private:
+    int argc = 1;
+    char name[8] = "test_qt";
+    char* argv[2] = {name, nullptr};
+    std::unique_ptr<QApplication> app;
+};
+
+[[maybe_unused]] const testing::Environment* const environment =
+    testing::AddGlobalTestEnvironment(new one_application);
 
 class windows_test : public testing::Test {
 protected:
@@ -48,7 +57,6 @@ protected:
         folder = mkdtemp(name.data());
         for (const char* place : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME"})
             setenv(place, folder.c_str(), 1);
-        application();
         start();
         // Where settings lie is asked for once a process: those of the test before are still there.
         desktop->settings().clear();
