@@ -104,6 +104,7 @@ void move_everything_one_step(benchmark::State& state) {
     e.edit([&] { brisolan_selectall(e.x); });
     g_grabbedthird = static_cast<std::int16_t>(state.range(1));
     Point p{200, 200};
+    e.x->dragvalue = brisolan_grabbedvalue(e.x, p);
     for (auto _ : state) {
         p = {static_cast<std::int16_t>(p.v == 200 ? 204 : 200),
              static_cast<std::int16_t>(p.h == 200 ? 204 : 200)};

@@ -80,12 +80,6 @@ struct text_room {
     std::int32_t ascent, descent;
 };
 
-text_room measure_text() {
-    FontInfo font;
-    GetFontInfo(&font);
-    return {font.ascent, font.descent};
-}
-
 // The bits of columns from..to-1 of a window; from < to <= 64.
 std::uint64_t columns(std::int32_t from, std::int32_t to) {
     return ~std::uint64_t{0} >> (64 - (to - from)) << from;
@@ -158,22 +152,45 @@ void brisolan_drawbar(const view_frame& f, const bar_look& look) {
     t_color(COLOR_FOREGROUND);
 }
 
-void brisolan_drawbars(const view_frame& f, const std::vector<const bar_look*>& looks, cover_map* cover) {
-    struct seen_bar {
-        const bar_look* look;
-        unsigned parts;
-    };
-    static std::vector<seen_bar> seen; // main level; kept for its storage
-    const text_room text = measure_text();
+void bar_pass::begin(const view_frame& f) {
+    FontInfo font;
+    GetFontInfo(&font);
+    ascent = font.ascent;
+    descent = font.descent;
+    frame = &f;
+    cover.begin(f.data);
+    erasings = 0;
     seen.clear();
-    cover->begin(f.data);
-    for (std::size_t i = looks.size(); i-- > 0;) {
-        const bar_edges e(f, *looks[i]);
-        const unsigned parts = seen_parts(f, *looks[i], e, text, *cover);
-        if (!parts) continue;
-        cover_bar(*looks[i], e, cover);
-        seen.push_back({looks[i], parts});
+}
+
+void bar_pass::add(const bar_look& look) {
+    const bar_edges e(*frame, look);
+    const unsigned parts = seen_parts(*frame, look, e, {ascent, descent}, cover);
+    if (!parts) return;
+    cover_bar(look, e, &cover);
+    seen.push_back({&look, nullptr, parts});
+}
+
+// The lines of the grid reach one pixel beyond what is erased.
+void bar_pass::add_erasing(const bar_box& erased) {
+    const std::int32_t bottom = erased.bottom + 1;
+    if (cover.hides({erased.left, erased.top, erased.right + 1, bottom + 1})) return;
+    cover.add({erased.left, erased.top, erased.right, bottom});
+    ++erasings;
+    seen.push_back({nullptr, &erased, 0});
+}
+
+void bar_pass::draw(const view_frame& f) {
+    if (erasings > 0) patches.begin(f);
+    for (std::size_t i = seen.size(); i-- > 0;) {
+        const step& s = seen[i];
+        if (s.look) {
+            if (erasings > 0) patches.draw(s.look->y - BAR_REACH, s.look->y + BAR_REACH);
+            draw_parts(f, *s.look, s.parts);
+            continue;
+        }
+        patches.add(*s.erased);
+        if (--erasings == 0) patches.draw(f.data.top, f.data.bottom);
     }
-    for (std::size_t i = seen.size(); i-- > 0;) draw_parts(f, *seen[i].look, seen[i].parts);
     t_color(COLOR_FOREGROUND);
 }

@@ -7,14 +7,38 @@
 
 #include "view/cover.h"
 #include "view/frame.h"
+#include "view/patches.h"
 
 // Sets the text state that bars are drawn with. Before the first bar of a pass. [main]
 void brisolan_beginbars();
 // Draws a measured bar with its label and mark and leaves the foreground colour. [main]
 void brisolan_drawbar(const view_frame& f, const bar_look& look);
-// Draws measured bars in their order, later ones over earlier ones. What later ones draw over is left out: with many bars
-// in sight most of them show little more than their heads. The clip must be the data area. [main]
-void brisolan_drawbars(const view_frame& f, const std::vector<const bar_look*>& looks, cover_map* cover);
+// Many bars and erasings, later ones over earlier ones, of which only what stays in sight is drawn: with many bars in
+// sight most of them show little more than their heads, and what was erased and drawn over shows nothing at all. Fed from
+// the last to the first. The looks must stay where they are until they are drawn.
+class bar_pass {
+public:
+    // The port must be the window's. [main]
+    void begin(const view_frame& f);
+    // A measured bar, or the grid put in the place of one, in front of all that was added so far. [main]
+    void add(const bar_look& look);
+    void add_erasing(const bar_box& erased);
+    // Draws what was added, in its order, and leaves the foreground colour. The clip must be the data area. [main]
+    void draw(const view_frame& f);
+
+private:
+    struct step {
+        const bar_look* look; // null: an erasing
+        const bar_box* erased;
+        unsigned parts;
+    };
+    const view_frame* frame = nullptr;
+    std::int32_t ascent = 0, descent = 0; // of text
+    cover_map cover;
+    std::int32_t erasings = 0; // steps that are, and are still to be drawn
+    grid_patches patches;
+    std::vector<step> seen;
+};
 
 // No bar, label or mark sets a pixel further than this above or below its middle.
 constexpr int BAR_REACH = 16;

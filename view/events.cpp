@@ -105,10 +105,13 @@ void gather_erasing(view_index& ix, const bar_box& box) {
 
 void gather_drawing(view_index& ix, event* e, const bar_look& look) {
     deferred_drawing* before = drawing_of(ix, e, e->place);
-    if (before && brisolan_sameplace(ix.frame, before->look, *e)) before->redundant = true;
+    if (before && before->look == look) before->redundant = true;
     ix.drawings.push_back({e, look});
     e->place = static_cast<std::uint32_t>(ix.drawings.size());
-    ix.log.push_back({{}, e->place});
+    if (!ix.log.empty() && ix.log.back().drawing == 0)
+        ix.log.back().drawing = e->place;
+    else
+        ix.log.push_back({{}, e->place});
 }
 
 // Tells for each gathered drawing whether anything erased after it overlapped it; leaves the map of all that was erased.
@@ -116,28 +119,29 @@ void find_touched_drawings(view_index& ix) {
     ix.touches.begin(ix.frame);
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
-        if (step.drawing == 0) {
-            ix.touches.add(step.erased);
-        } else {
+        if (step.drawing != 0) {
             deferred_drawing& d = ix.drawings[step.drawing - 1];
             d.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, d.look));
         }
+        ix.touches.add(step.erased);
     }
 }
 
 // Marks whoever was touched, and places all. With `drawn`, the marked ones that show are drawn next: they are wanted,
 // in list order, and are not marked any more.
 void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
-    find_touched_drawings(ix);
+    bool looked = false; // for the touched ones: when all are marked already nobody asks
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
         deferred_drawing* d = drawing_of(ix, e, place);
         if (!e->needsdraw) {
+            if (!looked) find_touched_drawings(ix);
+            looked = true;
             const bool touched = d ? d->touched : ix.touches.touched(brisolan_touchedbox(ix.frame, look));
             if (!touched) return;
         }
         const bool showing = shows(x, ix, look);
-        if (showing && d && brisolan_sameplace(ix.frame, d->look, *e)) d->redundant = true;
+        if (showing && d && d->look == look) d->redundant = true;
         if (showing && drawn) {
             ix.wanted.push_back(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{0};
@@ -148,20 +152,18 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     });
 }
 
-// Carries the log out, in order, without the drawings that are made again anyway.
+// Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
+// drawings that are made again anyway.
 void replay(view_index& ix) {
-    ix.patches.begin(ix.frame);
-    for (const log_step& step : ix.log) {
-        if (step.drawing == 0) {
-            ix.patches.add(step.erased);
-            continue;
-        }
-        const deferred_drawing& d = ix.drawings[step.drawing - 1];
-        if (d.redundant) continue;
-        ix.patches.draw(d.look.y - BAR_REACH, d.look.y + BAR_REACH);
-        brisolan_drawbar(ix.frame, d.look);
+    ix.pass.begin(ix.frame);
+    brisolan_addwanted(ix);
+    for (std::size_t i = ix.log.size(); i-- > 0;) {
+        const log_step& step = ix.log[i];
+        if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
+            ix.pass.add(ix.drawings[step.drawing - 1].look);
+        if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
     }
-    ix.patches.draw(ix.frame.data.top, ix.frame.data.bottom);
+    ix.pass.draw(ix.frame);
 }
 
 // What becomes of what was gathered when it is settled.
@@ -176,7 +178,6 @@ void settle(brisolan* x, view_index& ix, settling how) {
     if (how != settling::nothing) {
         const event_clip clip(x);
         replay(ix);
-        brisolan_drawwanted(ix);
     }
     ix.gathering = false;
     ix.log.clear();

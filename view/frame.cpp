@@ -12,43 +12,8 @@
 namespace {
 
 constexpr int LEAST_LABEL_HALF = 2; // bars of less half height carry no label
-constexpr int LABEL_REACH = 6;
-constexpr int SHARP_WIDTH = 7;
-constexpr int SHARP_REACH_ABOVE = 2;
-constexpr int SHARP_REACH_BELOW = 6;
-
-std::int16_t row(std::int32_t v) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(v, INT16_MIN, INT16_MAX));
-}
-
-std::int32_t pixels(std::int32_t value, std::int64_t zoom) {
-    const std::int64_t exact = std::int64_t{value} * UNIT / zoom;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(exact, -FAR_AWAY, FAR_AWAY));
-}
 
 } // namespace
-
-frame_settings brisolan_framesettings(const brisolan* x) {
-    const param_record& y = x->params[static_cast<std::size_t>(x->yparam)];
-    const auto label = static_cast<std::size_t>(std::max(x->labelparam, 0));
-    const host_window* w = x->window;
-    return {x->xzoom,
-            x->yzoom,
-            x->lenzoom,
-            x->yparam,
-            x->lenparam,
-            x->labelparam,
-            x->colorparam,
-            y.min,
-            y.max,
-            y.interval,
-            w->width,
-            w->height,
-            w->hscroll_value,
-            w->vscroll_value,
-            x->params[label].notenames,
-            x->show_sharps};
-}
 
 view_frame brisolan_frame(const frame_settings& s) {
     view_frame f;
@@ -67,45 +32,8 @@ view_frame brisolan_frame(const frame_settings& s) {
     return f;
 }
 
-bar_look brisolan_place(const view_frame& f, const event& e) {
-    bar_look look;
-    look.time = e.time;
-    look.value = event_param(e, f.set.yparam);
-    look.extent = event_param(e, f.set.lenparam);
-    look.label = f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam);
-    look.track = e.track;
-    brisolan_setselected(f, &look, e.selected != 0);
-    look.left = f.left + pixels(look.time, f.xzoom);
-    look.length = std::max(pixels(look.extent, f.lenzoom), LEAST_BAR);
-    look.right = look.left + look.length;
-    look.label_width = 0;
-    const auto above = static_cast<std::int16_t>(std::int64_t{look.value} * UNIT / f.yzoom);
-    look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
-    look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
-    return look;
-}
-
 void brisolan_measure(const view_frame& f, bar_look* look) {
     if (f.set.labelparam < 0) return;
     look->label_width = brisolan_labelwidth(f.set.labelnotes != 0, look->label);
     look->right = look->left + std::max(look->length, look->label_width + LABEL_MARGIN);
-}
-
-bool brisolan_sameplace(const view_frame& f, const bar_look& look, const event& e) {
-    return look.time == e.time && look.value == event_param(e, f.set.yparam) &&
-           look.extent == event_param(e, f.set.lenparam) &&
-           look.label == (f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam)) &&
-           look.track == e.track && look.selected == (e.selected != 0);
-}
-
-bar_box brisolan_erasedbox(const bar_look& look) {
-    return {look.left - (look.black_key ? SHARP_WIDTH : 0), look.right, row(look.y - look.half),
-            row(look.y + look.half)};
-}
-
-bar_box brisolan_touchedbox(const view_frame& f, const bar_look& look) {
-    if (f.labels) return {look.left, look.right, row(look.y - LABEL_REACH), row(look.y + LABEL_REACH)};
-    if (look.black_key)
-        return {look.left, look.right, row(look.y - SHARP_REACH_ABOVE), row(look.y + SHARP_REACH_BELOW)};
-    return {look.left, look.right, row(look.y - look.half), row(look.y + look.half)};
 }

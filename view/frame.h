@@ -3,10 +3,12 @@
 // Called by whatever draws, erases or finds many events: the record is worked out once for all of them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "core/instance.h"
 #include "host/toolbox.h"
+#include "view/geometry.h"
 
 // As the instance's fields stand. Two equal ones place every event alike.
 struct frame_settings {
@@ -30,8 +32,29 @@ struct view_frame {
     std::int64_t time_behind = INT64_MAX; // events from this Time on begin right of the window
 };
 
-// The settings as they stand; the frame that they give. [main]
-frame_settings brisolan_framesettings(const brisolan* x);
+// The settings as they stand. [main]
+inline frame_settings brisolan_framesettings(const brisolan* x) {
+    const param_record& y = x->params[static_cast<std::size_t>(x->yparam)];
+    const auto label = static_cast<std::size_t>(std::max(x->labelparam, 0));
+    const host_window* w = x->window;
+    return {x->xzoom,
+            x->yzoom,
+            x->lenzoom,
+            x->yparam,
+            x->lenparam,
+            x->labelparam,
+            x->colorparam,
+            y.min,
+            y.max,
+            y.interval,
+            w->width,
+            w->height,
+            w->hscroll_value,
+            w->vscroll_value,
+            x->params[label].notenames,
+            x->show_sharps};
+}
+// The frame that they give. [main]
 view_frame brisolan_frame(const frame_settings& settings);
 
 // Where one event's bar lies in the window, and the values that place it there.
@@ -43,6 +66,7 @@ struct bar_look {
     std::int32_t y;                                 // of its middle
     std::int16_t half;                              // half its height, one more when selected
     bool selected, black_key;
+    bool operator==(const bar_look&) const = default;
 };
 
 // Whether the event cannot show: told by comparing more than by dividing, for walks over many that do not. [main]
@@ -55,17 +79,43 @@ inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
     return gap > WIDEST_LABEL && event_param(e, f.set.lenparam) * std::int64_t{8} < gap * f.lenzoom;
 }
 
-// The bar of an event in the frame; `right` and `label_width` are left for brisolan_measure. [main]
-bar_look brisolan_place(const view_frame& f, const event& e);
-// Measures the label. The window's port must be current at the first call. [main]
-void brisolan_measure(const view_frame& f, bar_look* look);
-// The same bar, selected or not. [main]
+// Makes the bar that of a selected event, or of another. [main]
 inline void brisolan_setselected(const view_frame& f, bar_look* look, bool selected) {
     look->selected = selected;
     look->half = static_cast<std::int16_t>(f.half + (selected ? 1 : 0));
 }
+// Pixels of a value, held at what is out of sight anyway. [main]
+inline std::int32_t brisolan_pixels(std::int32_t value, std::int64_t zoom) {
+    const std::int64_t exact = std::int64_t{value} * UNIT / zoom;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(exact, -FAR_AWAY, FAR_AWAY));
+}
+// The bar of an event in the frame; `right` and `label_width` are left for brisolan_measure. [main]
+inline bar_look brisolan_place(const view_frame& f, const event& e) {
+    bar_look look;
+    look.time = e.time;
+    look.value = event_param(e, f.set.yparam);
+    look.extent = event_param(e, f.set.lenparam);
+    look.label = f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam);
+    look.track = e.track;
+    brisolan_setselected(f, &look, e.selected != 0);
+    look.left = f.left + brisolan_pixels(look.time, f.xzoom);
+    look.length = std::max(brisolan_pixels(look.extent, f.lenzoom), LEAST_BAR);
+    look.right = look.left + look.length;
+    look.label_width = 0;
+    const auto above = static_cast<std::int16_t>(std::int64_t{look.value} * UNIT / f.yzoom);
+    look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
+    look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
+    return look;
+}
+// Measures the label. The window's port must be current at the first call. [main]
+void brisolan_measure(const view_frame& f, bar_look* look);
 // Whether the event still has the values that placed the bar. [main]
-bool brisolan_sameplace(const view_frame& f, const bar_look& look, const event& e);
+inline bool brisolan_sameplace(const view_frame& f, const bar_look& look, const event& e) {
+    return look.time == e.time && look.value == event_param(e, f.set.yparam) &&
+           look.extent == event_param(e, f.set.lenparam) &&
+           look.label == (f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam)) &&
+           look.track == e.track && look.selected == (e.selected != 0);
+}
 
 // Whether any of the bar may show: not all of it left of the data area, nor right of the window. [main]
 inline bool brisolan_inspan(const view_frame& f, const bar_look& look) {
@@ -82,7 +132,29 @@ struct bar_box {
     }
 };
 
+// How far bars, labels and marks are taken to reach when it is told who was touched.
+constexpr int LABEL_REACH = 6;
+constexpr int SHARP_WIDTH = 7;
+constexpr int SHARP_REACH_ABOVE = 2;
+constexpr int SHARP_REACH_BELOW = 6;
+
+// A row of a box, held in 16 bits. [main]
+inline std::int16_t brisolan_boxrow(std::int32_t v) {
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(v, INT16_MIN, INT16_MAX));
+}
+
 // What erasing the event takes off the screen: the bar with its label and its "#" mark. Measured looks only. [main]
-bar_box brisolan_erasedbox(const bar_look& look);
+inline bar_box brisolan_erasedbox(const bar_look& look) {
+    return {look.left - (look.black_key ? SHARP_WIDTH : 0), look.right, brisolan_boxrow(look.y - look.half),
+            brisolan_boxrow(look.y + look.half)};
+}
 // What an erased box must overlap for the event to be drawn again. Measured looks only. [main]
-bar_box brisolan_touchedbox(const view_frame& f, const bar_look& look);
+inline bar_box brisolan_touchedbox(const view_frame& f, const bar_look& look) {
+    if (f.labels)
+        return {look.left, look.right, brisolan_boxrow(look.y - LABEL_REACH),
+                brisolan_boxrow(look.y + LABEL_REACH)};
+    if (look.black_key)
+        return {look.left, look.right, brisolan_boxrow(look.y - SHARP_REACH_ABOVE),
+                brisolan_boxrow(look.y + SHARP_REACH_BELOW)};
+    return {look.left, look.right, brisolan_boxrow(look.y - look.half), brisolan_boxrow(look.y + look.half)};
+}

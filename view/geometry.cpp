@@ -120,7 +120,3 @@ std::int32_t brisolan_barlength(const brisolan* x, const event* e) {
 std::int32_t brisolan_pixelstolength(const brisolan* x, std::int32_t pixel_count) {
     return units(pixel_count, x->lenzoom);
 }
-
-bool brisolan_trackisshown(const brisolan* x, std::int32_t track) {
-    return track < 1 || track > x->ntracks || x->trackshown[track - 1] != 0;
-}

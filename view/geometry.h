@@ -65,4 +65,6 @@ constexpr std::int32_t brisolan_factor(std::int32_t zoom) {
 }
 
 // Whether events of the track (from 1) are shown; a track without a button always is. [main]
-bool brisolan_trackisshown(const brisolan* x, std::int32_t track);
+inline bool brisolan_trackisshown(const brisolan* x, std::int32_t track) {
+    return track < 1 || track > x->ntracks || x->trackshown[track - 1] != 0;
+}

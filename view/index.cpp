@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "view/bars.h"
 #include "view/events.h"
 
 namespace {
@@ -101,10 +100,14 @@ void brisolan_marktouched(view_index& ix, const bar_box& erased) {
     });
 }
 
+void brisolan_addwanted(view_index& ix) {
+    for (std::size_t i = ix.wanted.size(); i-- > 0;) ix.pass.add(ix.entries[ix.wanted[i]].look);
+}
+
 void brisolan_drawwanted(view_index& ix) {
-    ix.looks.clear();
-    for (const std::uint32_t id : ix.wanted) ix.looks.push_back(&ix.entries[id].look);
-    brisolan_drawbars(ix.frame, ix.looks, &ix.cover);
+    ix.pass.begin(ix.frame);
+    brisolan_addwanted(ix);
+    ix.pass.draw(ix.frame);
 }
 
 void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look) {

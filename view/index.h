@@ -17,9 +17,8 @@
 #include <vector>
 
 #include "core/instance.h"
-#include "view/cover.h"
+#include "view/bars.h"
 #include "view/frame.h"
-#include "view/patches.h"
 #include "view/touch.h"
 
 // An event in sight. `e` may be followed as long as the memory is placed.
@@ -66,7 +65,8 @@ struct deferred_drawing {
     bool redundant = false; // drawn again afterwards, in the same place and look
 };
 
-// One step of the log: a drawing by its number from 1, or, with 0, an erasing.
+// One step of the log: an erasing, and the drawing that came next, by its number from 1; 0 when there was none. An empty
+// box erases nothing.
 struct log_step {
     bar_box erased;
     std::uint32_t drawing;
@@ -97,10 +97,8 @@ struct view_index {
 
     // Kept for their storage.
     touch_map touches;
-    grid_patches patches;
-    cover_map cover;
-    std::vector<std::uint32_t> wanted;  // entries to be drawn, in order
-    std::vector<const bar_look*> looks; // theirs
+    bar_pass pass;
+    std::vector<std::uint32_t> wanted; // entries to be drawn, in order
 };
 
 // The instance's memory, made at the first use, its frame brought up to date. [main]
@@ -125,7 +123,8 @@ void brisolan_marktouched(view_index& ix, const bar_box& erased);
 inline std::uint32_t brisolan_lastentry(const view_index& ix) {
     return static_cast<std::uint32_t>(ix.entries.size() - 1);
 }
-// Draws the wanted entries; the clip must be the data area. [main]
+// Adds the wanted entries to the pass; draws them and nothing else, the clip being the data area. [main]
+void brisolan_addwanted(view_index& ix);
 void brisolan_drawwanted(view_index& ix);
 // An event was drawn in this place: its entry follows. [main]
 void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look);
