@@ -1,167 +1,289 @@
-// bench/edit_bench.cpp: what editing everything at once costs, each step with its redraw, beside one full update.
+// bench/edit_bench.cpp: what editing everything at once costs, each step with its redraw, beside one full update of the
+// picture with everything selected; and without drawing, beside the bare change of a list.
+// Measured by hand: build/release/bench_edit_bench, or bench/run for all. The number is how many events there are.
 // Benchmark.
-#include <benchmark/benchmark.h>
+#include <memory>
 
-#include <algorithm>
-#include <array>
-#include <random>
-#include <vector>
-
-#include "app/session.h"
-#include "core/sequence.h"
+#include "bench/editor.h"
+#include "bench/in_turns.h"
+#include "core/messages.h"
 #include "edit/drag.h"
+#include "edit/params.h"
 #include "edit/press.h"
 #include "edit/selection.h"
-#include "host/kernel/dispatch.h"
-#include "host/kernel/windows.h"
 #include "io/clipboard.h"
-#include "view/selected.h"
 
 namespace {
 
-constexpr std::int32_t VIEW_MS = 13000; // what the window shows at the first zoom
+using bench::editor;
+using bench::side;
 
-// An open editor with n events, all of them in view, or spread over so many views.
-class editor {
+// How the events are seen.
+enum class sight { all, off_screen, hidden };
+
+// The bare work of one step on all: each value changed and held in its range; then all links taken apart and merged.
+class bare_change {
 public:
-    explicit editor(std::int64_t n, int views = 1) {
-        x = session.make();
-        const atom open(host_symbol("open"));
-        kel_message(x, std::array{open});
-        kel_run_queue();
-        fill(n, views);
-        x->editmode = 0;
-        update();
+    explicit bare_change(std::int64_t n) : head(bench::random_chain(n, 0, bench::VIEW_MS)) {
+        for (event* e = head; e; e = e->next) e->selected = std::uint8_t{1};
     }
-    // In the order of time, as a file is read.
-    void fill(std::int64_t n, int views) {
-        std::mt19937 dice(7);
-        std::uniform_int_distribution<std::int32_t> when(0, VIEW_MS * views);
-        std::vector<std::int32_t> times(static_cast<std::size_t>(n));
-        for (std::int32_t& t : times) t = when(dice);
-        std::sort(times.begin(), times.end());
-        event* first = nullptr;
-        event* last = nullptr;
-        for (const std::int32_t t : times) {
-            event* e = brisolan_newevent();
-            e->time = t;
-            e->pitch = static_cast<std::int32_t>(dice() % 128);
-            e->vel = static_cast<std::int32_t>(dice() % 128);
-            e->dur = static_cast<std::int32_t>(50 + dice() % 300);
-            e->chan = 1;
-            e->track = static_cast<std::int32_t>(1 + dice() % 32);
-            if (last)
-                last->next = e;
-            else
-                first = e;
-            last = e;
+    ~bare_change() {
+        for (event* e = head; e;) {
+            event* following = e->next;
+            brisolan_freeevent(e);
+            e = following;
         }
-        brisolan_linkchain(x, first);
     }
-    void update() { kel_window_update(x->window); }
-    template <class Step> void edit(Step step) {
-        SetPort(x->window->port);
-        step();
-        SetPort(nullptr);
-        kel_run_queue();
+    bare_change(const bare_change&) = delete;
+    bare_change& operator=(const bare_change&) = delete;
+
+    void step() {
+        for (event* e = head; e; e = e->next) {
+            if (e->selected) e->pitch = std::clamp(e->pitch.get() + by, 0, 127);
+        }
+        by = -by;
+        split();
+        merge();
     }
 
-    headless_session session;
-    brisolan* x = nullptr;
+private:
+    void split() {
+        event* ends[2] = {&lists[0], &lists[1]};
+        for (event* e = head; e; e = e->next) {
+            event*& end = ends[e->selected ? 1 : 0];
+            end->next = e;
+            end = e;
+        }
+        ends[0]->next = nullptr;
+        ends[1]->next = nullptr;
+    }
+    void merge() {
+        event* a = lists[0].next;
+        event* b = lists[1].next;
+        event merged;
+        event* end = &merged;
+        while (a && b) {
+            event*& first = b->time < a->time ? b : a;
+            end->next = first;
+            end = first;
+            first = first->next;
+        }
+        end->next = a ? a : b;
+        head = merged.next;
+    }
+
+    event* head;
+    event lists[2];
+    int by = 1;
 };
 
-void sizes(benchmark::internal::Benchmark* b) {
-    for (const int n : {10'000, 100'000, 1'000'000}) b->Arg(n);
-    b->Unit(benchmark::kMillisecond);
-}
-
-void full_update(benchmark::State& state) {
-    editor e(state.range(0));
-    for (auto _ : state) e.update();
-}
-BENCHMARK(full_update)->Apply(sizes);
-
-void full_update_selected(benchmark::State& state) {
-    editor e(state.range(0));
-    e.edit([&] { brisolan_selectall(e.x); });
-    for (auto _ : state) e.update();
-}
-BENCHMARK(full_update_selected)->Apply(sizes);
-
-void select_all(benchmark::State& state) {
-    editor e(state.range(0));
-    for (auto _ : state) {
-        e.edit([&] { brisolan_selectall(e.x); });
-        state.PauseTiming();
-        e.edit([&] { brisolan_noselect(e.x); });
-        state.ResumeTiming();
+// The events stand as `how` says, all selected; with its floor: a full update where they are seen, else the bare change.
+class stage {
+public:
+    stage(std::int64_t n, sight how) : e(how == sight::off_screen ? 0 : n, how == sight::off_screen ? n : 0) {
+        e.select_all();
+        if (how == sight::hidden) {
+            const atom close(host_symbol("wclose"));
+            kel_message(e.x, std::array{close});
+            kel_run_queue();
+            e.select_all();
+        }
+        if (how != sight::all) bare = std::make_unique<bare_change>(n);
     }
-}
-BENCHMARK(select_all)->Apply(sizes);
-
-void move_everything_one_step(benchmark::State& state) {
-    editor e(state.range(0));
-    e.edit([&] { brisolan_selectall(e.x); });
-    g_grabbedthird = static_cast<std::int16_t>(state.range(1));
-    Point p{200, 200};
-    e.x->dragvalue = brisolan_grabbedvalue(e.x, p);
-    for (auto _ : state) {
-        p = {static_cast<std::int16_t>(p.v == 200 ? 204 : 200),
-             static_cast<std::int16_t>(p.h == 200 ? 204 : 200)};
-        e.edit([&] { brisolan_movedrag(e.x, p, true); });
+    side floor() {
+        if (bare) return side{[this] { bare->step(); }};
+        return side{[this] { e.update(); }, [this] { select_again(); }};
     }
-}
-BENCHMARK(move_everything_one_step)
-    ->ArgsProduct({{10'000, 100'000, 1'000'000}, {THIRD_START, THIRD_BODY, THIRD_END}})
-    ->Unit(benchmark::kMillisecond);
-
-void delete_everything(benchmark::State& state) {
-    for (auto _ : state) {
-        state.PauseTiming();
-        editor e(state.range(0));
-        e.edit([&] { brisolan_selectall(e.x); });
-        state.ResumeTiming();
-        e.edit([&] { brisolan_clr(e.x); });
-        state.PauseTiming();
-        if (e.x->nevents != 0) state.SkipWithError("events are left");
-        state.ResumeTiming();
+    double target() const { return bare ? 3 : 1.5; }
+    void select_again() {
+        if (e.x->nevents != e.x->nselected || !e.x->events->selected) e.select_all();
     }
-}
-BENCHMARK(delete_everything)->Apply(sizes)->Iterations(5);
 
-void paste_everything(benchmark::State& state) {
-    for (auto _ : state) {
-        state.PauseTiming();
-        editor e(state.range(0));
-        e.edit([&] { brisolan_selectall(e.x); });
-        e.edit([&] { brisolan_cut(e.x); });
-        state.ResumeTiming();
-        e.edit([&] { brisolan_paste(e.x); });
-        state.PauseTiming();
-        if (e.x->nevents != state.range(0)) state.SkipWithError("events are missing");
-        state.ResumeTiming();
+    editor e;
+
+private:
+    std::unique_ptr<bare_change> bare;
+};
+
+void turns(benchmark::State& state, std::int64_t n, stage& on, const side& object) {
+    bench::in_turns(state, static_cast<double>(n), on.target(), on.floor(), object);
+}
+
+void select_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    turns(state, n, on,
+          side{[&] { on.e.edit([&] { brisolan_selectall(on.e.x); }); }, [&] { on.e.unselect(); }});
+}
+
+void unselect_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    turns(state, n, on, side{[&] { on.e.unselect(); }, [&] { on.select_again(); }});
+}
+
+template <int Third> void drag_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    g_grabbedthird = Third;
+    Point at{200, 200};
+    x->dragvalue = brisolan_grabbedvalue(x, at);
+    if (how == sight::hidden) {
+        // A hidden window gets no drag; its step is the change alone.
+        const int index = Third == THIRD_START ? PARAM_TIME : Third == THIRD_BODY ? x->yparam : x->lenparam;
+        int by = 1;
+        turns(state, n, on, side{[&, index] {
+                  on.e.edit([&] { brisolan_offset(x, index, by); });
+                  by = -by;
+              }});
+        return;
     }
+    turns(state, n, on, side{[&] {
+              at = at.v == 200 ? Point{204, 204} : Point{200, 200};
+              on.e.edit([&] { brisolan_movedrag(x, at, true); });
+          }});
 }
-BENCHMARK(paste_everything)->Apply(sizes)->Iterations(5);
 
-void copy_everything(benchmark::State& state) {
-    editor e(state.range(0));
-    e.edit([&] { brisolan_selectall(e.x); });
-    for (auto _ : state) e.edit([&] { brisolan_copy(e.x); });
+// One of many is dragged: as often as the full update's hundredth allows.
+void drag_one(benchmark::State& state, std::int64_t n) {
+    constexpr int STEPS = 100;
+    editor e(n);
+    event* one = e.x->events;
+    for (std::int64_t i = 0; i < n / 2; ++i) one = one->next;
+    e.edit([&] { brisolan_select(e.x, one); });
+    g_grabbedthird = THIRD_BODY;
+    Point at{200, 200};
+    e.x->dragvalue = brisolan_grabbedvalue(e.x, at);
+    bench::in_turns(state, STEPS, 0.01, side{[&] { e.update(); }}, side{[&] {
+                        for (int i = 0; i < STEPS; ++i) {
+                            at.v = static_cast<std::int16_t>(at.v == 200 ? 204 : 200);
+                            e.edit([&] { brisolan_movedrag(e.x, at, true); });
+                        }
+                    }},
+                    STEPS);
 }
-BENCHMARK(copy_everything)->Apply(sizes);
 
-// A band that grows over everything and shrinks again.
-void band_over_everything(benchmark::State& state) {
-    editor e(state.range(0));
+void legend_drag(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    std::int32_t value = 40;
+    x->numparam = PARAM_PITCH;
+    x->yparam = PARAM_PITCH;
+    // Everything lands on one row; the full update beside it is that picture's.
+    turns(state, n, on, side{[&] { on.e.edit([&] { brisolan_paramtrack(x, value = 100 - value); }); }});
+}
+
+// Deleting leaves the clipboard, from which all comes back.
+void delete_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    on.e.edit([&] { brisolan_copy(x); });
+    const auto refill = [&] {
+        if (!x->events) on.e.edit([&] { brisolan_paste(x); });
+        on.select_again();
+    };
+    side floor = on.floor();
+    floor.prepare = refill;
+    bench::in_turns(state, static_cast<double>(n), on.target(), floor,
+                    side{[&] { on.e.edit([&] { brisolan_clr(x); }); }, refill});
+}
+
+void paste_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    on.e.edit([&] { brisolan_copy(x); });
+    turns(state, n, on,
+          side{[&] { on.e.edit([&] { brisolan_paste(x); }); }, [&] { on.e.edit([&] { brisolan_clr(x); }); }});
+}
+
+void copy_all(benchmark::State& state, std::int64_t n) {
+    stage on(n, sight::all);
+    turns(state, n, on, side{[&] { on.e.edit([&] { brisolan_copy(on.e.x); }); }});
+}
+
+void clear_all(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    on.e.edit([&] { brisolan_copy(x); });
+    const auto refill = [&] {
+        if (!x->events) on.e.edit([&] { brisolan_paste(x); });
+        on.select_again();
+    };
+    side floor = on.floor();
+    floor.prepare = refill;
+    bench::in_turns(state, static_cast<double>(n), on.target(), floor,
+                    side{[&] { on.e.edit([&] { brisolan_clear(x); }); }, refill});
+}
+
+// The band grows over everything, and shrinks again: two steps.
+void band_over_all(benchmark::State& state, std::int64_t n) {
+    stage on(n, sight::all);
+    brisolan* x = on.e.x;
     modkeywas = 0;
-    e.x->clickpt = {62, 48};
-    for (auto _ : state) {
-        e.edit([&] { brisolan_selectdrag(e.x, {320, 580}, true); });
-        e.edit([&] { brisolan_selectdrag(e.x, {64, 50}, true); });
-    }
-    e.edit([&] { brisolan_selectdrag(e.x, {64, 50}, false); });
+    x->clickpt = {62, 48};
+    bench::in_turns(state, static_cast<double>(n), 3, on.floor(),
+                    side{[&] {
+                             on.e.edit([&] { brisolan_selectdrag(x, {340, 585}, true); });
+                             on.e.edit([&] { brisolan_selectdrag(x, {64, 50}, true); });
+                             on.e.edit([&] { brisolan_selectdrag(x, {64, 50}, false); });
+                         },
+                         [&] { on.e.unselect(); }});
 }
-BENCHMARK(band_over_everything)->Apply(sizes);
+
+// A step of a small band over few of many.
+void band_over_few(benchmark::State& state, std::int64_t n) {
+    stage on(n, sight::all);
+    brisolan* x = on.e.x;
+    on.e.unselect();
+    modkeywas = 0;
+    x->clickpt = {180, 300};
+    bool far = false;
+    on.e.edit([&] { brisolan_selectdrag(x, {190, 310}, true); });
+    bench::in_turns(
+        state, static_cast<double>(n), 0.5, side{[&] { on.e.update(); }}, side{[&] {
+            far = !far;
+            on.e.edit([&] { brisolan_selectdrag(x, far ? Point{194, 314} : Point{190, 310}, true); });
+        }});
+    on.e.edit([&] { brisolan_selectdrag(x, {190, 310}, false); });
+}
+
+using row = void (*)(benchmark::State&, std::int64_t, sight);
+struct named_row {
+    const char* name;
+    row run;
+};
+constexpr std::array ROWS{named_row{"select_all", select_all},
+                          named_row{"unselect_all", unselect_all},
+                          named_row{"drag_all_time", drag_all<THIRD_START>},
+                          named_row{"drag_all_value", drag_all<THIRD_BODY>},
+                          named_row{"drag_all_length", drag_all<THIRD_END>},
+                          named_row{"delete_all", delete_all},
+                          named_row{"paste_all", paste_all},
+                          named_row{"clear_all", clear_all}};
+
+template <class Run> void add(const std::string& name, std::int64_t n, Run run) {
+    bench::add_turns(name, n, [n, run](benchmark::State& s) { run(s, n); });
+}
+
+[[maybe_unused]] const bool rows = [] {
+    struct shown {
+        const char* name;
+        sight how;
+    };
+    for (const std::int64_t n : {1'000, 10'000, 100'000, 1'000'000}) {
+        for (const shown& s : {shown{"", sight::all}, shown{"_off_screen", sight::off_screen},
+                               shown{"_hidden", sight::hidden}}) {
+            for (const named_row& r : ROWS) {
+                add(std::string(r.name) + s.name, n,
+                    [r, s](benchmark::State& state, std::int64_t m) { r.run(state, m, s.how); });
+            }
+        }
+        add("legend_drag", n,
+            [](benchmark::State& state, std::int64_t m) { legend_drag(state, m, sight::all); });
+        add("copy_all", n, copy_all);
+        add("band_over_all", n, band_over_all);
+        add("band_over_few", n, band_over_few);
+    }
+    for (const std::int64_t n : {10'000, 100'000}) add("drag_one", n, drag_one);
+    return true;
+}();
 
 } // namespace
