@@ -78,10 +78,10 @@ void show_pointer() {
 } // namespace
 
 void brisolan_offset(brisolan* x, int index, std::int64_t delta) {
-    brisolan_gather(x, x->nselected);
+    event_pen pen(x, x->nselected);
     for (event* e = x->events; e; e = e->next) {
         if (!e->selected) continue;
-        brisolan_eraseit(x, e);
+        pen.erase(e);
         cell<std::int32_t>& value = event_param(*e, index);
         value = moved(x, index, value.get() + delta);
         e->needsdraw = std::uint8_t{1};

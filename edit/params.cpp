@@ -82,10 +82,10 @@ void press_role(brisolan* x, param_record* p, int index) {
 
 // Kept: a Time that is dragged in the legend stays where it is in the list, and the patcher is not marked changed.
 // Patches that step through the events by number rely on their order.
-void set_and_draw(brisolan* x, event* e, int index, std::int32_t value) {
-    brisolan_eraseit(x, e);
+void set_and_draw(event_pen* pen, event* e, int index, std::int32_t value) {
+    pen->erase(e);
     event_param(*e, index) = value;
-    brisolan_drawit(x, e);
+    pen->draw(e);
 }
 
 } // namespace
@@ -140,11 +140,12 @@ int brisolan_paramtrack(brisolan* x, std::int32_t value) {
         p.defvalue = value;
         return 0;
     }
+    event_pen pen(x, x->nselected);
     if (x->nselected == 1) {
-        if (event* e = x->firstsel) set_and_draw(x, e, index, value);
+        if (event* e = x->firstsel) set_and_draw(&pen, e, index, value);
     } else {
         for (event* e = x->events; e; e = e->next) {
-            if (e->selected) set_and_draw(x, e, index, value);
+            if (e->selected) set_and_draw(&pen, e, index, value);
         }
     }
     if (index == PARAM_TIME) brisolan_timeschanged(x);

@@ -51,7 +51,8 @@ bool in_band(const brisolan* x, const event* e) {
 // One step of the band over the sequence, in list order.
 struct band_step {
     brisolan* x;
-    bool additive;         // the press that began it was with shift
+    bool additive; // the press that began it was with shift
+    event_pen pen;
     event* kept = nullptr; // the first event walked over that is selected now
 };
 
@@ -63,9 +64,9 @@ event* selected_from(event* e) {
 
 // brisolan_unselect for a walk: what stands selected in front of the event is known, so that the next anchor is looked
 // for from here on alone.
-void unselect(const band_step& step, event* e) {
+void unselect(band_step& step, event* e) {
     brisolan* x = step.x;
-    brisolan_eraseit(x, e);
+    step.pen.erase(e);
     e->selected = std::uint8_t{0};
     if (x->firstsel == e) {
         event* anchor = step.kept ? step.kept : selected_from(e->next);
@@ -75,13 +76,13 @@ void unselect(const band_step& step, event* e) {
 }
 
 // An event that the band left gets the state back that it had when the band started.
-void leave_band(const band_step& step, event* e) {
+void leave_band(band_step& step, event* e) {
     if (!step.additive || !e->marked) {
         if (e->selected) unselect(step, e);
         return;
     }
     if (!e->selected)
-        brisolan_select(step.x, e);
+        brisolan_select(step.x, &step.pen, e);
     else if (e->marked & TOGGLED)
         unselect(step, e);
     e->marked = static_cast<std::uint8_t>(e->marked & ~TOGGLED);
@@ -89,22 +90,22 @@ void leave_band(const band_step& step, event* e) {
 
 // An event under the band is selected, or, when it was selected as a shift band started, is not. One on a hidden track
 // stays as it is.
-void enter_band(const band_step& step, event* e) {
+void enter_band(band_step& step, event* e) {
     if (!brisolan_trackisshown(step.x, e->track)) return;
     if (!step.additive || !e->marked) {
-        if (!e->selected) brisolan_select(step.x, e);
+        if (!e->selected) brisolan_select(step.x, &step.pen, e);
         return;
     }
     if (e->selected)
         unselect(step, e);
     else if (!(e->marked & TOGGLED))
-        brisolan_select(step.x, e);
+        brisolan_select(step.x, &step.pen, e);
     e->marked = static_cast<std::uint8_t>(e->marked | TOGGLED);
 }
 
 // The selection follows the band; what was unselected is drawn once, after all of it is erased.
 void apply_band(brisolan* x) {
-    band_step step{x, (modkeywas & shiftKey) != 0};
+    band_step step{x, (modkeywas & shiftKey) != 0, event_pen(x, 1)};
     for (event* e = x->events; e; e = e->next) {
         if (in_band(x, e))
             enter_band(step, e);
@@ -151,8 +152,8 @@ void press_on_event(brisolan* x, event* e, Point where, int tool) {
 } // namespace
 
 void brisolan_selectall(brisolan* x) {
-    brisolan_gather(x, x->nevents);
-    for (event* e = x->events; e; e = e->next) brisolan_select(x, e);
+    event_pen pen(x, x->nevents);
+    for (event* e = x->events; e; e = e->next) brisolan_select(x, &pen, e);
 }
 
 void brisolan_markselected(brisolan* x) {

@@ -161,7 +161,8 @@ void paste_text(brisolan* x, std::string_view text) {
     const std::vector<event*> pasted = events_from(x, text);
     if (pasted.empty()) return;
     brisolan_linkchain(x, pasted.front());
-    for (event* e : pasted) brisolan_select(x, e); // which draws it
+    event_pen pen(x, static_cast<std::int32_t>(pasted.size()));
+    for (event* e : pasted) brisolan_select(x, &pen, e); // which draws it
 }
 
 } // namespace
@@ -220,8 +221,11 @@ void brisolan_paste(brisolan* x) {
 // Kept: neither `nselected` nor the legend is touched, so that until everything is deselected once the counter still has
 // the deleted events.
 void brisolan_clr(brisolan* x) {
-    for (event* e = x->events; e; e = e->next) {
-        if (e->selected) brisolan_eraseit(x, e);
+    {
+        event_pen pen(x, x->nselected);
+        for (event* e = x->events; e; e = e->next) {
+            if (e->selected) pen.erase(e);
+        }
     }
     brisolan_removeselected(x);
     brisolan_remax(x);

@@ -103,6 +103,15 @@ void gather_erasing(view_index& ix, const bar_box& box) {
     ix.log.push_back({box, 0});
 }
 
+void gather_far_erasing(view_index& ix, const event& e) {
+    const bar_look look = brisolan_valuesof(ix.frame, e);
+    const auto end = static_cast<std::int32_t>(ix.far_erased.size());
+    ix.far_erased.push_back({look.time, look.value, look.extent, look.label, look.selected});
+    if (ix.log.empty() || ix.log.back().drawing != FAR_ERASINGS)
+        ix.log.push_back({{end, end, 0, 0}, FAR_ERASINGS});
+    ix.log.back().erased.right = end + 1;
+}
+
 void gather_drawing(view_index& ix, event* e, const bar_look& look) {
     deferred_drawing* before = drawing_of(ix, e, e->place);
     if (before && before->look == look) before->redundant = true;
@@ -114,11 +123,30 @@ void gather_drawing(view_index& ix, event* e, const bar_look& look) {
         ix.log.push_back({{}, e->place});
 }
 
+void add_far_touches(view_index& ix, const log_step& step) {
+    for (auto i = step.erased.left; i < step.erased.right; ++i) {
+        const far_erasing& far = ix.far_erased[static_cast<std::size_t>(i)];
+        bar_look look{};
+        look.time = far.time;
+        look.value = far.value;
+        look.extent = far.extent;
+        look.label = far.label;
+        look.selected = far.selected;
+        brisolan_placelook(ix.frame, &look);
+        brisolan_measure(ix.frame, &look);
+        ix.touches.add(brisolan_erasedbox(look));
+    }
+}
+
 // Tells for each gathered drawing whether anything erased after it overlapped it; leaves the map of all that was erased.
 void find_touched_drawings(view_index& ix) {
     ix.touches.begin(ix.frame);
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
+        if (step.drawing == FAR_ERASINGS) {
+            add_far_touches(ix, step);
+            continue;
+        }
         if (step.drawing != 0) {
             deferred_drawing& d = ix.drawings[step.drawing - 1];
             d.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, d.look));
@@ -159,6 +187,7 @@ void replay(view_index& ix) {
     brisolan_addwanted(ix);
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
+        if (step.drawing == FAR_ERASINGS) continue;
         if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
             ix.pass.add(ix.drawings[step.drawing - 1].look);
         if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
@@ -181,6 +210,7 @@ void settle(brisolan* x, view_index& ix, settling how) {
     }
     ix.gathering = false;
     ix.log.clear();
+    ix.far_erased.clear();
     ix.drawings.clear();
 }
 
@@ -284,24 +314,38 @@ void brisolan_drawevts(brisolan* x) {
     brisolan_drawwanted(ix);
 }
 
-void brisolan_drawit(brisolan* x, event* e) {
-    view_index& ix = brisolan_index(x);
+event_pen::event_pen(brisolan* owner, std::int32_t count)
+    : x(owner), ix(brisolan_index(owner)), visible(owner->window->visible) {
+    if (count <= FEW || !visible) return;
+    ix.gathering = true;
+    ix.placed = false;
+}
+
+void event_pen::draw(event* e) {
+    if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) return;
+    // Of what is not seen it matters only whether it would be.
+    if (!visible) {
+        if (shows(x, ix, brisolan_place(ix.frame, *e))) e->needsdraw = std::uint8_t{0};
+        return;
+    }
     const bar_look& look = look_of(ix, e);
     if (!shows(x, ix, look)) return;
     e->needsdraw = std::uint8_t{0};
-    if (!x->window->visible) return;
     if (ix.gathering)
         gather_drawing(ix, e, look);
     else
         draw_now(x, ix, e, look);
 }
 
-void brisolan_eraseit(brisolan* x, event* e) {
+void event_pen::erase(event* e) {
     e->needsdraw = std::uint8_t{1};
     want_marked(x);
     // A hidden window has no port, and is drawn anew when it is shown.
-    if (!x->window->visible) return;
-    view_index& ix = brisolan_index(x);
+    if (!visible) return;
+    if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) {
+        gather_far_erasing(ix, *e);
+        return;
+    }
     const bar_box box = brisolan_erasedbox(look_of(ix, e));
     if (!ix.gathering && ix.erased < FEW && brisolan_isplaced(x, ix))
         erase_now(x, ix, e, box);
@@ -309,11 +353,12 @@ void brisolan_eraseit(brisolan* x, event* e) {
         gather_erasing(ix, box);
 }
 
-void brisolan_gather(brisolan* x, std::int32_t count) {
-    if (count <= FEW || !x->window->visible) return;
-    view_index& ix = brisolan_index(x);
-    ix.gathering = true;
-    ix.placed = false;
+void brisolan_drawit(brisolan* x, event* e) {
+    event_pen(x, 1).draw(e);
+}
+
+void brisolan_eraseit(brisolan* x, event* e) {
+    event_pen(x, 1).erase(e);
 }
 
 void brisolan_drawdirtyevts(brisolan* x) {

@@ -31,9 +31,20 @@ void brisolan_eraseit(brisolan* x, event* e);
 // Draws every event whose `needsdraw` is set, in list order, inside the data area. [main]
 void brisolan_drawdirtyevts(brisolan* x);
 
-// Tells that about so many events are going to be erased before the next redraw, so that all of it is put off from the
-// first on. Only a hint: nothing else depends on it. [main]
-void brisolan_gather(brisolan* x, std::int32_t count);
+// Erases and draws many events, one call after the other, as brisolan_eraseit and brisolan_drawit do: what is the same for
+// all of them is looked up once. While it lives the view is neither moved nor redrawn, and its settings stay.
+class event_pen {
+public:
+    // About so many are going to be erased; only a hint, by which all is put off from the first on. [main]
+    event_pen(brisolan* owner, std::int32_t count);
+    void erase(event* e);
+    void draw(event* e);
+
+private:
+    brisolan* x;
+    view_index& ix;
+    bool visible;
+};
 // Brings onto the screen what brisolan_eraseit and brisolan_drawit have put off while they were called for many events
 // at once. Whoever draws over the data area by other means (the rubber band) calls it first. [main]
 void brisolan_settle(brisolan* x);

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int LEAST_LABEL_HALF = 2; // bars of less half height carry no label
+constexpr int WIDEST_LABEL = 256;   // pixels, more than any number or note name
 
 } // namespace
 
@@ -29,6 +30,8 @@ view_frame brisolan_frame(const frame_settings& s) {
     brisolan_dataarea(height, s.width, s.height, &f.data);
     const std::int64_t room = std::int64_t{s.width} - f.left; // pixels from Time 0 to the window's right edge
     if (room >= 0) f.time_behind = ((room + 1) * f.xzoom + UNIT - 1) / UNIT;
+    // From this Time on the gap is at most WIDEST_LABEL, whichever way the division rounds.
+    f.time_before = (std::int64_t{f.data.left} - f.left - WIDEST_LABEL) * f.xzoom / UNIT + f.xzoom;
     return f;
 }
 

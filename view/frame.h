@@ -30,6 +30,8 @@ struct view_frame {
     bool labels = false;                  // bars carry labels at this zoom
     Rect data{};                          // the data area
     std::int64_t time_behind = INT64_MAX; // events from this Time on begin right of the window
+    std::int64_t time_before =
+        INT64_MIN; // events before this Time begin further left of it than any label is long
 };
 
 // The settings as they stand. [main]
@@ -71,12 +73,12 @@ struct bar_look {
 
 // Whether the event cannot show: told by comparing more than by dividing, for walks over many that do not. [main]
 inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
-    constexpr std::int64_t WIDEST_LABEL = 256;
     const std::int64_t time = e.time;
     if (time >= f.time_behind) return true;
+    if (time >= f.time_before) return false;
     // Pixels from the bar's left to the data area; a length that many pixels long reaches it.
-    const std::int64_t gap = f.data.left - f.left - time * 8 / f.xzoom;
-    return gap > WIDEST_LABEL && event_param(e, f.set.lenparam) * std::int64_t{8} < gap * f.lenzoom;
+    const std::int64_t gap = f.data.left - f.left - time * UNIT / f.xzoom;
+    return event_param(e, f.set.lenparam) * std::int64_t{UNIT} < gap * f.lenzoom;
 }
 
 // Makes the bar that of a selected event, or of another. [main]
@@ -89,15 +91,21 @@ inline std::int32_t brisolan_pixels(std::int32_t value, std::int64_t zoom) {
     const std::int64_t exact = std::int64_t{value} * UNIT / zoom;
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(exact, -FAR_AWAY, FAR_AWAY));
 }
-// The bar of an event in the frame; `right` and `label_width` are left for brisolan_measure. [main]
-inline bar_look brisolan_place(const view_frame& f, const event& e) {
+// The values of an event that place its bar; where that lies is left for brisolan_placelook. [main]
+inline bar_look brisolan_valuesof(const view_frame& f, const event& e) {
     bar_look look;
     look.time = e.time;
     look.value = event_param(e, f.set.yparam);
     look.extent = event_param(e, f.set.lenparam);
     look.label = f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam);
     look.track = e.track;
-    brisolan_setselected(f, &look, e.selected != 0);
+    look.selected = e.selected != 0;
+    return look;
+}
+// Places the bar by its values; `right` and `label_width` are left for brisolan_measure. [main]
+inline void brisolan_placelook(const view_frame& f, bar_look* placed) {
+    bar_look& look = *placed;
+    brisolan_setselected(f, &look, look.selected);
     look.left = f.left + brisolan_pixels(look.time, f.xzoom);
     look.length = std::max(brisolan_pixels(look.extent, f.lenzoom), LEAST_BAR);
     look.right = look.left + look.length;
@@ -105,6 +113,11 @@ inline bar_look brisolan_place(const view_frame& f, const event& e) {
     const auto above = static_cast<std::int16_t>(std::int64_t{look.value} * UNIT / f.yzoom);
     look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
     look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
+}
+// Both. [main]
+inline bar_look brisolan_place(const view_frame& f, const event& e) {
+    bar_look look = brisolan_valuesof(f, e);
+    brisolan_placelook(f, &look);
     return look;
 }
 // Measures the label. The window's port must be current at the first call. [main]

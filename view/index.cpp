@@ -18,6 +18,7 @@ constexpr std::size_t MANY_LOOSE = 64;
 void drop_gathered(brisolan* x, view_index& ix) {
     ix.gathering = false;
     ix.log.clear();
+    ix.far_erased.clear();
     ix.drawings.clear();
     for (event* e = x->events; e; e = e->next) e->needsdraw = std::uint8_t{1};
 }

@@ -66,10 +66,18 @@ struct deferred_drawing {
 };
 
 // One step of the log: an erasing, and the drawing that came next, by its number from 1; 0 when there was none. An empty
-// box erases nothing.
+// box erases nothing. With FAR_ERASINGS it stands for several events that were erased out of sight, of which mostly nobody
+// asks anything: those of `far_erased` from `erased.left` to before `erased.right`.
 struct log_step {
     bar_box erased;
     std::uint32_t drawing;
+};
+constexpr std::uint32_t FAR_ERASINGS = UINT32_MAX;
+
+// What places the bar of an event that was erased out of sight.
+struct far_erasing {
+    std::int32_t time, value, extent, label;
+    bool selected;
 };
 
 struct view_index {
@@ -89,6 +97,7 @@ struct view_index {
     // Gathering.
     bool gathering = false;
     std::vector<log_step> log;
+    std::vector<far_erasing> far_erased;
     std::vector<deferred_drawing> drawings;
 
     // The bar last worked out, for the drawing that follows an erasing.

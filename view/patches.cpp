@@ -22,6 +22,7 @@ void grid_patches::begin(const view_frame& f) {
     bottom = std::max<int>(f.data.bottom, top);
     words = words_for(right - left);
     bits.assign(static_cast<std::size_t>(bottom - top) * static_cast<std::size_t>(words), 0);
+    pending.assign(static_cast<std::size_t>(bottom - top), 0);
     columns.assign(static_cast<std::size_t>(words), 0);
     for (int h = brisolan_gridcolumn(set.hscroll, left); h < right; h += GRID_COLUMN)
         columns[static_cast<std::size_t>((h - left) / BITS)] |= std::uint64_t{1} << (h - left) % BITS;
@@ -41,6 +42,7 @@ void grid_patches::add(const bar_box& erased) {
         std::uint64_t* at = row(first);
         for (int v = first; v < area_end; ++v, at += words) area.set(at);
     }
+    for (int v = first; v < std::min(behind + 1, bottom); ++v) pending[static_cast<std::size_t>(v - top)] = 1;
     add_lines(first, behind, from, to_line);
 }
 
@@ -97,6 +99,10 @@ void grid_patches::draw_row(int v) {
 }
 
 void grid_patches::draw(int from, int to) {
-    for (int v = std::max(from, top); v < std::min(to, bottom); ++v) draw_row(v);
+    for (int v = std::max(from, top); v < std::min(to, bottom); ++v) {
+        std::uint8_t& waits = pending[static_cast<std::size_t>(v - top)];
+        if (waits) draw_row(v);
+        waits = 0;
+    }
     t_color(COLOR_FOREGROUND);
 }

@@ -31,4 +31,5 @@ private:
     std::vector<std::uint64_t> bits;
     std::vector<std::uint64_t> columns;   // the vertical lines
     std::vector<std::uint8_t> row_colour; // the horizontal ones, by window row
+    std::vector<std::uint8_t> pending;    // rows, from `top` on, that may have something added
 };

@@ -19,8 +19,8 @@ event* selected_from(event* e) {
 }
 
 // Everything of unselecting but the search for the next firstsel.
-void deselect(brisolan* x, event* e) {
-    brisolan_eraseit(x, e);
+void deselect(event_pen* pen, event* e) {
+    pen->erase(e);
     e->selected = std::uint8_t{0};
 }
 
@@ -38,24 +38,30 @@ void brisolan_setfirstsel(brisolan* x, event* e) {
 }
 
 void brisolan_select(brisolan* x, event* e) {
+    event_pen pen(x, 1);
+    brisolan_select(x, &pen, e);
+}
+
+void brisolan_select(brisolan* x, event_pen* pen, event* e) {
     e->selected = std::uint8_t{1};
     if (x->nselected == 0) brisolan_setfirstsel(x, e);
-    brisolan_eraseit(x, e);
-    brisolan_drawit(x, e);
+    pen->erase(e);
+    pen->draw(e);
     // Kept: also for an event that was selected already.
     x->nselected += 1;
 }
 
 void brisolan_unselect(brisolan* x, event* e) {
-    deselect(x, e);
+    event_pen pen(x, 1);
+    deselect(&pen, e);
     if (x->firstsel == e) brisolan_setfirstsel(x, x->nselected == 1 ? nullptr : brisolan_firstselected(x));
     x->nselected -= 1;
 }
 
 void brisolan_noselect(brisolan* x) {
-    brisolan_gather(x, x->nselected);
+    event_pen pen(x, x->nselected);
     for (event* e = x->events; e; e = e->next) {
-        if (e->selected) deselect(x, e);
+        if (e->selected) deselect(&pen, e);
     }
     x->nselected = 0;
     brisolan_setfirstsel(x, nullptr);
@@ -64,6 +70,7 @@ void brisolan_noselect(brisolan* x) {
 // As brisolan_unselect on each of them, in one walk: the search for the next firstsel goes on from where it is, since
 // what stands selected in front of it is known.
 void brisolan_reviseselect(brisolan* x) {
+    event_pen pen(x, 1);
     event* first_kept = nullptr;
     for (event* e = x->events; e; e = e->next) {
         if (!e->selected) continue;
@@ -71,7 +78,7 @@ void brisolan_reviseselect(brisolan* x) {
             if (!first_kept) first_kept = e;
             continue;
         }
-        deselect(x, e);
+        deselect(&pen, e);
         if (x->firstsel == e) {
             event* following = first_kept ? first_kept : selected_from(e->next);
             brisolan_setfirstsel(x, x->nselected == 1 ? nullptr : following);

@@ -8,8 +8,12 @@
 
 #include "core/instance.h"
 
+class event_pen;
+
 // Selects one event and draws it so at once; it becomes `firstsel` when nothing is counted as selected. [main]
 void brisolan_select(brisolan* x, event* e);
+// The same for many, with a pen that is made for all of them. [main]
+void brisolan_select(brisolan* x, event_pen* pen, event* e);
 // Unselects one event: erased, to be drawn by the redraw of marked events. `firstsel` moves to the first event still
 // selected, or to null when only one was counted. [main]
 void brisolan_unselect(brisolan* x, event* e);
