@@ -86,10 +86,16 @@ inline void brisolan_setselected(const view_frame& f, bar_look* look, bool selec
     look->selected = selected;
     look->half = static_cast<std::int16_t>(f.half + (selected ? 1 : 0));
 }
+// value * UNIT / zoom, truncated toward zero. Divided as floating numbers, which takes a third of the time: of 35 bits by 31
+// the rounded quotient never reaches a whole number that the exact one does not. [main]
+inline std::int64_t brisolan_quotient(std::int32_t value, std::int64_t zoom) {
+    return static_cast<std::int64_t>(static_cast<double>(std::int64_t{value} * UNIT) /
+                                     static_cast<double>(zoom));
+}
 // Pixels of a value, held at what is out of sight anyway. [main]
 inline std::int32_t brisolan_pixels(std::int32_t value, std::int64_t zoom) {
-    const std::int64_t exact = std::int64_t{value} * UNIT / zoom;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(exact, -FAR_AWAY, FAR_AWAY));
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(brisolan_quotient(value, zoom), -FAR_AWAY, FAR_AWAY));
 }
 // The values of an event that place its bar; where that lies is left for brisolan_placelook. [main]
 inline bar_look brisolan_valuesof(const view_frame& f, const event& e) {
@@ -110,7 +116,7 @@ inline void brisolan_placelook(const view_frame& f, bar_look* placed) {
     look.length = std::max(brisolan_pixels(look.extent, f.lenzoom), LEAST_BAR);
     look.right = look.left + look.length;
     look.label_width = 0;
-    const auto above = static_cast<std::int16_t>(std::int64_t{look.value} * UNIT / f.yzoom);
+    const auto above = static_cast<std::int16_t>(brisolan_quotient(look.value, f.yzoom));
     look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
     look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
 }

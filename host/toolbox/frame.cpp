@@ -9,6 +9,7 @@
 void FrameRect(const Rect* r) {
     GrafPtr port = toolbox_thePort;
     if (!port || EmptyRect(r) || port->pen_width < 1 || port->pen_height < 1) return;
+    if (port->pen_width == 1 && port->pen_height == 1 && raster_outline(*port, *r, port->pen_ink)) return;
     // The four bars share no pixel, or a frame in patXor would cancel its own corners.
     int16_t upper = pin16(std::min(r->top + port->pen_height, +r->bottom));
     int16_t lower = pin16(std::max(r->bottom - port->pen_height, +upper));

@@ -7,6 +7,9 @@
 // sixteen tracks at least 10. Earlier tracks took what is farthest from the ones before. A test holds these numbers.
 #include "host/toolbox/palette.h"
 
+#include <array>
+#include <cstddef>
+
 namespace {
 
 // 0xRRGGBB.
@@ -66,9 +69,18 @@ constexpr uint16_t wide(uint32_t byte) {
     return static_cast<uint16_t>((byte & 0xFF) * 0x101);
 }
 
+constexpr std::array<RGBColor, PALETTE_SIZE> widened() {
+    std::array<RGBColor, PALETTE_SIZE> out{};
+    for (std::size_t i = 0; i < out.size(); i++) {
+        const uint32_t c = COLOURS[i];
+        out[i] = {wide(c >> 16), wide(c >> 8), wide(c)};
+    }
+    return out;
+}
+constexpr std::array<RGBColor, PALETTE_SIZE> WIDE = widened();
+
 } // namespace
 
 RGBColor palette_color(int i) {
-    uint32_t c = COLOURS[i >= 0 && i < PALETTE_SIZE ? i : 1];
-    return {wide(c >> 16), wide(c >> 8), wide(c)};
+    return WIDE[static_cast<std::size_t>(i >= 0 && i < PALETTE_SIZE ? i : 1)];
 }

@@ -66,6 +66,26 @@ uint32_t raster_blend(const raster_ink& ink, bool set, uint32_t was) {
     }
 }
 
+bool raster_outline(GrafPort& port, const Rect& r, const raster_ink& ink) {
+    const toolbox_region& clip = port.drawable;
+    if (!clip.rectangular() || !ink.solid || !copies(ink)) return false;
+    const int left = std::max(r.left, clip.bounds.left), right = std::min(r.right, clip.bounds.right);
+    const int top = std::max(r.top, clip.bounds.top), bottom = std::min(r.bottom, clip.bounds.bottom);
+    if (left >= right || top >= bottom) return true;
+    port.changed = true;
+    uint32_t* row = port.pixels.data() + static_cast<size_t>(top) * static_cast<size_t>(port.width);
+    const bool at_left = r.left >= left, at_right = r.right <= right;
+    for (int v = top; v < bottom; v++, row += port.width) {
+        if (v == r.top || v == r.bottom - 1) {
+            fill_row(row + left, right - left, ink.fore);
+            continue;
+        }
+        if (at_left) row[left] = ink.fore;
+        if (at_right) row[right - 1] = ink.fore;
+    }
+    return true;
+}
+
 void raster_rect(GrafPort& port, const Rect& r, const raster_ink& ink) {
     const toolbox_region& clip = port.drawable;
     int left = std::max(r.left, clip.bounds.left), right = std::min(r.right, clip.bounds.right);

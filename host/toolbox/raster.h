@@ -24,5 +24,9 @@ inline raster_ink raster_plain(uint32_t colour) {
 // The colour that ink leaves where `was` was, for a set and for a clear bit of its pattern. [main]
 uint32_t raster_blend(const raster_ink& ink, bool set, uint32_t was);
 
+// Draws the one-pixel outline of r, which is not empty, where clip and ink are simple; false, and nothing is drawn, where
+// they are not. [main]
+bool raster_outline(GrafPort& port, const Rect& r, const raster_ink& ink);
+
 // Fills the pixels of r that the port's drawable region holds. The one routine that applies clip, pattern and mode. [main]
 void raster_rect(GrafPort& port, const Rect& r, const raster_ink& ink);
