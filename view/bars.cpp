@@ -160,7 +160,13 @@ void bar_pass::begin(const view_frame& f) {
     frame = &f;
     cover.begin(f.data);
     erasings = 0;
-    seen.clear();
+    count = 0;
+}
+
+inline void bar_pass::push(const void* what, unsigned parts) {
+    constexpr std::size_t MORE = 1024;
+    if (count == seen.size()) seen.resize(count * 2 + MORE);
+    seen[count++] = {what, parts};
 }
 
 void bar_pass::add(const bar_look& look) {
@@ -168,7 +174,7 @@ void bar_pass::add(const bar_look& look) {
     const unsigned parts = seen_parts(*frame, look, e, {ascent, descent}, cover);
     if (!parts) return;
     cover_bar(look, e, &cover);
-    seen.push_back({&look, nullptr, parts});
+    push(&look, parts);
 }
 
 // The lines of the grid reach one pixel beyond what is erased.
@@ -177,19 +183,20 @@ void bar_pass::add_erasing(const bar_box& erased) {
     if (cover.hides({erased.left, erased.top, erased.right + 1, bottom + 1})) return;
     cover.add({erased.left, erased.top, erased.right, bottom});
     ++erasings;
-    seen.push_back({nullptr, &erased, 0});
+    push(&erased, 0);
 }
 
 void bar_pass::draw(const view_frame& f) {
     if (erasings > 0) patches.begin(f);
-    for (std::size_t i = seen.size(); i-- > 0;) {
+    for (std::size_t i = count; i-- > 0;) {
         const step& s = seen[i];
-        if (s.look) {
-            if (erasings > 0) patches.draw(s.look->y - BAR_REACH, s.look->y + BAR_REACH);
-            draw_parts(f, *s.look, s.parts);
+        if (s.parts) {
+            const bar_look& look = *static_cast<const bar_look*>(s.what);
+            if (erasings > 0) patches.draw(look.y - BAR_REACH, look.y + BAR_REACH);
+            draw_parts(f, look, s.parts);
             continue;
         }
-        patches.add(*s.erased);
+        patches.add(*static_cast<const bar_box*>(s.what));
         if (--erasings == 0) patches.draw(f.data.top, f.data.bottom);
     }
     t_color(COLOR_FOREGROUND);

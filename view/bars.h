@@ -28,16 +28,18 @@ public:
 
 private:
     struct step {
-        const bar_look* look; // null: an erasing
-        const bar_box* erased;
+        const void*
+            what; // a bar_look, of which these parts are seen; a bar_box that was erased when there are none
         unsigned parts;
     };
+    void push(const void* what, unsigned parts);
     const view_frame* frame = nullptr;
     std::int32_t ascent = 0, descent = 0; // of text
     cover_map cover;
     std::int32_t erasings = 0; // steps that are, and are still to be drawn
     grid_patches patches;
-    std::vector<step> seen;
+    std::vector<step> seen; // grows only; `count` of it are in use
+    std::size_t count = 0;
 };
 
 // No bar, label or mark sets a pixel further than this above or below its middle.
