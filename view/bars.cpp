@@ -33,7 +33,7 @@ struct bar_edges {
           right(look.left + look.length) {
         head = f.labels ? look.left + HEAD : right;
         if (look.length <= HEAD + 1) right = head; // no box, and nothing behind it
-        box = std::min(head + look.label_width + 2, right);
+        box = std::min(head + look.label_width() + 2, right);
     }
 };
 
@@ -98,7 +98,7 @@ unsigned seen_by_boxes(const view_frame& f, const bar_look& look, const bar_edge
     if (shows(e.box, e.right)) seen |= PART_REST;
     const std::int32_t label = look.left + LABEL_LEFT;
     const std::int32_t baseline = look.y + LABEL_BASELINE;
-    const pixel_box behind_label{label, baseline - text.ascent, label + look.label_width,
+    const pixel_box behind_label{label, baseline - text.ascent, label + look.label_width(),
                                  baseline + text.descent};
     return f.labels && !cover.hides(behind_label) ? seen | PART_LABEL : seen;
 }
@@ -120,12 +120,12 @@ unsigned seen_in_window(const view_frame& f, const bar_look& look, const bar_edg
     // The text is higher than the bar, or as high; its own rows are those above and below.
     const std::uint64_t behind_label = bar & cover.hidden(look.left, baseline - text.ascent, e.top) &
                                        cover.hidden(look.left, e.bottom, baseline + text.descent);
-    return shows(behind_label, LABEL_LEFT, LABEL_LEFT + look.label_width) ? seen | PART_LABEL : seen;
+    return shows(behind_label, LABEL_LEFT, LABEL_LEFT + look.label_width()) ? seen | PART_LABEL : seen;
 }
 
 unsigned seen_parts(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
                     const cover_map& cover) {
-    const std::int32_t width = std::max(e.right - look.left, LABEL_LEFT + look.label_width);
+    const std::int32_t width = std::max(e.right - look.left, LABEL_LEFT + look.label_width());
     const bool fits = width <= 64 && cover.in_reach(look.left);
     return fits ? seen_in_window(f, look, e, text, cover) : seen_by_boxes(f, look, e, text, cover);
 }

@@ -253,7 +253,7 @@ bool is_under(const view_frame& f, const event& e, int h, int v) {
     bar_look look = brisolan_place(f, e);
     if (v < look.y - 1 || v > look.y + 1 || h < look.left) return false;
     brisolan_measure(f, &look);
-    return h <= look.right;
+    return h <= look.right();
 }
 
 event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
@@ -413,7 +413,7 @@ std::int32_t brisolan_eventrect(const brisolan* x, const event* e, std::int32_t*
     *top = box.top;
     *right = box.right;
     *bottom = box.bottom;
-    return look.right - look.left;
+    return look.right() - look.left;
 }
 
 event* brisolan_findevent(brisolan* x, int h, int v) {

@@ -37,6 +37,6 @@ view_frame brisolan_frame(const frame_settings& s) {
 
 void brisolan_measure(const view_frame& f, bar_look* look) {
     if (f.set.labelparam < 0) return;
-    look->label_width = brisolan_labelwidth(f.set.labelnotes != 0, look->label);
-    look->right = look->left + std::max(look->length, look->label_width + LABEL_MARGIN);
+    look->label_room =
+        static_cast<std::uint8_t>(brisolan_labelwidth(f.set.labelnotes != 0, look->label) + LABEL_MARGIN);
 }

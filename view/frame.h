@@ -8,6 +8,7 @@
 
 #include "core/instance.h"
 #include "host/toolbox.h"
+#include "view/format.h"
 #include "view/geometry.h"
 
 // As the instance's fields stand. Two equal ones place every event alike.
@@ -63,11 +64,13 @@ view_frame brisolan_frame(const frame_settings& settings);
 struct bar_look {
     std::int32_t time, value, extent, label, track; // of the event
     std::int32_t left, length;                      // of the bar; its length is at least 4
-    std::int32_t right;                             // of the bar with its label
-    std::int32_t label_width;                       // of the label's text
     std::int32_t y;                                 // of its middle
-    std::int16_t half;                              // half its height, one more when selected
+    std::int8_t half;                               // half its height, one more when selected
+    std::uint8_t label_room; // what its label takes of its length, margins too; 0: none
     bool selected, black_key;
+    // Right of the bar with its label; how wide the label's text is.
+    std::int32_t right() const { return left + std::max<std::int32_t>(length, label_room); }
+    std::int32_t label_width() const { return label_room ? label_room - LABEL_MARGIN : 0; }
     bool operator==(const bar_look&) const = default;
 };
 
@@ -84,7 +87,7 @@ inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
 // Makes the bar that of a selected event, or of another. [main]
 inline void brisolan_setselected(const view_frame& f, bar_look* look, bool selected) {
     look->selected = selected;
-    look->half = static_cast<std::int16_t>(f.half + (selected ? 1 : 0));
+    look->half = static_cast<std::int8_t>(f.half + (selected ? 1 : 0));
 }
 // value * UNIT / zoom, truncated toward zero. Divided as floating numbers, which takes a third of the time: of 35 bits by 31
 // the rounded quotient never reaches a whole number that the exact one does not. [main]
@@ -108,14 +111,13 @@ inline bar_look brisolan_valuesof(const view_frame& f, const event& e) {
     look.selected = e.selected != 0;
     return look;
 }
-// Places the bar by its values; `right` and `label_width` are left for brisolan_measure. [main]
+// Places the bar by its values; the label is left for brisolan_measure. [main]
 inline void brisolan_placelook(const view_frame& f, bar_look* placed) {
     bar_look& look = *placed;
     brisolan_setselected(f, &look, look.selected);
     look.left = f.left + brisolan_pixels(look.time, f.xzoom);
     look.length = std::max(brisolan_pixels(look.extent, f.lenzoom), LEAST_BAR);
-    look.right = look.left + look.length;
-    look.label_width = 0;
+    look.label_room = 0;
     const auto above = static_cast<std::int16_t>(brisolan_quotient(look.value, f.yzoom));
     look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
     look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
@@ -164,16 +166,17 @@ inline std::int16_t brisolan_boxrow(std::int32_t v) {
 
 // What erasing the event takes off the screen: the bar with its label and its "#" mark. Measured looks only. [main]
 inline bar_box brisolan_erasedbox(const bar_look& look) {
-    return {look.left - (look.black_key ? SHARP_WIDTH : 0), look.right, brisolan_boxrow(look.y - look.half),
+    return {look.left - (look.black_key ? SHARP_WIDTH : 0), look.right(), brisolan_boxrow(look.y - look.half),
             brisolan_boxrow(look.y + look.half)};
 }
 // What an erased box must overlap for the event to be drawn again. Measured looks only. [main]
 inline bar_box brisolan_touchedbox(const view_frame& f, const bar_look& look) {
     if (f.labels)
-        return {look.left, look.right, brisolan_boxrow(look.y - LABEL_REACH),
+        return {look.left, look.right(), brisolan_boxrow(look.y - LABEL_REACH),
                 brisolan_boxrow(look.y + LABEL_REACH)};
     if (look.black_key)
-        return {look.left, look.right, brisolan_boxrow(look.y - SHARP_REACH_ABOVE),
+        return {look.left, look.right(), brisolan_boxrow(look.y - SHARP_REACH_ABOVE),
                 brisolan_boxrow(look.y + SHARP_REACH_BELOW)};
-    return {look.left, look.right, brisolan_boxrow(look.y - look.half), brisolan_boxrow(look.y + look.half)};
+    return {look.left, look.right(), brisolan_boxrow(look.y - look.half),
+            brisolan_boxrow(look.y + look.half)};
 }

@@ -183,7 +183,7 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
         bar_look look = known ? d->look : brisolan_place(ix.frame, *e);
         if (look.left > ix.frame.set.width) continue;
         if (!known) brisolan_measure(ix.frame, &look);
-        if (look.right < ix.frame.data.left) continue;
+        if (look.right() < ix.frame.data.left) continue;
         const std::uint32_t place = e->place;
         ix.entries.push_back({e, look});
         e->place = static_cast<std::uint32_t>(ix.entries.size());
