@@ -7,6 +7,7 @@
 #include "app/score_document.h"
 #include "app/session.h"
 #include "host/boxes/boxes.h"
+#include "host/boxes/midi_device.h"
 #include "host/desktop/midi_ports.h"
 
 namespace {
@@ -63,6 +64,12 @@ std::vector<desk_port> editor::outputs() {
     return ports_of(midi_direction::out, output_name);
 }
 
+// At scheduler level: to the patches, and at once to whatever sounds.
+void editor::came_in(void* ed, std::int32_t place, std::int32_t key) {
+    midi_arrived(nullptr, place, key);
+    if (static_cast<const editor*>(ed)->hearing) midi_send(place >> 8, place & 255, key >> 8, key & 255);
+}
+
 std::string editor::choose_input(const std::string& name) {
     input.reset();
     input_name.clear();
@@ -70,7 +77,7 @@ std::string editor::choose_input(const std::string& name) {
     auto opened = std::make_unique<note_input>();
     input_wish wish;
     wish.port = name;
-    if (std::string why = opened->open(wish); !why.empty()) return why;
+    if (std::string why = opened->open(wish, {came_in, this}); !why.empty()) return why;
     input = std::move(opened);
     input_name = name;
     return "";

@@ -2,6 +2,7 @@
 // Layer: program. Made by the editor's main; called by the desktop's windows.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,12 +33,17 @@ public:
     std::string choose_output(const std::string& name) override;
     bool synth() const override { return sound != nullptr; }
     std::string set_synth(bool on) override;
+    bool hears_input() const override { return hearing; }
+    void set_hears_input(bool on) override { hearing = on; }
     std::string why_no_midi() override;
     void panic() override;
     void poll() override;
 
 private:
+    static void came_in(void* editor, std::int32_t place, std::int32_t key);
+
     live_session session;
+    std::atomic<bool> hearing{false};
     std::vector<std::string> lines;
     int made = 0;
     std::string input_name;

@@ -72,12 +72,22 @@ void score_document::remember() {
     copied = saved.score;
 }
 
-bool score_document::unsaved() {
+bool score_document::seems_unsaved() {
     if (from_copy) return true;
-    if (!saved.known) return false;
-    if (path.empty() && empty()) return false;
-    if (score_digest(patch.score()) == saved.score) return false;
-    return !is_midi() || midi_digest(console, patch.score()) != saved.midi;
+    if (!saved.known || (path.empty() && empty())) return false;
+    const std::uint64_t now = score_digest(patch.score());
+    return now == asked_of ? answer : now != saved.score;
+}
+
+bool score_document::unsaved() {
+    if (!seems_unsaved()) return false;
+    return from_copy || !is_midi() || unsaved_as_midi(score_digest(patch.score()));
+}
+
+bool score_document::unsaved_as_midi(std::uint64_t digest) {
+    if (digest != asked_of) answer = midi_digest(console, patch.score()) != saved.midi;
+    asked_of = digest;
+    return answer;
 }
 
 std::string score_document::save(const std::string& to) {
@@ -87,6 +97,7 @@ std::string score_document::save(const std::string& to) {
     path = to;
     from_copy = false;
     saved = state_now();
+    asked_of = 0;
     kel_patcher_setchanged(patch.patcher(), false);
     return "";
 }

@@ -24,6 +24,7 @@ public:
     const std::string& file() const override { return path; }
     std::string title() const override;
     bool unsaved() override;
+    bool seems_unsaved() override;
     void remember() override;
     std::string save(const std::string& to) override;
     std::string export_midi(const std::string& to, int format, bool timecode) override;
@@ -67,6 +68,7 @@ private:
         std::uint64_t midi = 0; // only of a document that is a MIDI file
     };
     saved_state state_now();
+    bool unsaved_as_midi(std::uint64_t digest);
     bool is_midi() const;
 
     std::function<void(const std::string&)>& console;
@@ -75,6 +77,9 @@ private:
     std::string path;
     bool from_copy = false; // never saved since it was taken from a copy
     saved_state saved;
+    // The last answer that took the writing of a file to find.
+    std::uint64_t asked_of = 0; // score_digest then
+    bool answer = false;
     std::uint64_t copied = 0; // score_digest of the copy written last
 
     // The length as of these counts; for edits in place it is looked up anew every second as well.

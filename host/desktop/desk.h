@@ -46,8 +46,10 @@ public:
     virtual const std::string& file() const = 0;
     // A short name for titles.
     virtual std::string title() const = 0;
-    // Whether a saved file would now be another than the one last saved or read.
+    // Whether a saved file would now be another than the one last saved or read. seems_unsaved is for looking at often: it
+    // may be true where the difference is one that the file's kind cannot hold.
     virtual bool unsaved() = 0;
+    virtual bool seems_unsaved() = 0;
     // To be called before anything may change the document, and when there is nothing else to do.
     virtual void remember() = 0;
 
@@ -126,6 +128,9 @@ public:
     virtual std::string choose_output(const std::string& name) = 0;
     virtual bool synth() const = 0;
     virtual std::string set_synth(bool on) = 0;
+    // Whether notes that come in are heard at once.
+    virtual bool hears_input() const = 0;
+    virtual void set_hears_input(bool on) = 0;
     virtual std::string why_no_midi() = 0; // empty: there is a MIDI system
     virtual void panic() = 0;              // ends every note, on every channel
     virtual void poll() = 0;               // about once a second

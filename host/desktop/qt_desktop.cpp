@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include <QApplication>
 #include <QFile>
@@ -30,6 +32,7 @@ const QString RECENT = QStringLiteral("files/recent");
 const QString FOLDER = QStringLiteral("files/folder");
 const QString INPUT = QStringLiteral("midi/input");
 const QString OUTPUT = QStringLiteral("midi/output");
+const QString HEAR = QStringLiteral("midi/hear");
 const QString COPY_SECONDS = QStringLiteral("files/copy-seconds");
 const QString SYNTH = QStringLiteral("midi/synth");
 
@@ -221,11 +224,17 @@ void qt_desktop::set_synth(bool on) {
     show_devices();
 }
 
+void qt_desktop::set_hears_input(bool on) {
+    behind.set_hears_input(on);
+    kept.setValue(HEAR, on);
+}
+
 // As they were chosen last; at the first start the synth.
 void qt_desktop::open_devices() {
     const QString input = kept.value(INPUT).toString();
     const QString output = kept.value(OUTPUT).toString();
     const bool synth = kept.value(SYNTH, output.isEmpty()).toBool();
+    behind.set_hears_input(kept.value(HEAR, false).toBool());
     const qt_in_kernel now;
     port_trouble = QString::fromStdString(behind.why_no_midi());
     const auto reopen = [this](const QString& name, std::string why) {
@@ -302,9 +311,27 @@ void qt_desktop::show_about(QWidget* asking) {
             .arg(QApplication::applicationVersion()));
 }
 
+namespace {
+
+// What Qt said last before it would give up.
+QString last_words;
+
+// A display that does not answer is no crash: one line says so.
+void while_starting(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "brisolan: the editor cannot be shown: %s\n", qUtf8Printable(last_words));
+        std::_Exit(1);
+    }
+    if (type == QtWarningMsg && text.contains(QStringLiteral("display"))) last_words = text;
+}
+
+} // namespace
+
 int desktop_run(int argc, char** argv,
                 const std::function<std::unique_ptr<desk_program>(const host_platform& machine)>& start) {
+    qInstallMessageHandler(while_starting);
     QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setOrganizationName(QStringLiteral("brisolan"));
     QApplication::setApplicationName(QStringLiteral("brisolan"));
     QApplication::setApplicationVersion(QStringLiteral(BRISOLAN_VERSION));

@@ -14,6 +14,9 @@
 
 class qt_editor_window;
 
+// The setting of the picture's size: display pixels for one of its, 0 by the display.
+inline const QString QT_SCALE_KEY = QStringLiteral("view/scale");
+
 class qt_desktop {
 public:
     explicit qt_desktop(desk_program& program);
@@ -42,6 +45,7 @@ public:
     // Devices, remembered for the next start. What cannot be is said in the window's status line.
     void choose_port(bool input, const QString& name);
     void set_synth(bool on);
+    void set_hears_input(bool on);
     void open_devices();
 
     // Offers what a program that did not end as it should has left; true when a window came of it.

@@ -278,6 +278,11 @@ void qt_editor_window::fill_midi_menu(QMenu* menu) {
     synth->setCheckable(true);
     connect(synth, &QAction::triggered, this, [this](bool wanted) { desktop.set_synth(wanted); });
     connect(menu, &QMenu::aboutToShow, this, [this, synth] { synth->setChecked(desktop.program().synth()); });
+    QAction* const hear = menu->addAction(QStringLiteral("&Hear the input"));
+    hear->setCheckable(true);
+    connect(hear, &QAction::triggered, this, [this](bool wanted) { desktop.set_hears_input(wanted); });
+    connect(menu, &QMenu::aboutToShow, this,
+            [this, hear] { hear->setChecked(desktop.program().hears_input()); });
     menu->addSeparator();
     add(menu, QStringLiteral("&Panic: end every note"), QKeySequence(QStringLiteral("Ctrl+.")), [this] {
         act([this] {
@@ -376,10 +381,13 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
     QMenu* const sizes = menu->addMenu(QStringLiteral("&Size of the picture"));
     auto* const group = new QActionGroup(sizes);
     for (int s = 0; s <= LARGEST_SCALE; ++s) {
-        QAction* const a = add(sizes, s ? QStringLiteral("&%1 ×").arg(s) : QStringLiteral("&By the display"),
-                               {}, [this, s] { score->set_scale(s); });
+        QAction* const a =
+            add(sizes, s ? QStringLiteral("&%1 ×").arg(s) : QStringLiteral("&By the display"), {}, [this, s] {
+                score->set_scale(s);
+                desktop.settings().setValue(QT_SCALE_KEY, s);
+            });
         a->setCheckable(true);
-        a->setChecked(s == 0);
+        a->setChecked(s == score->wanted_scale());
         group->addAction(a);
     }
 }

@@ -46,6 +46,7 @@ qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document>
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
     setCentralWidget(score);
+    score->set_scale(desktop.settings().value(QT_SCALE_KEY, 0).toInt());
     make_actions();
     bar = new qt_transport_bar(on, this);
     addToolBar(Qt::TopToolBarArea, bar);
@@ -147,7 +148,7 @@ void qt_editor_window::show_transport() {
     QString text = QStringLiteral("%L1 notes").arg(shown->nnotes());
     if (selected) text += QStringLiteral(", %L1 selected").arg(selected);
     counts->setText(text);
-    setWindowModified(shown->unsaved());
+    setWindowModified(shown->seems_unsaved());
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -33,6 +33,15 @@ TEST_F(edit_command_test, names_a_file_that_is_not_there) {
     EXPECT_EQ(f.err, "brisolan: " + file("none.mid") + ": No such file or directory\n");
 }
 
+TEST_F(edit_command_test, a_display_that_does_not_answer_is_told_of_in_one_line) {
+    if (!BRISOLAN_HAVE_QT) GTEST_SKIP();
+    setenv("DISPLAY", ":4077", 1);
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    const finished f = run({"edit"});
+    EXPECT_EQ(f.status, 1);
+    EXPECT_EQ(f.err, "brisolan: the editor cannot be shown: could not connect to display :4077\n");
+}
+
 TEST_F(edit_command_test, a_word_that_is_neither_command_nor_file_is_misuse) {
     EXPECT_EQ(run({"frobnicate"}).status, 2);
 }

@@ -127,35 +127,58 @@ TEST_F(live_editor_play, follows_a_player_with_the_accompaniment) {
     EXPECT_EQ(pitches, (std::vector<int>{36, 40, 60, 62}));
 }
 
-TEST_F(live_editor_play, dragging_the_view_does_not_hold_the_notes_up) {
+TEST_F(live_editor_play, what_comes_in_is_heard_when_that_was_chosen) {
+    editor->set("midi", "input=peer:midi out\noutput=peer:midi in\nsynth=false\nhear=true");
+    editor->open({}, "Untitled");
+    sleep_ms(500);
+    play_keys(jack_peer::now() + 100'000, {{0, 65, 50, 3}});
+    ASSERT_TRUE(holds_within(2000, [this] { return peer->heard().size() >= 2; }));
+    EXPECT_EQ(notes().at(0).bytes, (std::array<int, 3>{0x92, 65, 100}));
+}
+
+// Of the distances from the usual one, that which ninety-nine of a hundred notes keep below.
+double lateness(const std::vector<timed_message>& notes, int apart) {
+    std::vector<double> off;
+    for (std::size_t i = 0; i < notes.size(); ++i)
+        off.push_back(static_cast<double>(notes[i].at) / 1000 - static_cast<double>(i) * apart);
+    std::sort(off.begin(), off.end());
+    const double middle = off[off.size() / 2];
+    for (double& o : off) o = std::abs(o - middle);
+    std::sort(off.begin(), off.end());
+    return off[off.size() * 99 / 100];
+}
+
+TEST_F(live_editor_play, moving_the_view_of_a_large_score_does_not_hold_the_notes_up) {
+    constexpr int APART = 20;
     use_ports();
     std::vector<score_note> wanted;
-    for (int i = 0; i < 100'000; ++i) wanted.push_back({1000 + i * 20, 40 + i % 48, 15});
+    for (int i = 0; i < 100'000; ++i) wanted.push_back({1000 + i * APART, 40 + i % 48, 15});
     editor->open({score("large.mid", wanted)}, "large.mid");
     sleep_ms(500);
-    const auto usual_lateness = [this](std::size_t from) {
-        const std::vector<timed_message> all = notes();
-        std::vector<double> off;
-        for (std::size_t i = from; i < all.size(); ++i)
-            off.push_back(static_cast<double>(all[i].at) / 1000 - static_cast<double>(i) * 20);
-        std::sort(off.begin(), off.end());
-        const double middle = off[off.size() / 2];
-        for (double& o : off) o = std::abs(o - middle);
-        std::sort(off.begin(), off.end());
-        return off[off.size() * 9 / 10];
-    };
-    editor->screen->key("space");
-    sleep_ms(3000);
-    const std::size_t undisturbed = notes().size();
-    ASSERT_GT(undisturbed, 50U);
-    const double quiet = usual_lateness(0);
-    // The wheel without a pause, over the notes.
-    editor->screen->move(400, 300);
-    for (int i = 0; i < 12; ++i)
-        editor->screen->tool({"click", "--repeat", "20", "--delay", "10", i % 2 ? "4" : "5"});
-    const double busy = usual_lateness(undisturbed);
-    std::printf("nine of ten notes are off by %.2f ms at most, %.2f ms while the view moves\n", quiet, busy);
-    EXPECT_LT(busy, quiet + 5);
+    double best = 1e9;
+    // A machine that does something else for a moment makes notes late in either part.
+    for (int tries = 0; tries < 4 && best > 1; ++tries) {
+        const std::size_t before = notes().size();
+        editor->screen->key("space");
+        sleep_ms(4000);
+        std::vector<timed_message> all = notes();
+        const double quiet = lateness({all.begin() + static_cast<std::ptrdiff_t>(before), all.end()}, APART);
+        const std::size_t undisturbed = all.size();
+        ASSERT_GT(undisturbed, before + 50);
+        editor->screen->move(400, 300);
+        // The wheel through time and values, without a pause.
+        for (int i = 0; i < 12; ++i)
+            editor->screen->tool({"click", "--repeat", "30", "--delay", "8", std::to_string(4 + i % 4)});
+        all = notes();
+        const double moving =
+            lateness({all.begin() + static_cast<std::ptrdiff_t>(undisturbed), all.end()}, APART);
+        editor->screen->key("space");
+        editor->screen->key("Home");
+        std::printf("99 of 100 notes are off by %.2f ms at most, %.2f ms while the view moves\n", quiet,
+                    moving);
+        best = std::min(best, moving - quiet);
+    }
+    EXPECT_LT(best, 3);
 }
 
 } // namespace

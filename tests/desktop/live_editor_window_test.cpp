@@ -14,6 +14,7 @@ constexpr int DATA_HEIGHT = 256; // 128 pitches
 constexpr int CONTENT_TOP = 62;
 constexpr int LEGEND_MIDDLE = 10;
 constexpr int VEL_VALUE_X = 234;
+constexpr int VEL_PICTURE_X = 204;
 // A place in the data area of a new window, well away from its edges.
 constexpr int MID_X = 448;
 constexpr int MID_Y = 260;
@@ -103,6 +104,20 @@ TEST_F(live_editor_window, a_legend_value_is_dragged_in_a_loop_of_the_toolbox) {
     editor->save();
     const int after = editor->list("one.kel")[0][VEL];
     EXPECT_EQ(after, velocity + 10);
+}
+
+TEST_F(live_editor_window, a_role_is_chosen_from_the_menu_that_pops_up_at_its_picture) {
+    draw_one("one.kel");
+    const int y = MID_Y - (DATA_HEIGHT + CONTENT_TOP - editor->list("one.kel")[0][PITCH] * PIXELS_A_PITCH);
+    // Vel becomes the vertical axis: the pointer's arrow keys then move velocities.
+    editor->screen->click(VEL_PICTURE_X, y + LEGEND_MIDDLE);
+    for (const char* key : {"Down", "Down", "Down", "Return"}) editor->screen->key(key);
+    editor->screen->key("ctrl+a");
+    const int velocity = editor->list("one.kel")[0][VEL];
+    editor->screen->key("Up");
+    editor->save();
+    EXPECT_EQ(editor->list("one.kel")[0][VEL], velocity + 1);
+    editor->quit();
 }
 
 TEST_F(live_editor_window, the_clipboard_is_text_for_other_programs_and_from_them) {

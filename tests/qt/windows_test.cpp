@@ -10,11 +10,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QTimer>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -305,6 +308,20 @@ TEST_F(windows_test, the_picture_fills_its_widget_with_whole_pixels) {
         }
         EXPECT_EQ(uneven, 0) << scale;
     }
+}
+
+TEST_F(windows_test, a_file_dropped_on_a_window_is_opened) {
+    qt_editor_window* const w = desktop->new_document();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(example()))});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(w, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(w, &drop);
+    settle();
+    const QStringList recent = desktop->recent();
+    EXPECT_EQ(recent, QStringList{QString::fromStdString(example())});
 }
 
 TEST_F(windows_test, a_file_that_cannot_be_read_is_told_of_and_opens_no_window) {
