@@ -81,26 +81,58 @@ struct note_off {
     }
 };
 
-// Note-offs to come, the earliest on top; of equal times that of the note that began last.
+// Note-offs to come; of equal times that of the note that began last is the earliest. It stands apart, and a melody has no
+// others. Those that come in the order of their ends, as notes of one length do, form a row; a heap has the rest.
 class pending_notes {
 public:
     void push(std::int32_t end, std::uint8_t status, std::uint8_t pitch) {
-        heap.push_back({note_off::floor_of(end) | (0xFFFFFFFFU - ++pushed), status, pitch});
-        std::push_heap(heap.begin(), heap.end(), later);
+        note_off n{note_off::floor_of(end) | (0xFFFFFFFFU - ++pushed), status, pitch};
+        if (n.rank < first.rank) std::swap(n, first);
+        if (n.rank == NONE) return;
+        if (row_is_empty() || n.rank > row.back().rank) {
+            row.push_back(n);
+        } else {
+            heap.push_back(n);
+            std::push_heap(heap.begin(), heap.end(), later);
+        }
     }
-    bool ends_before(std::int32_t time) const {
-        return !heap.empty() && heap.front().rank < note_off::floor_of(time);
-    }
+    bool ends_before(std::int32_t time) const { return first.rank < note_off::floor_of(time); }
     note_off pop() {
+        const note_off n = first;
+        const std::uint64_t in_row = row_is_empty() ? NONE : row[row_begin].rank;
+        const std::uint64_t in_heap = heap.empty() ? NONE : heap.front().rank;
+        if (in_row < in_heap)
+            first = take_from_row();
+        else if (in_heap != NONE)
+            first = take_from_heap();
+        else
+            first.rank = NONE;
+        return n;
+    }
+
+private:
+    static constexpr std::uint64_t NONE = UINT64_MAX; // above every note's
+    static bool later(const note_off& a, const note_off& b) { return a.rank > b.rank; }
+
+    bool row_is_empty() const { return row_begin == row.size(); }
+    note_off take_from_row() {
+        const note_off n = row[row_begin++];
+        if (2 * row_begin >= row.size()) { // not more moves than notes
+            row.erase(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(row_begin));
+            row_begin = 0;
+        }
+        return n;
+    }
+    note_off take_from_heap() {
         std::pop_heap(heap.begin(), heap.end(), later);
         const note_off n = heap.back();
         heap.pop_back();
         return n;
     }
 
-private:
-    static bool later(const note_off& a, const note_off& b) { return a.rank > b.rank; }
-
+    note_off first{NONE, 0, 0};
+    std::vector<note_off> row;
+    std::size_t row_begin = 0; // what is in front has gone
     std::vector<note_off> heap;
     std::uint32_t pushed = 0;
 };
