@@ -13,7 +13,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 #include "host/desktop/desktop.h"
 #include "host/desktop/qt_editor_window.h"
@@ -71,9 +70,8 @@ qt_desktop::qt_desktop(desk_program& program) : behind(program) {
                 QTimer::singleShot(0, window, [window] { window->inspect(); });
         }
     };
-    auto* const timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, qApp, [this] { look_after(); });
-    timer->start(LOOK_EVERY_MS);
+    QObject::connect(&timer, &QTimer::timeout, [this] { look_after(); });
+    timer.start(LOOK_EVERY_MS);
 }
 
 qt_desktop::~qt_desktop() {

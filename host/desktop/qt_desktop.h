@@ -9,6 +9,7 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include "host/desktop/desk.h"
 
@@ -66,6 +67,7 @@ private:
     desk_program& behind;
     QSettings kept;
     std::vector<qt_editor_window*> windows;
+    QTimer timer; // for looking after everything, once a second
     int looks = 0;
     QString sound_trouble;
     QString port_trouble;
