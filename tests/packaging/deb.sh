@@ -15,7 +15,7 @@ field() { dpkg-deb -f "$1" "$2"; }
 for library in libc6 libstdc++6 libpng16-16; do
     field "$program" Depends | grep -q "$library (" || fail "no dependency on $library: $(field "$program" Depends)"
 done
-if ldd "$build/brisolan" | grep -q fluidsynth; then
+if grep -q 'libfluidsynth\.so' "$build/brisolan"; then # loaded by that name when sound is asked for
     field "$program" Depends | grep -q libfluidsynth3 || fail "no dependency on libfluidsynth3"
 fi
 if [ -e "$build/brisolan-editor" ]; then
