@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "app/patch_document.h"
 #include "app/score_document.h"
 #include "app/session.h"
 #include "host/boxes/boxes.h"
@@ -54,6 +55,26 @@ std::unique_ptr<desk_document> editor::open(const std::string& file, std::string
     auto d = std::make_unique<score_document>(session.print, 1);
     why = plain(d->start(file));
     return why.empty() ? std::move(d) : nullptr;
+}
+
+bool editor::is_patch(const std::string& file) {
+    return patch_document::is_one(file);
+}
+
+std::unique_ptr<desk_patch> editor::open_patch(const std::string& file, std::string& why) {
+    auto p = std::make_unique<patch_document>(session.print);
+    why = plain(p->start(file));
+    return why.empty() ? std::move(p) : nullptr;
+}
+
+std::string editor::state_of(host_object* score) {
+    const auto* const x = static_cast<const brisolan*>(score);
+    const char* does = "idle";
+    if (x->mode == MODE_PLAY) does = "playing";
+    if (x->mode == MODE_RECORD) does = "recording";
+    if (x->mode == MODE_FOLLOW) does = "following";
+    const std::int32_t n = x->nevents;
+    return std::to_string(n) + (n == 1 ? " note, " : " notes, ") + does;
 }
 
 std::vector<desk_port> editor::inputs() {

@@ -27,6 +27,10 @@ public:
     std::unique_ptr<desk_document> make(std::string& why) override;
     std::unique_ptr<desk_document> open(const std::string& file, std::string& why) override;
 
+    bool is_patch(const std::string& file) override;
+    std::unique_ptr<desk_patch> open_patch(const std::string& file, std::string& why) override;
+    std::string state_of(host_object* score) override;
+
     std::vector<desk_port> inputs() override;
     std::vector<desk_port> outputs() override;
     std::string choose_input(const std::string& name) override;

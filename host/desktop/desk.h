@@ -105,6 +105,17 @@ struct desk_port {
     bool chosen = false;
 };
 
+// A patch that is open by itself.
+class desk_patch {
+public:
+    virtual ~desk_patch() = default;
+    virtual host_patcher* patcher() = 0;
+    // Where it was read from or last saved.
+    virtual const std::string& file() const = 0;
+    // Writes it, its form told by the name's ending, and is from then on that file's; why it could not.
+    virtual std::string save(const std::string& to) = 0;
+};
+
 class desk_program {
 public:
     virtual ~desk_program() = default;
@@ -120,6 +131,12 @@ public:
     // A new, empty document; the one in a file. Null, and why in one line, when it cannot be.
     virtual std::unique_ptr<desk_document> make(std::string& why) = 0;
     virtual std::unique_ptr<desk_document> open(const std::string& file, std::string& why) = 0;
+
+    // Whether a file holds a patch rather than a score; the patch in it, running.
+    virtual bool is_patch(const std::string& file) = 0;
+    virtual std::unique_ptr<desk_patch> open_patch(const std::string& file, std::string& why) = 0;
+    // What a score has to tell of itself, in a few words.
+    virtual std::string state_of(host_object* score) = 0;
 
     // Devices. choose_…: an empty name means none; gives why it cannot be.
     virtual std::vector<desk_port> inputs() = 0;

@@ -57,8 +57,10 @@ qt_desktop::qt_desktop(desk_program& program) : behind(program) {
             window->raise();
             window->activateWindow();
         }
+        patches.window_shown(w);
     };
     qt_listen().window_hidden = [this](host_window* w) {
+        patches.window_hidden(w);
         for (qt_editor_window* window : windows) {
             if (window->document().editor() == w) QTimer::singleShot(0, window, &QWidget::close);
         }
@@ -112,6 +114,14 @@ qt_editor_window* qt_desktop::open_file(const QString& file, QWidget* asking) {
         window->activateWindow();
         return window;
     }
+    if (behind.is_patch(file_name(whole))) {
+        QString trouble;
+        if (patches.open(whole, trouble))
+            add_recent(whole);
+        else
+            QMessageBox::warning(asking, QStringLiteral("Not opened"), trouble);
+        return nullptr;
+    }
     std::string why;
     std::unique_ptr<desk_document> document;
     {
@@ -142,6 +152,7 @@ void qt_desktop::ask_to_open(QWidget* asking) {
 }
 
 void qt_desktop::quit() {
+    if (!patches.close_all()) return;
     const std::vector<qt_editor_window*> all = windows;
     for (qt_editor_window* window : all) {
         if (!window->close()) return;
@@ -204,6 +215,7 @@ void qt_desktop::show_devices() {
 
 void qt_desktop::tell_all(const QString& text) {
     for (qt_editor_window* window : windows) window->say(text);
+    patches.tell_all(text);
 }
 
 void qt_desktop::choose_port(bool input, const QString& name) {
@@ -346,7 +358,7 @@ int desktop_run(int argc, char** argv,
         const bool only_show = files.removeAll(QStringLiteral("--until-shown")) > 0;
         for (const QString& file : files) any = desktop.open_file(file) || any;
         if (!only_show) any = desktop.offer_copies() || any;
-        if (!any) desktop.new_document();
+        if (!any && !desktop.any_patch()) desktop.new_document();
         if (only_show) {
             // Its picture is on the screen, and what has come in was dealt with: the window can be used.
             while (!desktop.all_painted()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);

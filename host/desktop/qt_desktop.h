@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "host/desktop/desk.h"
+#include "host/desktop/qt_patches.h"
 
 class qt_editor_window;
 
@@ -32,6 +33,8 @@ public:
     // person is told.
     qt_editor_window* new_document();
     qt_editor_window* open_file(const QString& file, QWidget* asking = nullptr);
+    // The file of a patch opens in a window of its own, and gives null; this tells whether there is any.
+    bool any_patch() const { return !patches.none(); }
     void ask_to_open(QWidget* asking);
 
     // Asks each window; closes all when none objects.
@@ -65,6 +68,7 @@ private:
     void tell_all(const QString& text);
 
     desk_program& behind;
+    qt_patches patches{behind};
     QSettings kept;
     std::vector<qt_editor_window*> windows;
     QTimer timer; // for looking after everything, once a second

@@ -378,6 +378,8 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
         [](desk_document& d, bool wanted) { d.set_black_keys(wanted); });
     add(menu, QStringLiteral("&Parameters…"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { inspect(); });
     menu->addSeparator();
+    add(menu, QStringLiteral("Show pat&ch"), QKeySequence(QStringLiteral("Ctrl+P")),
+        [this] { show_patch(); });
     QMenu* const sizes = menu->addMenu(QStringLiteral("&Size of the picture"));
     auto* const group = new QActionGroup(sizes);
     for (int s = 0; s <= LARGEST_SCALE; ++s) {
@@ -396,4 +398,18 @@ void qt_editor_window::fill_help_menu(QMenu* menu) {
     add(menu, QStringLiteral("&Keys and tools"), QKeySequence::HelpContents,
         [this] { desktop.show_help(this); });
     add(menu, QStringLiteral("&About brisolan"), {}, [this] { desktop.show_about(this); });
+}
+
+// The boxes around the score, through which it plays, records and follows.
+void qt_editor_window::show_patch() {
+    if (!patch) {
+        qt_patch_hooks hooks;
+        hooks.before_press = [this] { shown->remember(); };
+        hooks.state = [this](host_object* x) { return desktop.program().state_of(x); };
+        patch =
+            new qt_patch_window(shown->patcher(), QStringLiteral("Patch of ") + called(), std::move(hooks));
+    }
+    patch->show();
+    patch->raise();
+    patch->activateWindow();
 }

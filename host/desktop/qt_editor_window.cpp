@@ -83,6 +83,7 @@ qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document>
 }
 
 qt_editor_window::~qt_editor_window() {
+    delete patch;
     score->forget();
     const qt_in_kernel now;
     qt_leave_view(shown->editor());

@@ -6,9 +6,11 @@
 #include <memory>
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include "host/desktop/desk.h"
 #include "host/desktop/qt_copies.h"
+#include "host/desktop/qt_patch_window.h"
 #include "host/desktop/qt_transport_bar.h"
 
 class QLabel;
@@ -67,6 +69,7 @@ private:
     void fill_ports(QMenu* menu, bool input);
     void fill_roles(QMenu* menu);
     void fill_tracks(QMenu* menu);
+    void show_patch();
     void check_edit_menu();
     void show_transport();
     void go_along(const desk_transport& t);
@@ -80,6 +83,7 @@ private:
     std::unique_ptr<desk_document> shown;
     std::unique_ptr<qt_copy> copy;
     qt_score_view* score;
+    QPointer<qt_patch_window> patch;
     qt_transport_actions on;
     qt_transport_bar* bar = nullptr;
     QAction* cut = nullptr;

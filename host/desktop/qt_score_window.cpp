@@ -1,0 +1,75 @@
+// host/desktop/qt_score_window.cpp: the plain editor window of a score in somebody's patch.
+// Layer: desktop platform, Qt.
+#include "host/desktop/qt_score_window.h"
+
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QTimer>
+
+#include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_score_view.h"
+#include "host/kernel/dispatch.h"
+#include "host/kernel/windows.h"
+
+qt_score_window::qt_score_window(host_window* w) : window_of(w), view(new qt_score_view(w, this)) {
+    setCentralWidget(view);
+    make_menus();
+    resize(view->size_for(w->width, w->height).grownBy({0, menuBar()->sizeHint().height(), 0, 0}));
+    view->setFocus();
+}
+
+qt_score_window::~qt_score_window() {
+    view->forget();
+    qt_leave_view(window_of);
+}
+
+// A score names its window after it has shown it, and only when it has a name.
+void qt_score_window::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    QTimer::singleShot(0, this, [this] {
+        const QString name = QString::fromStdString(kel_window_title(window_of));
+        setWindowTitle((name.isEmpty() ? QStringLiteral("Score") : name) + QStringLiteral(" — brisolan"));
+    });
+}
+
+// A command of the Edit menu, sent to the score as the host does.
+template <class Does> void qt_score_window::edit(Does does) {
+    if (qt_kernel_busy()) return;
+    {
+        const qt_in_kernel now;
+        const kel_in_port port(window_of);
+        does(window_of->owner);
+    }
+    view->drawn();
+}
+
+void qt_score_window::make_menus() {
+    const auto add = [this](QMenu* menu, const QString& text, const QKeySequence& key, auto does) {
+        connect(menu->addAction(text), &QAction::triggered, this, does);
+        menu->actions().back()->setShortcut(key);
+    };
+    const auto sends = [this](auto does) { return [this, does] { edit(does); }; };
+    add(menuBar()->addMenu(QStringLiteral("&File")), QStringLiteral("&Close"), QKeySequence::Close,
+        [this] { close(); });
+    QMenu* const menu = menuBar()->addMenu(QStringLiteral("&Edit"));
+    add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
+        sends([](host_object* x) { kel_private<"cut">(x); }));
+    add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
+        sends([](host_object* x) { kel_private<"copy">(x); }));
+    add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
+        sends([](host_object* x) { kel_private<"paste">(x); }));
+    add(menu, QStringLiteral("C&lear"), QKeySequence::Delete,
+        sends([](host_object* x) { kel_private<"clr">(x); }));
+    add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
+        sends([](host_object* x) { kel_private<"selectall">(x); }));
+}
+
+// The score hides its window, as it does when a message tells it to.
+void qt_score_window::closeEvent(QCloseEvent* event) {
+    if (qt_kernel_busy()) return event->ignore();
+    if (window_of->visible) {
+        const qt_in_kernel now;
+        kel_send(window_of->owner, host_symbol("wclose"), {});
+    }
+    event->accept();
+}
