@@ -52,11 +52,9 @@ std::string why_unreadable(const std::string& file) {
 }
 
 int run_edit(const std::vector<std::string>& files) {
-#if !BRISOLAN_HAVE_QT
-    (void)files;
-    return fail(
-        "this program was built without its editor, which needs Qt 6; --help tells what else it does");
-#else
+    if (!BRISOLAN_HAVE_QT)
+        return fail(
+            "this program was built without its editor, which needs Qt 6; --help tells what else it does");
     for (const std::string& file : files) {
         if (const std::string why = why_unreadable(file); !why.empty()) return fail(file + ": " + why);
     }
@@ -71,7 +69,6 @@ int run_edit(const std::vector<std::string>& files) {
     words.push_back(nullptr);
     execv(program.c_str(), words.data());
     return fail(program + ": " + std::strerror(errno));
-#endif
 }
 
 } // namespace
