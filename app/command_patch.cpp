@@ -2,6 +2,7 @@
 // Layer: program.
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 
 #include "app/commands.h"
@@ -11,12 +12,16 @@
 #include "host/boxes/boxes.h"
 #include "host/boxes/midi_device.h"
 #include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
+#include "host/kernel/memory.h"
 #include "host/kernel/patchfile.h"
 
 namespace {
 
 struct patch_options {
     std::string file;
+    std::string writable; // a folder
+    std::int64_t memory_mb = 1024;
     std::int64_t duration = -1; // virtual milliseconds; -1: real time, until a signal
     input_wish input;
     output_wish output;
@@ -40,6 +45,9 @@ void print_line(const std::string& line) {
 host_patcher* load(const patch_options& o) {
     load_brisolan();
     boxes_load();
+    kel_files_protect(true); // the patch may come from anyone
+    if (!o.writable.empty()) kel_file_allow(o.writable);
+    kel_memory_limit(o.memory_mb << 20);
     host_patcher* const p = kel_patcher_new();
     if (kel_patch_read(p, o.file.c_str(), host_default_path())) return p;
     kel_patcher_free(p);
@@ -61,6 +69,13 @@ void end(host_patcher* p) {
     host_lockout_set(before);
     kel_run_queue();
     kel_patcher_free(p);
+}
+
+// An option that names what is not there, before anything runs; empty when all is well.
+std::string why_unfit(const patch_options& o) {
+    std::error_code failed;
+    if (o.writable.empty() || std::filesystem::is_directory(o.writable, failed)) return "";
+    return o.writable + ": " + (failed ? failed.message() : "not a folder");
 }
 
 int run_for(const patch_options& o) {
@@ -107,9 +122,17 @@ void add_patch_command(CLI::App& program, int& status) {
     CLI::Option* const virtual_time =
         c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
             ->check(CLI::NonNegativeNumber);
+    c->add_option("--write-in", o->writable,
+                  "Let the patch make and replace files in this folder; without it, nowhere");
+    c->add_option("--memory", o->memory_mb, "At most this many megabytes for the patch's objects and events")
+        ->check(CLI::Range(1, 1 << 20))
+        ->capture_default_str();
     add_input_options(c, o->input, false);
     add_output_options(c, o->output, "to-");
     for (const char* live : {"--port", "--virtual", "--to-port", "--to-virtual", "--synth"})
         virtual_time->excludes(live);
-    c->callback([o, &status] { status = o->duration < 0 ? run_live(*o) : run_for(*o); });
+    c->callback([o, &status] {
+        const std::string why = why_unfit(*o);
+        status = !why.empty() ? fail(why) : o->duration < 0 ? run_live(*o) : run_for(*o);
+    });
 }

@@ -77,6 +77,7 @@ std::string named(const std::string& file, const std::string& why) {
 
 std::string read_named(console_printer& print, brisolan* x, const std::string& file, const std::string& shown,
                        int import_option) {
+    kel_files_protect(true); // what is read may come from anyone
     if (const std::string why = why_unreadable(file); !why.empty()) return named(shown, why);
     const file_type type = kel_filetype(file);
     if (type != TYPE_MIDI && type != TYPE_TEXT && type != TYPE_KELB) {

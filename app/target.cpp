@@ -20,6 +20,7 @@ bool more_than_one_track(const brisolan* x) {
 
 std::string write_from(std::function<void(const std::string&)>& console, brisolan* x,
                        const write_target& to) {
+    kel_file_allow(to.file);
     std::string error;
     const std::function<void(const std::string&)> before = console;
     console = [&error](const std::string& line) {

@@ -35,8 +35,9 @@ std::uint64_t cover_map::hidden(std::int32_t column, std::int32_t top, std::int3
     const int shift = at % BITS;
     const int from = std::max<int>(top, area.top) - area.top;
     const int to = std::min<int>(bottom, area.bottom) - area.top;
-    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(from) * words + at / BITS;
     std::uint64_t all = ~std::uint64_t{0};
+    if (from >= to) return all;
+    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(from) * words + at / BITS;
     // The second shift in two steps, so that a shift of 0 takes nothing of the next word.
     for (int v = from; v < to; ++v, row += words) all &= row[0] >> shift | row[1] << 1 << (BITS - 1 - shift);
     return all;

@@ -2,6 +2,7 @@
 // Layer: kernel.
 #include "host/kernel/dispatch.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 
@@ -20,10 +21,16 @@ std::map<std::string, host_class*, std::less<>>& classes() {
 // the stack is.
 constexpr int MAX_NESTING = 400;
 
+// How many messages one may set off all told: a patch in which each box sets off two doubles them a few dozen times.
+constexpr int MAX_SET_OFF = 10'000'000;
+std::atomic<int> max_set_off{MAX_SET_OFF};
+
 // The deliveries that run on the calling thread, inside one another.
 struct nesting {
     int depth = 0;
-    bool unwinding = false; // too deep: nothing more is delivered until the outermost has returned
+    int set_off = 0; // since the outermost began
+    bool unwinding =
+        false; // too deep or too many: nothing more is delivered until the outermost has returned
 };
 thread_local nesting t_nesting;
 
@@ -31,12 +38,14 @@ thread_local nesting t_nesting;
 class delivery {
 public:
     delivery() : before(host_lockout_set(true)) {
-        if (++t_nesting.depth <= MAX_NESTING || t_nesting.unwinding) return;
-        t_nesting.unwinding = true;
-        host_error("host: messages nested too deep");
+        nesting& n = t_nesting;
+        const bool deep = ++n.depth > MAX_NESTING;
+        if (n.unwinding || (!deep && ++n.set_off <= max_set_off.load(std::memory_order_relaxed))) return;
+        n.unwinding = true;
+        host_error(deep ? "host: messages nested too deep" : "host: too many messages at once");
     }
     ~delivery() {
-        if (--t_nesting.depth == 0) t_nesting.unwinding = false;
+        if (--t_nesting.depth == 0) t_nesting = {};
         host_lockout_set(before);
     }
     delivery(const delivery&) = delete;
@@ -144,6 +153,10 @@ const host_handler* method(const host_object* x, const symbol* selector) {
 }
 
 } // namespace
+
+void kel_message_limit(int n) {
+    max_set_off = n > 0 ? n : MAX_SET_OFF;
+}
 
 host_class* kel_class(const char* name) {
     const auto found = classes().find(name);

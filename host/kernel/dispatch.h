@@ -20,6 +20,10 @@ host_object* kel_object_new(host_class* c, std::span<const atom> arguments);
 // atoms; for a lone number see kel_number. At main level the caller's lockout is taken for the delivery. [both]
 bool kel_send(host_object* x, symbol* selector, std::span<const atom> arguments);
 
+// How many messages one may set off, all told, before the rest is dropped with a console line; 0 puts the ten million back
+// that it begins with. [main]
+void kel_message_limit(int n);
+
 // Delivers a number, or a symbol-less list, to the left inlet. [both]
 bool kel_number(host_object* x, const atom& value);
 

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -66,6 +67,9 @@ std::vector<std::string>& folders() {
 }
 
 std::vector<std::int16_t> search_path;
+
+bool protecting = false;
+std::vector<std::filesystem::path> allowed; // whole paths, without links
 
 int operations_to_fault = 0; // 0: none is to fail
 host_err fault_code = HOST_OK;
@@ -290,6 +294,24 @@ found_there look(const std::string& file) {
     return S_ISDIR(about.st_mode) ? found_there::directory : found_there::file;
 }
 
+// The place itself, whatever way leads there. Empty when that cannot be told.
+std::filesystem::path place_of(const std::string& file) {
+    std::error_code failed;
+    const std::filesystem::path absolute = std::filesystem::absolute(file, failed);
+    if (failed) return {};
+    const std::filesystem::path place = std::filesystem::weakly_canonical(absolute, failed);
+    return failed ? std::filesystem::path{} : place;
+}
+
+bool may_write(const std::string& target) {
+    if (!protecting) return true;
+    const std::filesystem::path place = place_of(target);
+    if (place.empty()) return false;
+    return std::any_of(allowed.begin(), allowed.end(), [&place](const std::filesystem::path& a) {
+        return std::mismatch(a.begin(), a.end(), place.begin(), place.end()).first == a.end();
+    });
+}
+
 } // namespace
 
 void kel_setsearchpath(const std::vector<std::string>& list) {
@@ -339,6 +361,20 @@ const char* kel_filereason(host_err code) {
     case HOST_ERR_FORMAT: return "the content is not what it should be";
     default: return "unknown error";
     }
+}
+
+void kel_files_protect(bool on) {
+    protecting = on;
+    if (!on) allowed.clear();
+}
+
+void kel_file_allow(const std::string& file) {
+    if (!protecting || file.empty()) return;
+    std::string target = file;
+    if (follow_links(&target)) return;
+    if (target.size() > 1 && target.ends_with('/')) target.pop_back();
+    const std::filesystem::path place = place_of(target);
+    if (!place.empty()) allowed.push_back(place);
 }
 
 void kel_file_fault(int k, host_err code) {
@@ -398,6 +434,10 @@ host_err host_file_create(const char* name, std::int16_t path, file_type type, h
     std::string target = kel_filepath(name, path);
     if (name[0] == '\0' || target.ends_with('/')) return HOST_ERR_NAME;
     if (const host_err e = follow_links(&target)) return e;
+    if (!may_write(target)) {
+        host_error("host: %s: not written: you did not name this file", name);
+        return HOST_ERR_PERMISSION;
+    }
     struct stat about;
     const bool replaces = ::stat(target.c_str(), &about) == 0;
     if (!replaces && errno != ENOENT) return code_of(errno);

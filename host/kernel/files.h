@@ -35,6 +35,15 @@ file_type kel_typeofname(const char* name);
 // One phrase for a code of the file service, such as "no space left". Static. [both]
 const char* kel_filereason(host_err code);
 
+// Who may have files made or replaced by name. At first, and after each start of the host, everyone: what is sent comes
+// from the person. A program that loads what others made protects first: host_file_create then refuses, with
+// HOST_ERR_PERMISSION and a console line, all but what a person named, that is what kel_file_allow was told of and what
+// a save dialog gave. [main]
+void kel_files_protect(bool on);
+
+// Allows one file, by the place that its name stands for now, or a folder with all below it. [main]
+void kel_file_allow(const std::string& file);
+
 // For tests: the k-th operation from now on, counted from 1, fails with `code`; 0 ends that. Each host_file_… call and
 // each call of the system inside it is one operation. kel_file_faulted tells whether the failure has happened. [main]
 void kel_file_fault(int k, host_err code = HOST_ERR_IO);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "host/kernel/files.h"
 #include "host/kernel/level.h"
 #include "host/kernel/memory.h"
 #include "host/kernel/patcher_start.h"
@@ -28,6 +29,7 @@ void kel_start(kel_timing timing, const host_platform* platform) {
     main_level_here.emplace(kel_level::main);
     platform_now = platform ? *platform : host_platform{};
     kel_patcher_start();
+    kel_files_protect(false);
     kel_scheduler_start(timing);
 }
 

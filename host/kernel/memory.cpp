@@ -35,6 +35,7 @@ constexpr std::size_t NCLASSES = LARGEST / STEP;
 constexpr std::size_t CHUNK = 64 * 1024; // what is taken from the system at a time
 // The same once the main level holds many: of the size and at the places of the system's large pages. A sequence of a
 // million events else costs twelve thousand page faults, most of the time of reading it.
+constexpr std::int64_t RESERVE = 4 * 1024 * 1024; // beyond the limit, for what must go on
 constexpr std::size_t LARGE_CHUNK = 2 * 1024 * 1024;
 constexpr std::size_t MANY_CHUNKS = 16;
 constexpr std::size_t PAGE = 4096;
@@ -65,6 +66,9 @@ std::array<pool, NCLASSES> pools;
 std::array<std::atomic<std::int64_t>, 2> blocks_alive{}; // by level, each written by its level alone
 std::atomic<std::int64_t> bytes_taken{0};
 std::atomic<std::int64_t> bytes_limit{0};
+std::array<bool, 2> beyond_limit{}; // by level: what is asked for now may come out of the reserve
+std::atomic<bool> refused{false};   // a block was asked for in vain
+std::int64_t blocks_when_told = 0;  // 0: the console may be told of the next refusal; main level alone
 
 // The rest of the chunk that a level is cutting blocks from.
 struct chunk_rest {
@@ -85,7 +89,8 @@ std::size_t main_chunks = 0; // how many the main level has taken; main level al
 bool take_from_system(std::size_t bytes) {
     const auto n = static_cast<std::int64_t>(bytes);
     const std::int64_t limit = bytes_limit.load(std::memory_order_relaxed);
-    if (limit && bytes_taken.load(std::memory_order_relaxed) + n > limit) return false;
+    const std::int64_t more = beyond_limit[static_cast<std::size_t>(kel_current_level())] ? RESERVE : 0;
+    if (limit && bytes_taken.load(std::memory_order_relaxed) + n > limit + more) return false;
     bytes_taken.fetch_add(n, std::memory_order_relaxed);
     return true;
 }
@@ -115,7 +120,9 @@ void* system_chunk(std::size_t size) {
 }
 
 bool new_chunk(kel_level level, chunk_rest& rest) {
-    const bool many = level == kel_level::main && main_chunks++ >= MANY_CHUNKS;
+    // The reserve goes in small chunks, since what is left of one serves whoever asks.
+    const bool many = level == kel_level::main && !beyond_limit[static_cast<std::size_t>(level)] &&
+                      main_chunks++ >= MANY_CHUNKS;
     std::size_t size = many ? LARGE_CHUNK : CHUNK;
     void* memory = system_chunk(size);
     if (!memory && many) memory = system_chunk(size = CHUNK);
@@ -175,7 +182,9 @@ void give_scheduler(pool& p, void* block) {
 
 void* large_block(std::size_t size) {
     if (!take_from_system(size + STEP)) return nullptr;
-    return std::malloc(size + GUARD);
+    void* memory = std::malloc(size + GUARD);
+    if (!memory) bytes_taken.fetch_sub(static_cast<std::int64_t>(size + STEP), std::memory_order_relaxed);
+    return memory;
 }
 
 void count_blocks(std::int64_t by) {
@@ -221,6 +230,15 @@ void fill_stock(pool& p, std::size_t c) {
     p.stock.store(chain, std::memory_order_release);
 }
 
+// One line for as long as memory stays short: a patch that goes on asking would else fill the console.
+void tell_of_refusal() {
+    const std::int64_t alive = kel_memory_blocks();
+    if (alive < blocks_when_told - blocks_when_told / 10) blocks_when_told = 0;
+    if (!refused.exchange(false, std::memory_order_relaxed) || blocks_when_told) return;
+    blocks_when_told = std::max<std::int64_t>(alive, 1);
+    host_error("host: no memory left: %lld MB are in use", static_cast<long long>(kel_memory_bytes() >> 20));
+}
+
 } // namespace
 
 void* host_getbytes(std::size_t size) {
@@ -231,7 +249,16 @@ void* host_getbytes(std::size_t size) {
         const std::size_t c = class_of(size);
         raw = kel_current_level() == kel_level::main ? take_main(pools[c], c) : take_scheduler(pools[c], c);
     }
+    if (!raw) refused.store(true, std::memory_order_relaxed);
     return raw ? hand_out(raw, size) : nullptr;
+}
+
+void* kel_getbytes_reserved(std::size_t size) {
+    bool& beyond = beyond_limit[static_cast<std::size_t>(kel_current_level())];
+    beyond = true;
+    void* const block = host_getbytes(size);
+    beyond = false;
+    return block;
 }
 
 void host_freebytes(void* block, std::size_t size) {
@@ -250,6 +277,7 @@ void host_freebytes(void* block, std::size_t size) {
 }
 
 void kel_memory_quiescent() {
+    tell_of_refusal();
     for (std::size_t c = 0; c < NCLASSES; ++c) {
         pool& p = pools[c];
         if (p.returned.load(std::memory_order_relaxed)) {
@@ -268,6 +296,8 @@ std::int64_t kel_memory_bytes() {
 }
 void kel_memory_limit(std::int64_t bytes) {
     bytes_limit.store(bytes, std::memory_order_relaxed);
+    refused.store(false, std::memory_order_relaxed);
+    blocks_when_told = 0;
 }
 
 void kel_memory_reset() {

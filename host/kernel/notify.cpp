@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/kernel/dispatch.h"
+#include "host/kernel/files.h"
 #include "host/kernel/kernel.h"
 #include "host/kernel/notify.h"
 
@@ -55,7 +56,9 @@ host_err host_open_dialog(char* name, std::int16_t* path, file_type* type, std::
 host_err host_saveas_dialog(char* name, std::int16_t* path, file_type* type,
                             std::span<const file_type> types) {
     const host_platform& p = kel_platform();
-    return p.saveas_dialog ? p.saveas_dialog(p.user, name, path, type, types) : HOST_CANCELLED;
+    const host_err e = p.saveas_dialog ? p.saveas_dialog(p.user, name, path, type, types) : HOST_CANCELLED;
+    if (e == HOST_OK) kel_file_allow(kel_filepath(name, *path));
+    return e;
 }
 
 void host_connection_server(host_object* x, symbol* name) {

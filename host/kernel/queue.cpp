@@ -70,7 +70,7 @@ void free_call(deferred_call* d) {
 void defer(entry_kind kind, host_object* x, host_detail::deferred routine, symbol* selector,
            std::int32_t argc, const atom* argv) {
     const auto n = static_cast<std::size_t>(std::max(argc, 0));
-    void* block = host_getbytes(sizeof(deferred_call) + n * sizeof(atom));
+    void* block = kel_getbytes_reserved(sizeof(deferred_call) + n * sizeof(atom));
     if (!block) return;
     auto* d = new (block) deferred_call{{nullptr, kind}, x, routine, selector, static_cast<std::int32_t>(n)};
     for (std::size_t i = 0; i < n; ++i) new (d->argv() + i) atom(argv[i]);

@@ -236,6 +236,7 @@ void Draw1Control(ControlHandle control) {
     if (!control || !control->visible) return;
     // A control is drawn whole, whatever the content's clip is at the moment.
     GrafPort& port = *control->port;
+    port_lay_out(port);
     toolbox_region clip = std::exchange(port.clip, region_of(control->bounds));
     port_reclip(port);
     paint({port, *control}, lay_out(*control));

@@ -41,7 +41,13 @@ void port_reclip(GrafPort& port) {
 void GetPort(GrafPtr* port) {
     *port = toolbox_thePort;
 }
+void port_lay_out(GrafPort& port) {
+    if (port.pixels.empty())
+        port.pixels.assign(static_cast<size_t>(port.width) * static_cast<size_t>(port.height), WHITE);
+}
+
 void SetPort(GrafPtr port) {
+    if (port) port_lay_out(*port);
     toolbox_thePort = port;
 }
 
@@ -87,7 +93,6 @@ void ClipRect(const Rect* r) {
 GrafPtr toolbox_port_new(int width, int height) {
     GrafPtr port = new GrafPort;
     set_size(*port, width, height);
-    port->pixels.assign(static_cast<size_t>(port->width) * static_cast<size_t>(port->height), WHITE);
     port->changed = true;
     port_reclip(*port);
     return port;
@@ -102,9 +107,10 @@ void toolbox_port_resize(GrafPtr port, int width, int height) {
     int old_width = port->width, old_height = port->height;
     std::vector<uint32_t> old = std::move(port->pixels);
     set_size(*port, width, height);
-    port->pixels.assign(static_cast<size_t>(port->width) * static_cast<size_t>(port->height), WHITE);
+    port->pixels.clear();
+    if (!old.empty()) port_lay_out(*port);
     int columns = std::min(old_width, port->width);
-    for (int v = 0; v < std::min(old_height, port->height); v++) {
+    for (int v = 0; !old.empty() && v < std::min(old_height, port->height); v++) {
         auto from = old.begin() + static_cast<ptrdiff_t>(v) * old_width;
         std::copy(from, from + columns, port->pixels.begin() + static_cast<ptrdiff_t>(v) * port->width);
     }
@@ -117,6 +123,7 @@ void toolbox_port_setorigin(GrafPtr port, int h, int v) {
 }
 
 uint32_t* toolbox_port_pixels(GrafPtr port) {
+    port_lay_out(*port);
     return port->pixels.data();
 }
 int toolbox_port_width(GrafPtr port) {

@@ -15,7 +15,7 @@ struct toolbox_control;
 struct GrafPort {
     // The surface. Written by the host side alone.
     int width = 0, height = 0;
-    std::vector<uint32_t> pixels; // 0xFFRRGGBB, width a row
+    std::vector<uint32_t> pixels; // 0xFFRRGGBB, width a row; empty until port_lay_out
     Point origin{0, 0};           // of the port's (0, 0) on the screen
     bool changed = false;         // something was drawn since the machine last asked
 
@@ -43,6 +43,9 @@ struct GrafPort {
 // The current port, null when there is none. Written by SetPort and by a port's destruction.
 extern GrafPtr toolbox_thePort;
 
+// Gives the port its pixels, white, where it has none yet: a window that is never shown costs no bitmap. Whoever writes or
+// reads pixels calls it first; SetPort does so for all drawing in the current port. [main]
+void port_lay_out(GrafPort& port);
 // Works out drawable again. [main]
 void port_reclip(GrafPort& port);
 // An RGBColor as a pixel. [main]

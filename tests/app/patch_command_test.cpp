@@ -62,6 +62,87 @@ TEST_F(patch_command_test, the_messages_of_a_patch_that_feeds_itself_end) {
     EXPECT_EQ(f.err, "brisolan: host: messages nested too deep\n");
 }
 
+constexpr const char* wants_to_write =
+    "#N loadbang; #N message writekel here/a.kel , export here/a.mid; #N brisolan;\n"
+    "#P cord 0 0 1 0; #P cord 1 0 2 0;\n";
+
+TEST_F(patch_command_test, a_patch_writes_no_file_that_was_not_named) {
+    std::filesystem::create_directory(folder / "here");
+    std::filesystem::current_path(folder);
+    const finished f = run({"patch", text("a.kel", wants_to_write), "--for", "0"});
+    EXPECT_EQ(f.status, 0);
+    EXPECT_NE(f.err.find("host: here/a.kel: not written: you did not name this file\n"), std::string::npos)
+        << f.err;
+    EXPECT_NE(f.err.find("host: here/a.mid: not written: you did not name this file\n"), std::string::npos)
+        << f.err;
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "here"));
+}
+
+TEST_F(patch_command_test, a_patch_writes_into_the_folder_that_was_named_and_no_way_out_of_it) {
+    std::filesystem::create_directory(folder / "here");
+    std::filesystem::create_directory(folder / "there");
+    std::filesystem::create_directory_symlink("../there", folder / "here" / "link");
+    std::filesystem::create_symlink("../there/b.kel", folder / "here" / "b.kel");
+    std::filesystem::current_path(folder);
+    const finished f = run({"patch", text("a.kel", wants_to_write), "--for", "0", "--write-in", "here"});
+    EXPECT_EQ(f.err, "");
+    EXPECT_TRUE(std::filesystem::exists(folder / "here" / "a.kel"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "here" / "a.mid"));
+    const std::string ways_out = "#N loadbang; #N message writekel here/../there/a.kel , writekel "
+                                 "here/link/a.kel , writekel here/b.kel , "
+                                 "writekel herefrom.kel; #N brisolan; #P cord 0 0 1 0; #P cord 1 0 2 0;\n";
+    run({"patch", text("b.kel", ways_out), "--for", "0", "--write-in", "here"});
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "there"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "herefrom.kel"));
+    const finished missing =
+        run({"patch", text("a.kel", wants_to_write), "--for", "0", "--write-in", "none"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.err, "brisolan: none: No such file or directory\n");
+}
+
+TEST_F(patch_command_test, a_document_writes_no_file_when_it_is_read) {
+    std::filesystem::current_path(folder);
+    const std::string bad =
+        "#N brisolan;\n#X writekel stolen.kel;\n#X restore;\n#X 0 60 100 10 1 1 0 0;\n#X stop;\n";
+    run({"list", text("bad.kel", bad)});
+    run({"convert", file("bad.kel"), file("out.mid")});
+    run({"render", file("bad.kel"), file("out.png")});
+    EXPECT_FALSE(std::filesystem::exists(folder / "stolen.kel"));
+}
+
+// Seventeen pairs of message boxes, each pair banging both of the next: 2^17 notes out of two kilobytes.
+std::string explosive_patch() {
+    constexpr int PAIRS = 17;
+    std::string patch = "#N loadbang;\n";
+    const auto cord = [&patch](int from, int to) {
+        patch += "#P cord " + std::to_string(from) + " 0 " + std::to_string(to) + " 0;\n";
+    };
+    for (int i = 0; i < 2 * PAIRS; ++i) patch += "#N message bang;\n";
+    patch += "#N message 0 60 100 10;\n#N brisolan;\n#X restore;\n";
+    for (int pair = 0; pair < PAIRS; ++pair) {
+        for (const int to : {2 * pair + 1, 2 * pair + 2}) {
+            if (pair == 0) cord(0, to);
+            for (int from = 2 * pair - 1; pair > 0 && from <= 2 * pair; ++from) cord(from, to);
+        }
+    }
+    for (const int from : {2 * PAIRS - 1, 2 * PAIRS}) cord(from, 2 * PAIRS + 1);
+    cord(2 * PAIRS + 1, 2 * PAIRS + 2);
+    return patch;
+}
+
+TEST_F(patch_command_test, memory_ends_where_it_was_told_to_with_one_line_and_the_rest_goes_on) {
+    // Then the score is cleared, and what needs memory works again.
+    const std::string later = "#N loadbang; #N delay 5; #N message clear; #N delay 9; #N print after;\n"
+                              "#P cord 37 0 38 0; #P cord 37 0 40 0; #P cord 38 0 39 0; #P cord 39 0 36 0;\n"
+                              "#P cord 40 0 41 0;\n";
+    const std::string patch = explosive_patch() + later;
+    const finished f = run({"patch", text("big.kel", patch), "--for", "10", "--memory", "2"});
+    EXPECT_EQ(f.status, 0);
+    EXPECT_EQ(f.err, "brisolan: host: no memory left: 2 MB are in use\n");
+    EXPECT_EQ(f.out, "after: bang\n");
+    EXPECT_EQ(run({"patch", file("big.kel"), "--for", "10"}).err, "");
+}
+
 class follow_command_test : public command_test {
 protected:
     std::string tune() {

@@ -213,4 +213,30 @@ TEST_F(dispatch, ends_an_endless_nesting_with_one_error_line) {
     host_object_free(e);
 }
 
+// Sets off two of the next smaller number, so that one message becomes a power of two.
+void doubler_int(echo* x, std::int32_t n) {
+    ++echoes;
+    for (int i = 0; i < 2 && n > 0; ++i) kel_number(x, atom(n - 1));
+}
+
+TEST_F(dispatch, ends_an_explosion_of_messages_with_one_error_line) {
+    constexpr int MOST = 1000;
+    constexpr int LEVELS = 20;
+    kel_message_limit(MOST);
+    echo_class = host_class_setup("doubler", host_typed_lifecycle<echo_new, echo_free>());
+    host_class_addint(echo_class, host_typed<doubler_int, ARG_LONG>());
+    host_object* e = kel_object_new(echo_class, {});
+    echoes = 0;
+    kel_number(e, atom(LEVELS));
+    EXPECT_EQ(echoes, MOST);
+    EXPECT_EQ(taken(), lines_of{"error host: too many messages at once"});
+    // The next message starts anew, and one that keeps within the limit is delivered whole.
+    echoes = 0;
+    kel_number(e, atom(8));
+    EXPECT_EQ(echoes, (1 << 9) - 1);
+    EXPECT_EQ(taken(), lines_of{});
+    kel_message_limit(0);
+    host_object_free(e);
+}
+
 } // namespace
