@@ -2,6 +2,7 @@
 // Layer: kernel. Called by platforms and the program.
 #include "host/kernel/kernel.h"
 
+#include <climits>
 #include <cstdio>
 #include <optional>
 
@@ -16,7 +17,8 @@
 
 namespace {
 
-host_platform platform_now;              // set at the start, read at both levels
+host_platform platform_now; // set at the start, read at both levels
+constexpr int MOST_CALLS_AT_ONCE = 1000;
 std::optional<at_level> main_level_here; // the thread that started the host is the main level
 
 } // namespace
@@ -53,8 +55,10 @@ bool kel_end() {
 
 void kel_run_queue() {
     host_expect_main("kel_run_queue");
+    // In real time the scheduler may hand in calls as fast as they are carried out: then the platform gets its turn.
+    int left = kel_real_time() ? MOST_CALLS_AT_ONCE : INT_MAX;
     do {
-        while (kel_queue_run_one()) {
-        }
-    } while (kel_windows_draw_invalid());
+        while (left > 0 && kel_queue_run_one()) --left;
+    } while (kel_windows_draw_invalid() && left > 0);
+    if (left == 0 && platform_now.wake) platform_now.wake(platform_now.user);
 }

@@ -56,7 +56,8 @@ kel_time kel_next_due();
 void kel_post(void (*call)(void* context, std::int32_t a, std::int32_t b), void* context, std::int32_t a,
               std::int32_t b, kel_time at = -1);
 
-// Carries out queued low-priority calls and draws invalid windows anew until nothing is left. [main]
+// Carries out queued low-priority calls and draws invalid windows anew until nothing is left; in real time a thousand calls
+// at most, after which the platform is woken for the rest. [main]
 void kel_run_queue();
 
 // What the scheduler's thread got of what it asked for. [main]

@@ -39,10 +39,19 @@ static_assert(sizeof(deferred_call) % alignof(atom) == 0);
 std::atomic<entry*> inbox{nullptr};
 std::deque<entry*> queue; // main level alone
 
+// Deferred calls that wait. A clock that sets itself again without delay can make them faster than any main level takes
+// them: beyond this many they are dropped, and the console is told once for each time that it happens.
+constexpr std::int64_t MOST_WAITING = 100'000;
+std::atomic<std::int64_t> waiting{0};
+std::atomic<bool> dropped{false};
+bool told_of_drops = false; // main level alone; until few wait again
+
 void post(entry* e) {
-    e->next = inbox.load(std::memory_order_relaxed);
-    while (!inbox.compare_exchange_weak(e->next, e, std::memory_order_release, std::memory_order_relaxed)) {
-    }
+    entry* before = inbox.load(std::memory_order_relaxed);
+    do {
+        e->next = before; // not to be looked at once e is in: the main level may have freed it
+    } while (!inbox.compare_exchange_weak(before, e, std::memory_order_release, std::memory_order_relaxed));
+    if (before) return; // whoever came first has woken the main level, which takes all at once
     const host_platform& p = kel_platform();
     if (p.wake) p.wake(p.user);
 }
@@ -64,17 +73,30 @@ void sort_inbox() {
 }
 
 void free_call(deferred_call* d) {
+    waiting.fetch_sub(1, std::memory_order_relaxed);
     host_freebytes(d, d->bytes());
 }
 
 void defer(entry_kind kind, host_object* x, host_detail::deferred routine, symbol* selector,
            std::int32_t argc, const atom* argv) {
+    if (waiting.load(std::memory_order_relaxed) >= MOST_WAITING) {
+        dropped.store(true, std::memory_order_relaxed);
+        return;
+    }
     const auto n = static_cast<std::size_t>(std::max(argc, 0));
     void* block = kel_getbytes_reserved(sizeof(deferred_call) + n * sizeof(atom));
     if (!block) return;
+    waiting.fetch_add(1, std::memory_order_relaxed);
     auto* d = new (block) deferred_call{{nullptr, kind}, x, routine, selector, static_cast<std::int32_t>(n)};
     for (std::size_t i = 0; i < n; ++i) new (d->argv() + i) atom(argv[i]);
     post(d);
+}
+
+void tell_of_drops() {
+    if (waiting.load(std::memory_order_relaxed) < MOST_WAITING / 2) told_of_drops = false;
+    if (!dropped.exchange(false, std::memory_order_relaxed) || told_of_drops) return;
+    told_of_drops = true;
+    host_error("host: too many calls wait for the main level; some are dropped");
 }
 
 } // namespace
@@ -123,6 +145,7 @@ void host_qelem_free(host_qelem* q) {
 bool kel_queue_run_one() {
     kel_memory_quiescent();
     sort_inbox();
+    tell_of_drops();
     if (queue.empty()) return false;
     entry* e = queue.front();
     queue.pop_front();

@@ -212,6 +212,10 @@ void kel_scheduler_end() {
     state().due.clear();
 }
 
+bool kel_real_time() {
+    return timing_now == kel_timing::real_time;
+}
+
 kel_time kel_now() {
     if (t_now >= 0) return t_now;
     return timing_now == kel_timing::virtual_time ? virtual_now : monotonic() - started_at;

@@ -7,3 +7,6 @@
 // Starts the scheduler of this kind; ends it, joining its thread. [main]
 void kel_scheduler_start(kel_timing timing);
 void kel_scheduler_end();
+
+// Whether the scheduler level is a thread of its own now. [both]
+bool kel_real_time();
