@@ -45,10 +45,12 @@ bool patch_document::is_one(const std::string& file) {
 
 std::string patch_document::start(const std::string& from) {
     path = from;
+    kel_files_protect(true); // the patch may come from anyone
     return error_of([&] { return kel_patch_read(patch, from.c_str(), host_default_path()); });
 }
 
 std::string patch_document::save(const std::string& to) {
+    kel_file_allow(to);
     const int form = kel_typeofname(to.c_str()) == TYPE_KELB ? ATOMBUF_BINARY : ATOMBUF_TEXT;
     std::string why =
         error_of([&] { return kel_patch_write(patch, to.c_str(), host_default_path(), form) == HOST_OK; });
