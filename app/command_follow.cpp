@@ -1,7 +1,6 @@
 // app/command_follow.cpp: `brisolan follow`: a score follows a player, or a performance in virtual time.
 // Layer: program.
 #include <algorithm>
-#include <bitset>
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -9,6 +8,7 @@
 #include "app/commands.h"
 #include "app/devices.h"
 #include "app/live.h"
+#include "app/part.h"
 #include "app/performance.h"
 #include "app/play_patch.h"
 #include "app/source.h"
@@ -29,7 +29,6 @@ struct follow_options {
     output_wish output;
 };
 
-constexpr std::int32_t PERFORMER_CHANNEL = 1;
 constexpr int LOOK_EVERY_MS = 50;
 constexpr std::int32_t LARGEST_ALLOWANCE = 32767; // what the object keeps of a skip or a window
 
@@ -41,32 +40,6 @@ std::string tracks_of(const brisolan* x) {
     return text;
 }
 
-// Where the accompaniment on channel 1 goes: a channel that the score does not use, the second when it uses all.
-std::int32_t free_channel(const brisolan* x) {
-    std::bitset<17> used;
-    for (const event* e = x->events; e; e = e->next) {
-        if (e->chan >= 1 && e->chan <= 16) used.set(static_cast<std::size_t>(e->chan.get()));
-    }
-    for (std::int32_t c = 2; c <= 16; ++c) {
-        if (!used[static_cast<std::size_t>(c)]) return c;
-    }
-    return 2;
-}
-
-// Puts the performer's track on channel 1 and every other note off it. False when the track has no notes.
-bool give_part(brisolan* x, std::int32_t track) {
-    const std::int32_t other = free_channel(x);
-    bool found = false;
-    for (event* e = x->events; e; e = e->next) {
-        if (e->track == track)
-            e->chan = PERFORMER_CHANNEL;
-        else if (e->chan == PERFORMER_CHANNEL)
-            e->chan = other;
-        found = found || e->track == track;
-    }
-    return found;
-}
-
 // An empty string, or why there is nothing to follow.
 std::string choose_part(brisolan* score, const follow_options& o) {
     if (!score->events) return "there is no note in it";
@@ -74,9 +47,7 @@ std::string choose_part(brisolan* score, const follow_options& o) {
         if (give_part(score, o.part)) return "";
         return "no notes on track " + std::to_string(o.part) + "; its tracks are " + tracks_of(score);
     }
-    for (const event* e = score->events; e; e = e->next) {
-        if (e->chan == PERFORMER_CHANNEL) return "";
-    }
+    if (has_part(score)) return "";
     return "no notes on channel 1 to follow; choose the performer's track with --part, of " +
            tracks_of(score);
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 
+#include "app/part.h"
 #include "app/play_patch.h"
 #include "app/saved_form.h"
 #include "app/saved_roles.h"
@@ -25,7 +26,6 @@
 namespace {
 
 constexpr kel_time LENGTH_GROWS_OLD = 1000 * NS_PER_MS;
-constexpr std::int32_t PERFORMER_CHANNEL = 1;
 constexpr int LARGEST_ZOOM = 1 << 20;
 constexpr int BELOW_DATA = 30;   // scroll bar and track buttons
 constexpr int VALUE_MARGIN = 24; // pixels above the highest note and below the lowest
@@ -164,15 +164,23 @@ std::string score_document::record() {
 std::string score_document::follow(std::int64_t from) {
     std::int32_t n = 0;
     std::int32_t first = -1;
-    bool part = false;
     for (const event* e = patch.score()->events; e; e = e->next, ++n) {
         if (first < 0 && e->time >= from) first = n;
-        part = part || e->chan == PERFORMER_CHANNEL;
     }
     if (n == 0) return "there is no note to follow";
-    if (!part) return "no notes are on channel 1, which is the performer's part";
+    if (!has_part()) return "no notes are on channel 1, which is the performer's part";
     patch.follow(std::max(first, 0));
     return "";
+}
+
+bool score_document::has_part() const {
+    return ::has_part(patch.score());
+}
+
+void score_document::give_part(int track) {
+    ::give_part(patch.score(), track);
+    host_patcher_dirty(patch.patcher());
+    kel_window_update(editor());
 }
 
 void score_document::go_to(std::int64_t position) {

@@ -36,6 +36,8 @@ public:
     std::string step() override;
     std::string record() override;
     std::string follow(std::int64_t from) override;
+    bool has_part() const override;
+    void give_part(int track) override;
     void stop() override { patch.stop(); }
     void go_to(std::int64_t position) override;
     void set_speed(double speed) override { patch.set_speed(speed); }

@@ -71,6 +71,9 @@ public:
     virtual std::string step() = 0; // plays the note at the position and goes on to the next
     virtual std::string record() = 0;
     virtual std::string follow(std::int64_t from) = 0;
+    // Whether notes are the player's, which are those on channel 1; makes those of a track it.
+    virtual bool has_part() const = 0;
+    virtual void give_part(int track) = 0;
     virtual void stop() = 0;
     virtual void go_to(std::int64_t position) = 0; // while idle
     virtual void set_speed(double speed) = 0;

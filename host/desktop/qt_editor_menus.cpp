@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -82,6 +83,7 @@ void qt_editor_window::make_actions() {
         make(QStringLiteral("&Record"), QKeySequence(QStringLiteral("Ctrl+R")), true, [this] { record(); });
     on.follow = make(QStringLiteral("&Follow"), QKeySequence(QStringLiteral("Ctrl+Shift+F")), true, [this] {
         const desk_transport t = shown->transport();
+        if (t.mode != desk_mode::following && !choose_part()) return;
         act([this, t] {
             if (t.mode != desk_mode::following) return shown->follow(t.position);
             shown->stop();
@@ -99,6 +101,28 @@ void qt_editor_window::toggle_play() {
         shown->stop();
         return std::string();
     });
+}
+
+// Where no note is the player's, asks which track is. False when that was called off.
+bool qt_editor_window::choose_part() {
+    if (shown->empty() || shown->has_part()) return true;
+    QStringList names;
+    std::vector<int> numbers;
+    for (const desk_track& t : shown->tracks()) {
+        names.append(QStringLiteral("Track %1").arg(t.number));
+        numbers.push_back(t.number);
+    }
+    bool chosen = false;
+    const QString name =
+        QInputDialog::getItem(this, QStringLiteral("Follow"),
+                              QStringLiteral("Notes on channel 1 are the player's part, and there are none.\n"
+                                             "Which track is to be put on channel 1?"),
+                              names, 0, false, &chosen);
+    if (!chosen) return false;
+    shown->remember();
+    const qt_in_kernel now;
+    shown->give_part(numbers[static_cast<std::size_t>(names.indexOf(name))]);
+    return true;
 }
 
 // Recording empties the score: a person who has notes in it is asked.

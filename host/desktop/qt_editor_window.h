@@ -75,6 +75,7 @@ private:
     void go_along(const desk_transport& t);
     void act(const std::function<std::string()>& does);
     void record();
+    bool choose_part();
     void toggle_play();
     void change_speed(double factor);
     template <class Does> void edit(Does does);

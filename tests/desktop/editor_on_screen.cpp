@@ -54,11 +54,16 @@ void editor_on_screen::save_as(const std::string& name, const std::string& key) 
     screen->key("Return");
     ASSERT_TRUE(holds_within(ANSWER_MS, [&] { return std::filesystem::exists(file(name)); }));
     ASSERT_TRUE(screen->focus(name));
+    saved = file(name);
 }
 
 void editor_on_screen::save() {
+    const auto before = std::filesystem::last_write_time(saved);
     screen->key("ctrl+s");
-    sleep_ms(SETTLE_MS);
+    EXPECT_TRUE(holds_within(ANSWER_MS, [&] {
+        std::error_code replaced; // at this very moment
+        return std::filesystem::last_write_time(saved, replaced) != before && !replaced;
+    })) << "not saved";
 }
 
 std::vector<note_row> editor_on_screen::list(const std::string& name) const {

@@ -24,7 +24,7 @@ public:
 
     // Saves under a name in the folder, which the dialog asks for; ctrl+s where there is no name yet.
     void save_as(const std::string& name, const std::string& key = "ctrl+shift+s");
-    // Saves again.
+    // Saves again what save_as saved.
     void save();
     // The notes of a file in the folder, as `brisolan list` prints them.
     std::vector<note_row> list(const std::string& name) const;
@@ -40,6 +40,7 @@ public:
 
 private:
     std::filesystem::path folder;
+    std::filesystem::path saved;
 };
 
 // The fixture of tests that need nothing else: skipped, and saying so, where there is no screen to be had; in continuous
