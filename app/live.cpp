@@ -124,9 +124,10 @@ void live_session::hear(console_kind kind, const char* text) {
     wake();
 }
 
+// Those that are there now: a patch may write them faster than they are printed, without end.
 void live_session::print_lines() {
-    for (std::size_t at = out.load(std::memory_order_relaxed); at != in.load(std::memory_order_acquire);
-         ++at) {
+    const std::size_t until = in.load(std::memory_order_acquire);
+    for (std::size_t at = out.load(std::memory_order_relaxed); at != until; ++at) {
         const std::string line = ring[at % LINES].text.data();
         out.store(at + 1, std::memory_order_release);
         if (print) print(line);
