@@ -15,7 +15,7 @@ namespace {
 std::vector<const event*> named_events(const brisolan* x) {
     std::vector<const event*> named;
     for (const event* e : {static_cast<event*>(x->current), static_cast<event*>(x->firstsel),
-                           static_cast<event*>(x->finger)}) {
+                           static_cast<event*>(x->finger), static_cast<event*>(x->drawn)}) {
         if (e) named.push_back(e);
     }
     for (const event_node* n = x->held; n; n = n->next) named.push_back(n->note);
@@ -42,7 +42,7 @@ const char* broken_list(const brisolan* x) {
     }
     if (count != x->nevents) return "the list has fewer events than were counted";
     if (met != named.size())
-        return "current, firstsel, the finger, held or pending names no event of the list";
+        return "current, firstsel, drawn, the finger, held or pending names no event of the list";
     if (x->nselected < selected) return "more events are selected than were counted";
     return nullptr;
 }

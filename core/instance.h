@@ -5,7 +5,7 @@
 // What always holds between two calls:
 //   - times never fall along the list from `events`, as long as nobody edits a Time in place without re-sorting (a
 //     legend drag does) or appends behind a "delay"; `unordered` is 1 from then on;
-//   - `current` and `firstsel` are null or in the sequence; so is the event of every node in `held` and
+//   - `current`, `firstsel` and `drawn` are null or in the sequence; so is the event of every node in `held` and
 //     `follow_pending`, and `finger`;
 //   - `held` has at most two nodes; `held_tail` is its first node, or null when that node was taken out and another is
 //     left, and then nothing more is linked until the list is empty;
@@ -184,6 +184,8 @@ struct brisolan : host_object {
     // Selection and drags. Main level; `firstsel` also by "clear".
     cell<std::int32_t> nselected{0};
     event_link firstsel;
+    event_link
+        drawn; // the new event of a draw drag, which lengthens it; null when there is none or it was deleted
     Point clickpt{}; // where the press began
     std::int8_t dragkind =
         0; // 0 none, 1 to 3 move or tweak of a third, 7 draw, 8 rubber band, -1 track buttons

@@ -180,6 +180,7 @@ void brisolan_removeselected(brisolan* x) {
     brisolan_forgetnotes(x, is_selected);
     move_off_locked(x->current, is_selected);
     move_off_locked(x->firstsel, is_selected);
+    if (x->drawn && is_selected(*x->drawn)) x->drawn = nullptr;
     order_changed_locked(x);
     for (event_link* at = &x->events; *at;) {
         event* e = *at;
@@ -237,6 +238,7 @@ void brisolan_detachall(brisolan* x) {
         x->window->vscroll_value = std::int16_t{0};
         x->current = nullptr;
         x->firstsel = nullptr;
+        x->drawn = nullptr;
         x->events = nullptr;
         x->nevents = 0;
         x->unordered = std::uint8_t{0};

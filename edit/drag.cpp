@@ -12,6 +12,7 @@
 #include "view/events.h"
 #include "view/geometry.h"
 #include "view/legend.h"
+#include "view/legendvalues.h"
 #include "view/scroll.h"
 #include "view/tracking.h"
 #include "view/window.h"
@@ -55,6 +56,7 @@ void end_of_drag(brisolan* x) {
     brisolan_changed(x);
     brisolan_dirty(x);
     x->dragkind = DRAG_NONE;
+    x->drawn = nullptr;
 }
 
 // The pointer's distance from where it was at the last step, up and right being more.
@@ -146,9 +148,8 @@ void brisolan_drawdrag(brisolan* x, Point where, bool stilldown) {
         end_of_drag(x);
         return;
     }
-    // The new event is the anchor since the press; when it was deleted meanwhile, whoever is the anchor now is not it.
-    event* e = x->firstsel;
-    if (!e || !e->selected) return;
+    event* e = x->drawn;
+    if (!e) return;
     const std::int32_t length = std::max(brisolan_pixelstolength(x, where.h - x->clickpt.h), 0);
     {
         const in_data_area clipped(x);
@@ -158,5 +159,7 @@ void brisolan_drawdrag(brisolan* x, Point where, bool stilldown) {
         brisolan_settle(x);
     }
     if (x->lenparam == PARAM_TIME) brisolan_timeschanged(x);
-    brisolan_drawvalues(x);
+    // The legend follows the drawn event, even where a paste meanwhile has made another one the anchor.
+    brisolan_copytolegend(x, e);
+    brisolan_drawvaluerow(x);
 }

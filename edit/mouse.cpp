@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "core/locked.h"
 #include "core/sequence.h"
 #include "edit/drag.h"
 #include "edit/params.h"
@@ -54,6 +55,12 @@ void place_at(brisolan* x, event* e, Point where) {
     event_param(*e, x->yparam) = brisolan_vtovalue(x, where.v);
 }
 
+// The scheduler may have cleared the sequence since the event was linked.
+void hold_drawn(brisolan* x, event* e) {
+    const locked_out now;
+    x->drawn = e->alive == 1 ? e : nullptr;
+}
+
 } // namespace
 
 int brisolan_click(brisolan* x, Point where, int modifiers) {
@@ -101,6 +108,7 @@ void brisolan_drawmouse(brisolan* x, int modifiers, Point where) {
     brisolan_select(x, e);
     brisolan_drawit(x, e);
     brisolan_setfirstsel(x, e);
+    hold_drawn(x, e);
     brisolan_settle(x);
     x->dragkind = DRAG_DRAW;
     x->clickpt = where;

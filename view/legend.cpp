@@ -244,6 +244,10 @@ void brisolan_drawlegend(brisolan* x) {
 
 void brisolan_drawvalues(brisolan* x) {
     brisolan_filllegend(x);
+    brisolan_drawvaluerow(x);
+}
+
+void brisolan_drawvaluerow(brisolan* x) {
     t_textface(FACE_BOLD);
     const int end = x->window->width - SCROLLBAR;
     const RgnHandle saved = t_cliprect(DATA_LEFT, 0, end, LEGEND_BOTTOM);

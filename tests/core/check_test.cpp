@@ -70,7 +70,8 @@ TEST_F(check_test, finds_a_circle) {
 
 TEST_F(check_test, finds_references_to_events_outside_the_list) {
     event stray;
-    const std::string why = "current, firstsel, the finger, held or pending names no event of the list";
+    const std::string why =
+        "current, firstsel, drawn, the finger, held or pending names no event of the list";
     for (event_link brisolan::*link : {&brisolan::current, &brisolan::firstsel}) {
         event* before = x->*link;
         x->*link = &stray;

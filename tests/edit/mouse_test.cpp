@@ -157,6 +157,23 @@ TEST_F(mouse_test, draw_drag_of_an_event_deleted_meanwhile_changes_no_other) {
     EXPECT_EQ(nth(0)->dur, 500);
 }
 
+TEST_F(mouse_test, draw_drag_lengthens_the_drawn_event_though_others_were_pasted_meanwhile) {
+    fill("9000 60 64 500\r");
+    x->editmode = 3;
+    click(148, 200);
+    event* drawn = nth(0);
+    ASSERT_EQ(drawn->time, 2500);
+    paste("100 70 33 777\r");
+    ASSERT_EQ(x->firstsel, nth(0));
+    ASSERT_NE(x->firstsel, drawn);
+    drag(300, 200);
+    EXPECT_EQ(drawn->dur, 3800);
+    EXPECT_EQ(nth(0)->dur, 777);
+    EXPECT_EQ(param(PARAM_DUR).legvalue, 3800);
+    release(300, 200);
+    EXPECT_EQ(x->drawn, nullptr);
+}
+
 TEST_F(mouse_test, drags_outlive_a_clear) {
     fill("1000 60 64 500\r");
     click(98, 200);
