@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "core/steps.h"
 #include "host/kel.h"
 
 // The eight parameters of an event, in their order everywhere.
@@ -38,8 +39,11 @@ public:
         to.store(e, std::memory_order_release);
         return e;
     }
-    operator event*() const { return to.load(std::memory_order_acquire); }
-    event* operator->() const { return to.load(std::memory_order_acquire); }
+    operator event*() const {
+        brisolan_countstep();
+        return to.load(std::memory_order_acquire);
+    }
+    event* operator->() const { return *this; }
 
 private:
     std::atomic<event*> to{nullptr};

@@ -141,6 +141,7 @@ void brisolan_entrymoved(view_index& ix, const event* e, const bar_look& look);
 template <class Found> void placed_bands::in_cells(int from, int to, const bar_box& box, Found found) const {
     const std::uint32_t end = first[static_cast<std::size_t>(to) + 1];
     for (std::uint32_t i = first[static_cast<std::size_t>(from)]; i < end; ++i) {
+        brisolan_countstep();
         if (items[i].box.overlaps(box)) found(items[i].id);
     }
 }
@@ -161,6 +162,7 @@ template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& 
         if (!ix.entries[id].loose) found(id);
     });
     for (const std::uint32_t id : ix.loose) {
+        brisolan_countstep();
         if (brisolan_touchedbox(ix.frame, ix.entries[id].look).overlaps(box)) found(id);
     }
 }

@@ -46,6 +46,7 @@ bool copies(const raster_ink& ink) {
 
 // r lies inside the bitmap and the clip.
 void fill_inside(GrafPort& port, int left, int top, int right, int bottom, const raster_ink& ink) {
+    raster_countspans(bottom - top);
     uint32_t* row = port.pixels.data() + static_cast<size_t>(top) * static_cast<size_t>(port.width) + left;
     if (ink.solid && copies(ink)) {
         for (int v = top; v < bottom; v++, row += port.width) fill_row(row, right - left, ink.fore);
@@ -73,6 +74,7 @@ bool raster_outline(GrafPort& port, const Rect& r, const raster_ink& ink) {
     const int top = std::max(r.top, clip.bounds.top), bottom = std::min(r.bottom, clip.bounds.bottom);
     if (left >= right || top >= bottom) return true;
     port.changed = true;
+    raster_countspans(bottom - top);
     uint32_t* row = port.pixels.data() + static_cast<size_t>(top) * static_cast<size_t>(port.width);
     const bool at_left = r.left >= left, at_right = r.right <= right;
     for (int v = top; v < bottom; v++, row += port.width) {

@@ -14,6 +14,19 @@ struct raster_ink {
     Pattern pattern{{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}};
 };
 
+#ifndef NDEBUG
+// The spans that were drawn, one for each row of a rectangle or glyph, counted in debug builds for the tests. Written at
+// main level by whoever writes pixels; never set back.
+inline uint64_t raster_spans = 0;
+#endif
+
+// So many spans are drawn. Nothing in a release build. [main]
+inline void raster_countspans([[maybe_unused]] int spans) {
+#ifndef NDEBUG
+    raster_spans += static_cast<uint64_t>(spans);
+#endif
+}
+
 // Ink of one colour in the copy mode. [main]
 inline raster_ink raster_plain(uint32_t colour) {
     raster_ink ink;

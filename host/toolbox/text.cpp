@@ -55,6 +55,7 @@ void glyph_through_clip(GrafPort& port, int h, int top, const font_glyph& g, con
 
 // The whole glyph lies inside a rectangular clip and its ink replaces what is below.
 void glyph_inside(GrafPort& port, int h, int top, const font_glyph& g, uint32_t colour) {
+    raster_countspans(FONT_HEIGHT);
     uint32_t* row = port.pixels.data() + static_cast<ptrdiff_t>(top) * port.width + h;
     for (uint16_t bits : g.rows) {
         for (; bits; bits = static_cast<uint16_t>(bits & (bits - 1)))
