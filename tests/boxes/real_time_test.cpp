@@ -109,6 +109,24 @@ public:
     std::string why;
 };
 
+// Notes wait for nothing that the main level does: most of the piece falls into its sleep. How late the notes are is the
+// machine's matter; they are held to a twentieth of the sleep.
+TEST(RealTimePlay, AMainLevelThatStandsStillForTwoSecondsDelaysNoNote) {
+    real_time_patch p("play");
+    ASSERT_NE(p.score, nullptr) << p.why;
+    p.fill();
+    p.open_editor();
+    ear hears;
+    const kel_time host_start = ear::clock() - kel_now();
+    ASSERT_TRUE(start_playing(p.score, 0, 1));
+    constexpr std::chrono::seconds asleep{2}; // the piece takes less
+    std::this_thread::sleep_for(asleep);
+    ASSERT_TRUE(playing_is_over(p.score));
+    EXPECT_EQ(hears.notes.size(), std::size_t{NOTES} * 2);
+    constexpr kel_time LATEST = 100 * NS_PER_MS;
+    for (const heard_note& n : hears.notes) EXPECT_LT(n.at - host_start - n.due, LATEST);
+}
+
 TEST(RealTimePlay, EveryNoteLeavesInItsOrderAndNeverEarlyWhileTheMainLevelRedraws) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;

@@ -5,9 +5,14 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <random>
+#include <thread>
+
+#include <unistd.h>
 
 #include "app/live.h"
 #include "app/session.h"
@@ -139,6 +144,39 @@ private:
     midi_device device{this, hear};
 };
 
+// Ends the program, with its seed printed and a core to look at, before it takes the whole machine down.
+class memory_watch {
+public:
+    memory_watch() = default;
+    ~memory_watch() {
+        over = true;
+        watcher.join();
+    }
+    memory_watch(const memory_watch&) = delete;
+    memory_watch& operator=(const memory_watch&) = delete;
+
+private:
+    static std::int64_t resident() {
+        std::ifstream in("/proc/self/statm");
+        std::int64_t all = 0;
+        std::int64_t pages = 0;
+        in >> all >> pages;
+        return pages * sysconf(_SC_PAGESIZE);
+    }
+    void watch() const {
+        constexpr std::int64_t MOST = std::int64_t{3} << 30;
+        constexpr std::chrono::milliseconds EVERY{100};
+        for (; !over; std::this_thread::sleep_for(EVERY)) {
+            if (resident() < MOST) continue;
+            std::fprintf(stderr, "the stress takes more than 3 GB\n");
+            std::abort();
+        }
+    }
+
+    std::atomic<bool> over{false};
+    std::thread watcher{[this] { watch(); }};
+};
+
 TEST(RealTimeStress, EverythingAtOnceKeepsWhatAlwaysHolds) {
     const scratch_folder here(true);
     const char* const told = std::getenv("BRISOLAN_STRESS_SECONDS");
@@ -148,6 +186,7 @@ TEST(RealTimeStress, EverythingAtOnceKeepsWhatAlwaysHolds) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::printf("seed %u\n", seed); // before anything can go wrong
     std::fflush(stdout);
+    const memory_watch watch;
     stress s(seed);
     constexpr kel_time NS_PER_SECOND = 1000 * NS_PER_MS;
     constexpr int STEPS_BETWEEN = 20;
