@@ -171,8 +171,8 @@ void legend_drag(benchmark::State& state, std::int64_t n, sight how) {
     turns(state, n, on, side{[&] { on.e.edit([&] { brisolan_paramtrack(x, value = 100 - value); }); }});
 }
 
-// Deleting leaves the clipboard, from which all comes back.
-void delete_all(benchmark::State& state, std::int64_t n, sight how) {
+// What takes everything away by an edit; the clipboard brings it back, all selected.
+template <class Edit> void take_away(benchmark::State& state, std::int64_t n, sight how, Edit edit) {
     stage on(n, how);
     brisolan* x = on.e.x;
     on.e.edit([&] { brisolan_copy(x); });
@@ -183,7 +183,11 @@ void delete_all(benchmark::State& state, std::int64_t n, sight how) {
     side floor = on.floor();
     floor.prepare = refill;
     bench::in_turns(state, static_cast<double>(n), on.target(), floor,
-                    side{[&] { on.e.edit([&] { brisolan_clr(x); }); }, refill});
+                    side{[&] { on.e.edit([&] { edit(x); }); }, refill});
+}
+
+void delete_all(benchmark::State& state, std::int64_t n, sight how) {
+    take_away(state, n, how, brisolan_clr);
 }
 
 void paste_all(benchmark::State& state, std::int64_t n, sight how) {
@@ -200,17 +204,7 @@ void copy_all(benchmark::State& state, std::int64_t n) {
 }
 
 void clear_all(benchmark::State& state, std::int64_t n, sight how) {
-    stage on(n, how);
-    brisolan* x = on.e.x;
-    on.e.edit([&] { brisolan_copy(x); });
-    const auto refill = [&] {
-        if (!x->events) on.e.edit([&] { brisolan_paste(x); });
-        on.select_again();
-    };
-    side floor = on.floor();
-    floor.prepare = refill;
-    bench::in_turns(state, static_cast<double>(n), on.target(), floor,
-                    side{[&] { on.e.edit([&] { brisolan_clear(x); }); }, refill});
+    take_away(state, n, how, brisolan_clear);
 }
 
 // The band grows over everything, and shrinks again: two steps.
