@@ -21,6 +21,7 @@
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
+#include "host/desktop/qt_status.h"
 #include "host/kernel/dispatch.h"
 
 namespace {
@@ -108,7 +109,7 @@ QString qt_editor_window::called() const {
 }
 
 void qt_editor_window::say(const QString& text) {
-    statusBar()->showMessage(text, SAYING_MS);
+    qt_say(statusBar(), text, SAYING_MS);
 }
 
 void qt_editor_window::show_devices(const QString& text, const QString& trouble) {

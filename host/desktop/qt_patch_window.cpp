@@ -16,6 +16,7 @@
 #include <QTimer>
 
 #include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_status.h"
 
 namespace {
 
@@ -87,7 +88,7 @@ void qt_patch_window::look() {
 }
 
 void qt_patch_window::say(const QString& text) {
-    statusBar()->showMessage(text, SAYING_MS);
+    qt_say(statusBar(), text, SAYING_MS);
 }
 
 bool qt_patch_window::write(const std::string& to) {
