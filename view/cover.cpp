@@ -12,6 +12,19 @@ namespace {
 constexpr int PADDING = BITS; // columns in front of a row
 constexpr int PADDED_WORDS = 3;
 
+// What of a box lies in the area, in pixels from its left upper corner.
+struct inside {
+    int from, to, top, bottom;
+
+    inside(const pixel_box& box, const Rect& area)
+        : from(std::max<int>(box.left, area.left) - area.left),
+          to(std::min<int>(box.right, area.right) - area.left),
+          top(std::max<int>(box.top, area.top) - area.top),
+          bottom(std::min<int>(box.bottom, area.bottom) - area.top) {}
+    bool nothing() const { return from >= to || top >= bottom; }
+    bit_run columns() const { return bit_run(from + PADDING, to + PADDING); }
+};
+
 } // namespace
 
 void cover_map::begin(const Rect& data) {
@@ -44,26 +57,20 @@ std::uint64_t cover_map::hidden(std::int32_t column, std::int32_t top, std::int3
 }
 
 bool cover_map::hides(const pixel_box& box) const {
-    const int from = std::max<int>(box.left, area.left) - area.left;
-    const int to = std::min<int>(box.right, area.right) - area.left;
-    const int top = std::max<int>(box.top, area.top) - area.top;
-    const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
-    if (from >= to) return true;
-    const bit_run run(from + PADDING, to + PADDING);
-    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
-    for (int v = top; v < bottom; ++v, row += words) {
+    const inside part(box, area);
+    if (part.nothing()) return true;
+    const bit_run run = part.columns();
+    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(part.top) * words;
+    for (int v = part.top; v < part.bottom; ++v, row += words) {
         if (!run.all(row)) return false;
     }
     return true;
 }
 
 void cover_map::add(const pixel_box& box) {
-    const int from = std::max<int>(box.left, area.left) - area.left;
-    const int to = std::min<int>(box.right, area.right) - area.left;
-    const int top = std::max<int>(box.top, area.top) - area.top;
-    const int bottom = std::min<int>(box.bottom, area.bottom) - area.top;
-    if (from >= to) return;
-    const bit_run run(from + PADDING, to + PADDING);
-    std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(top) * words;
-    for (int v = top; v < bottom; ++v, row += words) run.set(row);
+    const inside part(box, area);
+    if (part.nothing()) return;
+    const bit_run run = part.columns();
+    std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(part.top) * words;
+    for (int v = part.top; v < part.bottom; ++v, row += words) run.set(row);
 }

@@ -50,9 +50,12 @@ row_key key_of(const frame_settings& s) {
     return {s.ymin, s.ymax, brisolan_factor(s.yinterval), brisolan_factor(s.yzoom), s.vscroll, s.height};
 }
 
+// A bar may reach further than the window by any measure; its lines out there are not drawn.
 void draw_columns(brisolan* x, int left, int top, int right, int bottom) {
+    const int first = std::max(left, -1); // a line's pixel is right of its place
+    const int last = std::min<int>(right, x->window->width);
     t_color(COLOR_GRID);
-    for (int h = brisolan_gridcolumn(x->window->hscroll_value, left); h <= right; h += GRID_COLUMN)
+    for (int h = brisolan_gridcolumn(x->window->hscroll_value, first); h <= last; h += GRID_COLUMN)
         t_drawline(h, top, h, bottom);
 }
 

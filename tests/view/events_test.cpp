@@ -113,6 +113,15 @@ TEST_F(view_events, erasing_draws_lines_one_pixel_beyond) {
     EXPECT_EQ(p.at(127, 123), BLACK);
 }
 
+// Bars may end two thousand million pixels outside: the lines out there must not be gone through one by one.
+TEST_F(view_events, erasing_what_reaches_far_outside_draws_what_is_in_sight) {
+    open();
+    const picture before = full();
+    const kel_in_port current(x->window);
+    brisolan_drawpattern(x, INT32_MIN, 62, INT32_MAX, 340);
+    EXPECT_TRUE(now() == before) << difference(now(), before);
+}
+
 TEST_F(view_events, nothing_is_erased_above_the_data_area) {
     open();
     SetPort(x->window->port);
