@@ -1,13 +1,15 @@
 // host/kernel/scheduler.cpp: clocks in order of due time, fired in virtual time or by a thread of their own.
 // Layer: kernel. Each callback runs at scheduler level with the lockout held.
 //
-// The thread sleeps to absolute deadlines, and a callback's own "now" is the time at which it was due: a patch that waits
-// 500 ms again and again comes due at exact multiples, however late each single one was run.
+// The thread sleeps until shortly before absolute deadlines and waits out the rest awake. A callback's own "now" is the time
+// at which it was due: a patch that waits 500 ms again and again comes due at exact multiples, however late each single one
+// was run.
 #include "host/kernel/scheduler.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <ctime>
 #include <mutex>
 #include <thread>
@@ -160,26 +162,58 @@ void ask_for_precision() {
     got_fine_timer = prctl(PR_SET_TIMERSLACK, 1UL) == 0;
 }
 
+// How much too late the system lets the scheduler go on after a sleep: by that much it asks to be woken before a clock is
+// due, and waits out the rest awake. The scheduler's thread alone.
+class wake_delay {
+public:
+    kel_time usual() const { return mean; }
+    void learn(kel_time late) {
+        mean = std::clamp<kel_time>(mean + (late * MARGIN - mean) / SLOWNESS, 0, MOST);
+    }
+
+private:
+    static constexpr kel_time MOST = 50'000; // ns; at a thousand clocks a second a twentieth of one processor
+    static constexpr kel_time MARGIN = 2;    // so that most delays, not half of them, are made up for
+    static constexpr kel_time SLOWNESS = 16; // how many sleeps it takes to get used to another load
+    kel_time mean = 0;
+};
+
+// Awake until that time, or until a call is posted.
+void wait_awake(kel_time until) {
+    while (ring_empty() && monotonic() - started_at < until) {
+    }
+}
+
 // Sleeps until a clock is due, a call is posted, or the end; false at the end.
-bool wait_for_work() {
+bool wait_for_work(wake_delay& delay) {
     scheduler_state& s = state();
-    std::lock_guard in(s.guard);
+    std::unique_lock in(s.guard);
     while (!s.ending && ring_empty()) {
         if (s.due.empty()) {
             pthread_cond_wait(&s.changed, s.guard.native());
             continue;
         }
         const kel_time due = s.due.back()->due;
-        if (due <= monotonic() - started_at) break;
-        const timespec until = absolute(due);
-        pthread_cond_timedwait(&s.changed, s.guard.native(), &until);
+        const kel_time now = monotonic() - started_at;
+        if (due <= now) break;
+        const kel_time wake = due - delay.usual();
+        if (wake <= now) {
+            in.unlock(); // meanwhile the main level may set an earlier clock: hence the turn from the start
+            wait_awake(due);
+            in.lock();
+            continue;
+        }
+        const timespec until = absolute(wake);
+        if (pthread_cond_timedwait(&s.changed, s.guard.native(), &until) == ETIMEDOUT)
+            delay.learn(monotonic() - started_at - wake);
     }
     return !s.ending;
 }
 
 void scheduler_loop() {
     ask_for_precision();
-    while (wait_for_work()) {
+    wake_delay delay;
+    while (wait_for_work(delay)) {
         at_level scheduler(kel_level::scheduler);
         if (!run_posted()) fire_one(monotonic() - started_at);
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
@@ -109,22 +110,52 @@ public:
     std::string why;
 };
 
-// Notes wait for nothing that the main level does: most of the piece falls into its sleep. How late the notes are is the
-// machine's matter; they are held to a twentieth of the sleep.
+// The longest that a thread which does nothing but sleep was kept from going on: what the machine itself does.
+class stalls_of_the_machine {
+public:
+    stalls_of_the_machine() = default;
+    ~stalls_of_the_machine() {
+        over = true;
+        sleeper.join();
+    }
+    stalls_of_the_machine(const stalls_of_the_machine&) = delete;
+    stalls_of_the_machine& operator=(const stalls_of_the_machine&) = delete;
+
+    kel_time longest() const { return worst; }
+
+private:
+    void sleep_and_look() {
+        constexpr std::chrono::milliseconds NAP{2};
+        for (kel_time before = ear::clock(); !over;) {
+            std::this_thread::sleep_for(NAP);
+            const kel_time now = ear::clock();
+            worst = std::max<kel_time>(worst, now - before);
+            before = now;
+        }
+    }
+
+    std::atomic<bool> over{false};
+    std::atomic<kel_time> worst{0};
+    std::thread sleeper{[this] { sleep_and_look(); }};
+};
+
+// Notes wait for nothing that the main level does: most of the piece falls into its sleep. They may be late by a twentieth of
+// the sleep, and by as long as the machine let nobody run.
 TEST(RealTimePlay, AMainLevelThatStandsStillForTwoSecondsDelaysNoNote) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;
     p.fill();
     p.open_editor();
     ear hears;
+    const stalls_of_the_machine stalls;
     const kel_time host_start = ear::clock() - kel_now();
     ASSERT_TRUE(start_playing(p.score, 0, 1));
     constexpr std::chrono::seconds asleep{2}; // the piece takes less
     std::this_thread::sleep_for(asleep);
     ASSERT_TRUE(playing_is_over(p.score));
     EXPECT_EQ(hears.notes.size(), std::size_t{NOTES} * 2);
-    constexpr kel_time LATEST = 100 * NS_PER_MS;
-    for (const heard_note& n : hears.notes) EXPECT_LT(n.at - host_start - n.due, LATEST);
+    const kel_time latest = 100 * NS_PER_MS + stalls.longest();
+    for (const heard_note& n : hears.notes) EXPECT_LT(n.at - host_start - n.due, latest);
 }
 
 TEST(RealTimePlay, EveryNoteLeavesInItsOrderAndNeverEarlyWhileTheMainLevelRedraws) {
