@@ -1,5 +1,6 @@
 # Each bench/NAME.cpp is a Google Benchmark program bench_NAME. They are measured by hand, not by ctest.
 if(BRISOLAN_BENCH)
+    add_custom_target(benchmarks)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/bench/*.cpp)
     if(sources)
         find_package(benchmark REQUIRED)
@@ -12,7 +13,11 @@ if(BRISOLAN_BENCH)
         add_executable(bench_${name} ${source})
         target_link_libraries(bench_${name} PRIVATE
             brisolan_flags brisolan_parts benchmark::benchmark benchmark::benchmark_main)
+        add_dependencies(benchmarks bench_${name})
     endforeach()
+    if(TARGET brisolan)
+        add_dependencies(benchmarks brisolan) # whose start is measured
+    endif()
     if(TARGET bench_io_bench AND PORTSMF_INCLUDE AND PORTSMF_LIBRARY)
         target_compile_definitions(bench_io_bench PRIVATE BRISOLAN_HAVE_PORTSMF=1)
         target_include_directories(bench_io_bench SYSTEM PRIVATE ${PORTSMF_INCLUDE})
