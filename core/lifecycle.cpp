@@ -7,6 +7,7 @@
 
 #include "core/class.h"
 #include "core/messages.h"
+#include "edit/press.h"
 #include "transport/playback.h"
 #include "view/events.h"
 #include "view/format.h"
@@ -80,6 +81,7 @@ brisolan* brisolan_new(symbol* name) {
 }
 
 void brisolan_free(brisolan* x) {
+    if (x->dragkind != DRAG_NONE) brisolan_bringpointer();
     brisolan_noselect(x);
     brisolan_clear(x);
     brisolan_freeindex(x);

@@ -71,12 +71,6 @@ int tweak_step(brisolan* x, Point where) {
     return step;
 }
 
-void show_pointer() {
-    t_mousetocenter();
-    if (g_pointerhidden) ShowCursor();
-    g_pointerhidden = false;
-}
-
 } // namespace
 
 void brisolan_offset(brisolan* x, int index, std::int64_t delta) {
@@ -127,7 +121,8 @@ void brisolan_movedrag(brisolan* x, Point where, bool stilldown) {
 void brisolan_tweakdrag(brisolan* x, Point where, bool stilldown) {
     if (!stilldown) {
         end_of_drag(x);
-        show_pointer();
+        t_mousetocenter();
+        brisolan_bringpointer();
         return;
     }
     if (t_checkmouse(where)) {

@@ -65,6 +65,7 @@ void hold_drawn(brisolan* x, event* e) {
 
 int brisolan_click(brisolan* x, Point where, int modifiers) {
     modkeywas = modifiers;
+    brisolan_bringpointer();
     ControlHandle bar = nullptr;
     FindControl(where, host_window_systemwindow(x->window), &bar);
     if (bar) {

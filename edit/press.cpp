@@ -8,9 +8,13 @@ int modkeywas = 0;
 std::int16_t g_grabbedthird = THIRD_START;
 bool g_pointerhidden = false;
 
+void brisolan_bringpointer() {
+    if (g_pointerhidden) ShowCursor();
+    g_pointerhidden = false;
+}
+
 void brisolan_resetpress() {
     modkeywas = 0;
     g_grabbedthird = THIRD_START;
-    if (g_pointerhidden) ShowCursor();
-    g_pointerhidden = false;
+    brisolan_bringpointer();
 }

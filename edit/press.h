@@ -24,5 +24,9 @@ extern std::int16_t g_grabbedthird;
 // Whether a tweak drag has hidden the pointer; false between drags.
 extern bool g_pointerhidden;
 
+// Shows a pointer that a tweak drag has hidden: at its end, or where it was cut off by another press or with its
+// instance. [main]
+void brisolan_bringpointer();
+
 // Everything here as when the program began, for a test host that starts anew. [main]
 void brisolan_resetpress();

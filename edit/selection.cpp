@@ -9,6 +9,7 @@
 #include "edit/drag.h"
 #include "edit/press.h"
 #include "view/cursor.h"
+#include "view/draw.h"
 #include "view/events.h"
 #include "view/format.h"
 #include "view/geometry.h"
@@ -21,17 +22,35 @@ namespace {
 constexpr std::uint8_t WAS_SELECTED = 1; // when the band started
 constexpr std::uint8_t TOGGLED = 2;      // the band covers it and has turned it over
 
-// The rubber band that is framed on screen, one in the whole program since only one drag can run: its rectangle, and
-// whether it is framed. Written by the band's press and drag.
+// The rubber band that is framed on screen, one in the whole program since only one drag can run: its rectangle, whether
+// it is framed, and what was drawn in data areas by then. Written by the band's press and drag.
 Rect r{};
 bool drawn = false;
+std::uint32_t drawn_over = 0;
 
-// Framing twice takes the frame away again.
-void frame_band() {
+// Framing twice takes the frame away again. Only what lies in the data area: the legend changes with the selection.
+void frame_band(brisolan* x) {
+    const RgnHandle saved = t_getclip();
+    brisolan_eventclip(x);
     PenMode(patXor);
     PenPat(&gry);
     FrameRect(&r);
     PenNormal();
+    t_restoreclip(saved);
+}
+
+// Takes the frame off the screen. Where something was drawn over it since (a note that was recorded, a window shown
+// anew), framing again would leave traces, and all is drawn anew instead.
+void unframe_band(brisolan* x) {
+    drawn = false;
+    if (g_datadrawings == drawn_over) {
+        frame_band(x);
+        return;
+    }
+    const RgnHandle saved = t_getclip();
+    brisolan_drawbg(x);
+    brisolan_drawevts(x);
+    t_restoreclip(saved);
 }
 
 void set_band(Point a, Point b) {
@@ -122,8 +141,7 @@ void press_on_nothing(brisolan* x, int modifiers, int tool) {
         brisolan_markselected(x);
     else
         brisolan_noselect(x);
-    // A drag that its window's closing cut off has left no frame on screen either.
-    drawn = false;
+    drawn = false; // of a band that another press cut off
     x->dragkind = DRAG_BAND;
     host_window_drag<brisolan_selectdrag>(x->window);
 }
@@ -174,8 +192,12 @@ void brisolan_selectmouse(brisolan* x, Point where, int modifiers, int tool) {
 }
 
 void brisolan_selectdrag(brisolan* x, Point where, bool stilldown) {
-    if (drawn) frame_band();
-    drawn = false;
+    if (!x->window->visible) { // closed meanwhile, which has deselected everything
+        drawn = false;
+        x->dragkind = DRAG_NONE;
+        return;
+    }
+    if (drawn) unframe_band(x);
     set_band(x->clickpt, where);
     // All of it is drawn before the band is framed: drawn over it later, it would leave traces of the band behind.
     apply_band(x);
@@ -183,8 +205,9 @@ void brisolan_selectdrag(brisolan* x, Point where, bool stilldown) {
         x->dragkind = DRAG_NONE;
         return;
     }
-    frame_band();
+    frame_band(x);
     drawn = true;
+    drawn_over = g_datadrawings;
 }
 
 void brisolan_resetband() {

@@ -631,8 +631,9 @@ namespace host_detail {
 void window_drag(host_window* w, void (*routine)(host_object*, Point, bool));
 }
 
-// From a press on: Routine(owner, point, stilldown) is called with stilldown true for every move of the pointer and once
-// with false when the button goes up. Ends any drag that runs. Returns at once. [main]
+// From a press on: Routine(owner, point, stilldown) is called with stilldown true for every move of the pointer while the
+// window is shown, and once with false when the button goes up, also when the window was hidden meanwhile; not any more
+// when it was freed. Ends any drag that runs. Returns at once. [main]
 template <auto Routine> void host_window_drag(host_window* w) {
     using T = typename host_detail::handler_traits<decltype(Routine)>::instance;
     host_detail::window_drag(

@@ -148,6 +148,7 @@ void brisolan_beginbars() {
 }
 
 void brisolan_drawbar(const view_frame& f, const bar_look& look) {
+    ++g_datadrawings;
     draw_parts(f, look, ALL_PARTS);
     t_color(COLOR_FOREGROUND);
 }
@@ -187,6 +188,7 @@ void bar_pass::add_erasing(const bar_box& erased) {
 }
 
 void bar_pass::draw(const view_frame& f) {
+    if (count > 0) ++g_datadrawings;
     if (erasings > 0) patches.begin(f);
     for (std::size_t i = count; i-- > 0;) {
         const step& s = seen[i];

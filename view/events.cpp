@@ -12,6 +12,8 @@
 #include "view/geometry.h"
 #include "view/index.h"
 
+std::uint32_t g_datadrawings = 0;
+
 namespace {
 
 // So many erasings are carried out at once; with more it is cheaper to gather them. One pass over everything in sight

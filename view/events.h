@@ -6,6 +6,10 @@
 
 #include "core/instance.h"
 
+// How often anything was drawn in a data area, for whoever has to know whether a drawing over one stands still.
+// Process-wide, main level; grows only, and begins again at 0 after the last number there is.
+extern std::uint32_t g_datadrawings;
+
 // Clips to the data area; the clip before is lost. [main]
 void brisolan_eventclip(brisolan* x);
 

@@ -93,6 +93,7 @@ std::int32_t brisolan_gridcolumn(std::int16_t hscroll, std::int32_t left) {
 // The lines reach the rectangle's right and bottom line, one pixel beyond what is erased.
 void brisolan_drawpattern(brisolan* x, int left, int top, int right, int bottom) {
     const int below_top = std::max(top, GRID_TOP);
+    ++g_datadrawings;
     t_eraserect(left, below_top, right, bottom);
     draw_columns(x, left, below_top, right, bottom);
     draw_rows(x, left, below_top, right, bottom);

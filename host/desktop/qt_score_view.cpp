@@ -254,6 +254,10 @@ void qt_score_view::mouseMoveEvent(QMouseEvent* event) {
     drawn();
 }
 
+void qt_score_view::release_drag() {
+    if (kel_drag_window() == shown_window) kel_drag_release(at(last));
+}
+
 void qt_score_view::mouseReleaseEvent(QMouseEvent* event) {
     last = event->position();
     if (event->type() == QEvent::MouseButtonRelease && event->button() != pressed_button) return;
@@ -261,7 +265,7 @@ void qt_score_view::mouseReleaseEvent(QMouseEvent* event) {
     if (turn) turn->quit();
     if (!shown_window || tracking || qt_kernel_busy()) return;
     const qt_in_kernel now;
-    if (kel_drag_window() == shown_window) kel_drag_release(at(last));
+    release_drag();
     kel_window_pointer(shown_window, at(last), qt_modifiers(event->modifiers()));
     drawn();
 }
@@ -307,6 +311,18 @@ void qt_score_view::leaveEvent(QEvent*) {
     const qt_in_kernel now;
     kel_window_pointerout(shown_window, at(last), qt_modifiers(QGuiApplication::keyboardModifiers()));
     drawn();
+}
+
+// No release comes to a widget that is hidden under the pressed button. The call that hides it runs in the kernel.
+void qt_score_view::hideEvent(QHideEvent*) {
+    if (!pressed) return;
+    pressed = false;
+    if (turn) turn->quit();
+    QTimer::singleShot(0, this, [this] {
+        if (!shown_window || qt_kernel_busy()) return;
+        const qt_in_kernel now;
+        release_drag();
+    });
 }
 
 void qt_score_view::scroll_by(double h, double v) {

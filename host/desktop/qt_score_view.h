@@ -67,6 +67,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
@@ -75,6 +76,7 @@ private:
     void activate();
     Point to_screen(QPointF qt_global) const;
     void hover(Qt::KeyboardModifiers keys);
+    void release_drag();
     QRect line_place() const;
     void scroll_by(double h, double v);
     void zoom_by(double notches, bool vertically);

@@ -163,7 +163,6 @@ void host_window_vis(host_window* w) {
 void host_window_invis(host_window* w) {
     if (!w->visible) return;
     w->visible = false;
-    if (drag.window == w) drag.window = nullptr;
     const host_platform& p = kel_platform();
     if (p.window_shown) p.window_shown(p.user, w, false);
 }
@@ -249,7 +248,7 @@ int kel_window_click(host_window* w, Point where, int modifiers) {
 
 void kel_drag_move(Point where) {
     host_window* w = drag.window;
-    if (!w) return;
+    if (!w || !w->visible) return;
     const in_port current(w);
     drag.routine(w->owner, where, true);
     drawn(w);

@@ -36,7 +36,8 @@ int kel_window_click(host_window* w, Point where, int modifiers);
 // Whether a drag runs that host_window_drag began, and in which window. [main]
 host_window* kel_drag_window();
 
-// The pointer moves with the button down; the button goes up there, which ends the drag. Nothing without a drag. [main]
+// The pointer moves with the button down, of which a hidden window hears nothing; the button goes up there, which ends
+// the drag, whether the window is shown or not. Nothing without a drag. [main]
 void kel_drag_move(Point where);
 void kel_drag_release(Point where);
 

@@ -1,4 +1,5 @@
-// tests/app/pictures_test.cpp: each list of script lines in tests/pictures draws the picture that is kept beside it.
+// tests/app/pictures_test.cpp: lists of script lines draw the picture that is kept beside them: those of tests/pictures, and
+// the scripts anywhere below tests/ that have one, whose printed lines are held against their expectation elsewhere.
 // Test layer. With RENEW_PICTURE set to a script's name, that one picture is written anew instead: tests/renew-picture.
 #include <gtest/gtest.h>
 
@@ -8,26 +9,43 @@
 
 #include "app/script.h"
 #include "tests/support/picture.h"
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kept_pictures = fs::path(BRISOLAN_SOURCE_DIR) / "tests" / "pictures";
+const fs::path tests = fs::path(BRISOLAN_SOURCE_DIR) / "tests";
 
-std::vector<std::string> script_names() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(kept_pictures)) {
-        if (entry.path().extension() == ".lines") names.push_back(entry.path().stem().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+std::string renewed() {
+    const char* name = std::getenv("RENEW_PICTURE");
+    return name ? name : "";
 }
 
-class pictures : public testing::TestWithParam<std::string> {};
+fs::path beside(fs::path script, const char* ending) {
+    return script.replace_extension(ending);
+}
 
-// Runs the script and then has the window drawn into the file. "examples/" in a line stands for the example pieces.
+std::vector<fs::path> drawing_scripts() {
+    std::vector<fs::path> all;
+    for (const auto& entry : fs::recursive_directory_iterator(tests)) {
+        const fs::path& file = entry.path();
+        const bool kept =
+            file.extension() == ".script" && (fs::exists(beside(file, ".png")) || file.stem() == renewed());
+        if (kept || file.extension() == ".lines") all.push_back(file);
+    }
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+class pictures : public testing::TestWithParam<fs::path> {};
+
+// Runs the script in a fresh folder, with the files that it is to find there, and then has the window drawn into the file.
+// "examples/" in a line stands for the example pieces.
 void draw(const fs::path& script, const fs::path& png) {
+    const scratch_folder here;
+    const fs::path files = beside(script, ".files");
+    if (fs::exists(files)) fs::copy(files, here.path(), fs::copy_options::recursive);
     script_runner runner("", [](const std::string&) {});
     std::ifstream in(script);
     for (std::string line; std::getline(in, line);) {
@@ -39,33 +57,40 @@ void draw(const fs::path& script, const fs::path& png) {
 }
 
 TEST_P(pictures, are_drawn_as_they_are_kept) {
-    const fs::path script = kept_pictures / (GetParam() + ".lines");
-    const fs::path kept = kept_pictures / (GetParam() + ".png");
-    const char* renew = std::getenv("RENEW_PICTURE");
-    if (renew && GetParam() == renew) {
-        draw(script, kept);
+    const std::string name = GetParam().stem();
+    const fs::path kept = beside(GetParam(), ".png");
+    if (name == renewed()) {
+        draw(GetParam(), kept);
         return;
     }
     const fs::path made =
-        fs::temp_directory_path() / ("brisolan-" + GetParam() + "-" + std::to_string(getpid()) + ".png");
-    draw(script, made);
+        fs::temp_directory_path() / ("brisolan-" + name + "-" + std::to_string(getpid()) + ".png");
+    draw(GetParam(), made);
     const picture before = read_picture(kept.string());
     const picture now = read_picture(made.string());
     fs::remove(made);
     ASSERT_GT(now.width, 0);
     if (now == before) return;
-    const fs::path shown = fs::path(BRISOLAN_SOURCE_DIR) / "build" / ("difference-" + GetParam() + ".png");
+    const fs::path shown = fs::path(BRISOLAN_SOURCE_DIR) / "build" / ("difference-" + name + ".png");
     write_picture(difference(before, now), shown.string());
     FAIL() << differing_pixels(before, now) << " pixels differ; kept, made and difference are in " << shown
-           << "; tests/renew-picture " << GetParam() << " takes the new one";
+           << "; tests/renew-picture " << name << " takes the new one";
 }
 
-INSTANTIATE_TEST_SUITE_P(kept, pictures, testing::ValuesIn(script_names()),
-                         [](const testing::TestParamInfo<std::string>& drawn) {
-                             std::string name = drawn.param;
+INSTANTIATE_TEST_SUITE_P(kept, pictures, testing::ValuesIn(drawing_scripts()),
+                         [](const testing::TestParamInfo<fs::path>& drawn) {
+                             std::string name = drawn.param.stem();
                              std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
+
+TEST(kept_pictures, have_scripts_that_draw_them) {
+    for (const auto& entry : fs::recursive_directory_iterator(tests)) {
+        const fs::path& file = entry.path();
+        if (file.extension() != ".png") continue;
+        EXPECT_TRUE(fs::exists(beside(file, ".lines")) || fs::exists(beside(file, ".script"))) << file;
+    }
+}
 
 // The comparison itself: it must see one pixel.
 TEST(picture_comparison, sees_one_pixel_and_a_size) {

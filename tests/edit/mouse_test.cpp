@@ -3,11 +3,24 @@
 #include "edit/drag.h"
 #include "edit/press.h"
 #include "host/kernel/memory.h"
+#include "host/kernel/patcher.h"
 #include "tests/edit/editor.h"
 
 namespace {
 
-using mouse_test = editor_test;
+class mouse_test : public editor_test {
+protected:
+    void expect_same_outside_the_data_area(const std::vector<std::uint32_t>& a,
+                                           const std::vector<std::uint32_t>& b) {
+        ASSERT_EQ(a.size(), b.size());
+        for (std::size_t i = 0; i < a.size(); ++i) {
+            const int h = static_cast<int>(i) % x->window->width;
+            const int v = static_cast<int>(i) / x->window->width;
+            const bool data = h >= 48 && v >= 62 && h < 585 && v < 324;
+            ASSERT_TRUE(data || a[i] == b[i]) << h << ", " << v;
+        }
+    }
+};
 
 TEST_F(mouse_test, band_is_on_screen_while_it_is_dragged_and_gone_at_its_release) {
     fill("1000 60 64 500\r");
@@ -37,6 +50,109 @@ TEST_F(mouse_test, band_leaves_no_trace_of_one_that_closing_cut_off) {
     drag(420, 120);
     release(420, 120);
     EXPECT_EQ(picture(), before);
+}
+
+TEST_F(mouse_test, band_leaves_no_trace_where_something_was_drawn_over_it) {
+    send("record");
+    send("1000 60 64 500");
+    click(100, 300);
+    drag(300, 100);
+    kel_window_update(x->window);
+    drag(280, 120);
+    send("2010 64 64 500");
+    drag(290, 110);
+    paste("4100 50 64 500\r");
+    drag(120, 280);
+    release(100, 300);
+    const auto after = picture();
+    kel_window_update(x->window);
+    EXPECT_EQ(picture(), after);
+    EXPECT_EQ(x->nevents, 3);
+}
+
+TEST_F(mouse_test, band_stays_inside_the_data_area) {
+    fill("1000 60 64 500\r");
+    kel_window_update(x->window);
+    click(100, 300);
+    drag(200, 290);
+    drag(500, -10);
+    ASSERT_NE(x->firstsel, nullptr) << "the legend is drawn anew under the band";
+    drag(480, -5);
+    const auto dragged = picture();
+    kel_window_update(x->window);
+    EXPECT_NE(picture(), dragged);
+    expect_same_outside_the_data_area(picture(), dragged);
+    release(100, 300);
+}
+
+TEST_F(mouse_test, drag_is_still_while_its_window_is_closed_and_ends_with_the_release) {
+    fill("1000 60 64 500\r");
+    click(98, 200);
+    drag(98, 190);
+    ASSERT_EQ(nth(0)->pitch, 65);
+    lines.clear();
+    send("wclose");
+    settle();
+    drag(98, 180);
+    EXPECT_EQ(nth(0)->pitch, 65);
+    EXPECT_EQ(x->dragkind, 2) << "the button is down still";
+    EXPECT_EQ(taken(), std::vector<std::string>{});
+    release(98, 180);
+    EXPECT_EQ(x->dragkind, 0);
+    EXPECT_EQ(kel_drag_window(), nullptr);
+    EXPECT_EQ(taken(), std::vector<std::string>{"dirty"}) << "what the drag had changed is reported";
+}
+
+TEST_F(mouse_test, drag_goes_on_in_a_window_that_was_closed_and_opened) {
+    fill("1000 60 64 500\r");
+    x->editmode = 3;
+    click(300, 150);
+    send("wclose");
+    settle();
+    send("open");
+    settle();
+    drag(340, 150);
+    EXPECT_EQ(nth(1)->dur, 1000);
+    release(340, 150);
+    EXPECT_EQ(x->dragkind, 0);
+}
+
+TEST_F(mouse_test, band_of_a_closed_window_selects_nothing) {
+    fill("1000 60 64 500\r");
+    click(60, 300);
+    drag(300, 100);
+    ASSERT_EQ(x->nselected, 1);
+    send("wclose");
+    settle();
+    release(400, 80);
+    EXPECT_EQ(x->dragkind, 0);
+    EXPECT_EQ(x->nselected, 0);
+    EXPECT_EQ(nth(0)->selected, 0);
+}
+
+TEST_F(mouse_test, pointer_comes_back_when_a_tweak_drag_is_cut_off) {
+    fill("1000 60 64 500\r");
+    x->editmode = 2;
+    click(98, 200);
+    send("wclose");
+    settle();
+    EXPECT_TRUE(toolbox_cursor_hidden()) << "the button is down still";
+    release(98, 190);
+    EXPECT_FALSE(toolbox_cursor_hidden()) << "after a close";
+    send("open");
+    settle();
+    click(98, 200);
+    ASSERT_TRUE(toolbox_cursor_hidden());
+    x->editmode = 0;
+    click(300, 300);
+    EXPECT_FALSE(toolbox_cursor_hidden()) << "by another press";
+    release(300, 300);
+    x->editmode = 2;
+    click(98, 200);
+    ASSERT_TRUE(toolbox_cursor_hidden());
+    kel_patcher_remove(patcher, x);
+    EXPECT_FALSE(toolbox_cursor_hidden()) << "with the instance";
+    EXPECT_FALSE(g_pointerhidden);
 }
 
 TEST_F(mouse_test, band_leaves_no_trace_over_events_that_it_selects_and_gives_back) {

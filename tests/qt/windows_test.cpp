@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QTimer>
 #include <QUrl>
 
@@ -29,6 +30,7 @@
 #include "host/desktop/qt_inspector.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
+#include "host/kernel/windows.h"
 
 namespace {
 
@@ -194,6 +196,26 @@ TEST_F(windows_test, the_edit_menu_offers_what_the_object_can_do) {
     EXPECT_TRUE(action(edit, "Paste")->isEnabled());
     action(edit, "Paste")->trigger();
     EXPECT_EQ(score(*w)->nevents, 458);
+}
+
+TEST_F(windows_test, a_view_that_is_hidden_under_the_pressed_button_ends_the_drag) {
+    qt_editor_window* const w = desktop->new_document();
+    settle();
+    qt_score_view* view = nullptr;
+    for (QWidget* widget : w->findChildren<QWidget*>()) {
+        if (auto* found = dynamic_cast<qt_score_view*>(widget)) view = found;
+    }
+    ASSERT_NE(view, nullptr);
+    const QPointF at(view->width() / 2.0, view->height() / 4.0);
+    QMouseEvent press(QEvent::MouseButtonPress, at, view->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(view, &press);
+    ASSERT_EQ(kel_drag_window(), score(*w)->window);
+    ASSERT_EQ(score(*w)->dragkind, 7) << "a new event is drawn";
+    view->hide();
+    settle();
+    EXPECT_EQ(kel_drag_window(), nullptr);
+    EXPECT_EQ(score(*w)->dragkind, 0);
 }
 
 TEST_F(windows_test, view_items_change_what_the_editor_shows) {
