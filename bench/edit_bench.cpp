@@ -229,13 +229,9 @@ void band_over_few(benchmark::State& state, std::int64_t n) {
     on.e.unselect();
     modkeywas = 0;
     x->clickpt = {180, 300};
-    bool far = false;
-    on.e.edit([&] { brisolan_selectdrag(x, {190, 310}, true); });
-    bench::in_turns(
-        state, static_cast<double>(n), 0.5, side{[&] { on.e.update(); }}, side{[&] {
-            far = !far;
-            on.e.edit([&] { brisolan_selectdrag(x, far ? Point{194, 314} : Point{190, 310}, true); });
-        }});
+    const auto near_by = [&] { on.e.edit([&] { brisolan_selectdrag(x, {190, 310}, true); }); };
+    const auto further = [&] { on.e.edit([&] { brisolan_selectdrag(x, {194, 314}, true); }); };
+    bench::in_turns(state, static_cast<double>(n), 0.5, side{[&] { on.e.update(); }}, side{further, near_by});
     on.e.edit([&] { brisolan_selectdrag(x, {190, 310}, false); });
 }
 
