@@ -33,7 +33,16 @@ toolbox_platform toolbox_hooks(played_machine* m) {
     toolbox_platform p;
     p.user = m;
     p.button = [](void* user) { return machine_of(user).button; };
-    p.popup = [](void* user, MenuHandle, Point, int) { return machine_of(user).choice; };
+    p.popup = [](void* user, MenuHandle menu, Point where, int) {
+        played_machine& machine = machine_of(user);
+        machine.menu.clear();
+        machine.menu_at = where;
+        for (int item = 1; item <= CountMenuItems(menu); ++item) {
+            machine.menu += GetItemMark(menu, item) == bulletMark ? '*' : '.';
+            if (!IsMenuItemEnabled(menu, item)) machine.menu += '-';
+        }
+        return machine.choice;
+    };
     p.track = [](void* user, Point* where) {
         played_machine& machine = machine_of(user);
         if (machine.held_at >= machine.held.size()) return false;

@@ -286,6 +286,26 @@ TEST_F(view_legend, axis_parameters_cannot_choose_their_own_role) {
     EXPECT_EQ(x->yparam, PARAM_PITCH);
 }
 
+TEST_F(view_legend, menu_marks_the_role_and_offers_what_may_be_chosen) {
+    const auto menu_of = [this](int index) {
+        brisolan_parammenu(x, &param(index), index);
+        return machine.menu;
+    };
+    // Items 6 and 7 are a line and a title, which nobody can choose.
+    EXPECT_EQ(menu_of(PARAM_TIME), ".*-.-.-..-.-.") << "the time axis stays what it is";
+    EXPECT_EQ(menu_of(PARAM_PITCH), "..*-...-.-.");
+    EXPECT_EQ(menu_of(PARAM_VEL), "...*..-.-.");
+    EXPECT_EQ(menu_of(PARAM_DUR), "....*-.-.-.");
+    EXPECT_EQ(menu_of(PARAM_CHAN), "......-.-.") << "nothing is left of the menu before";
+}
+
+TEST_F(view_legend, menu_pops_up_at_its_picture) {
+    toolbox_port_setorigin(x->window->port, 100, 50);
+    brisolan_parammenu(x, &param(PARAM_X1), PARAM_X1);
+    EXPECT_EQ(machine.menu_at.h, 100 + param(PARAM_X1).leg_pict_x + 1);
+    EXPECT_EQ(machine.menu_at.v, 50 + 3);
+}
+
 TEST_F(view_legend, menus_last_item_opens_the_inspector) {
     machine.choice = 8;
     brisolan_parammenu(x, &param(PARAM_X2), PARAM_X2);
