@@ -155,6 +155,7 @@ void brisolan_drawdrag(brisolan* x, Point where, bool stilldown) {
     }
     if (x->lenparam == PARAM_TIME) brisolan_timeschanged(x);
     // The legend follows the drawn event, even where a paste meanwhile has made another one the anchor.
+    brisolan_plainnames(x);
     brisolan_copytolegend(x, e);
     brisolan_drawvaluerow(x);
 }

@@ -171,16 +171,7 @@ void brisolan_typeparam(param_record* p) {
 }
 
 void brisolan_untypeparams(brisolan* x) {
-    // In copy mode, so that the line under the name goes with the redrawing.
-    t_textface(FACE_PLAIN);
-    TextMode(srcCopy);
-    for (param_record& p : x->params) {
-        if (!p.underline) continue;
-        t_drawstring(p.name->name, p.leg_name_x, LEGEND_BASELINE);
-        p.underline = std::uint8_t{0};
-        p.typing_mark = std::uint8_t{0};
-    }
-    TextMode(srcOr);
+    brisolan_plainnames(x);
 }
 
 void brisolan_editparam(brisolan*, param_record*, int) {}

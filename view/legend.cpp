@@ -242,7 +242,22 @@ void brisolan_drawlegend(brisolan* x) {
     for (int i = 0; i < NPARAMS; ++i) draw_entry(x, i);
 }
 
+void brisolan_plainnames(brisolan* x) {
+    // In copy mode, so that the line under the name goes with the redrawing.
+    t_textface(FACE_PLAIN);
+    TextMode(srcCopy);
+    for (param_record& p : x->params) {
+        if (!p.underline) continue;
+        t_drawstring(p.name->name, p.leg_name_x, LEGEND_BASELINE);
+        p.underline = std::uint8_t{0};
+        p.typing_mark = std::uint8_t{0};
+    }
+    TextMode(srcOr);
+}
+
+// Filling ends underlining, so the lines go from the screen as well.
 void brisolan_drawvalues(brisolan* x) {
+    brisolan_plainnames(x);
     brisolan_filllegend(x);
     brisolan_drawvaluerow(x);
 }

@@ -11,8 +11,10 @@ void brisolan_calclegend(brisolan* x);
 // Draws the legend row from the selection's or the default values. Leaves the clip at the window without scroll bars.
 // [main]
 void brisolan_drawlegend(brisolan* x);
-// Draws the values of the legend row anew, from the selection's or the default values, or as they are in the legend; the
-// clip is restored. [main]
+// Takes the lines under the names off the screen, and unmarks them. [main]
+void brisolan_plainnames(brisolan* x);
+// Draws the values of the legend row anew, names plain, from the selection's or the default values, or the values alone as
+// they are in the legend; the clip is restored. [main]
 void brisolan_drawvalues(brisolan* x);
 void brisolan_drawvaluerow(brisolan* x);
 // Draws the labels of the vertical axis; the clip is restored. [main]

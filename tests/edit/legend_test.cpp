@@ -71,6 +71,33 @@ TEST_F(legend_test, filling_the_legend_takes_the_underline_away) {
     EXPECT_TRUE(underlined().empty());
 }
 
+TEST_F(legend_test, underline_goes_from_the_screen_when_the_legend_is_filled) {
+    fill("1000 60 64 500\r");
+    kel_window_update(x->window);
+    const auto expect_no_line = [this](const char* why) {
+        const auto now = picture();
+        kel_window_update(x->window);
+        EXPECT_TRUE(picture() == now) << why;
+    };
+    click(name_of(PARAM_VEL), 10);
+    click(98, 200);
+    release();
+    expect_no_line("by another anchor");
+    click(name_of(PARAM_X1), 10);
+    click(98, 200);
+    drag(98, 198);
+    release();
+    expect_no_line("by a move");
+    x->editmode = 3;
+    kel_window_update(x->window);
+    click(300, 250);
+    click(name_of(PARAM_DUR), 10);
+    drag(320, 250);
+    EXPECT_TRUE(underlined().empty());
+    release();
+    expect_no_line("by a drawn length");
+}
+
 TEST_F(legend_test, areas_meet_at_their_edges) {
     const param_record& vel = param(PARAM_VEL);
     click(vel.leg_value_x - 2, 10);
