@@ -16,6 +16,9 @@ std::uint32_t g_datadrawings = 0;
 
 namespace {
 
+// Scroll bar and track buttons, which the data area ends above.
+constexpr int BOTTOM_MARGIN = 30;
+
 // So many erasings are carried out at once; with more it is cheaper to gather them. One pass over everything in sight
 // costs as much as some hundred of them.
 constexpr int FEW = 24;
@@ -299,6 +302,13 @@ void brisolan_drawbg(brisolan* x) {
     brisolan_getdatarect(x, &data);
     const RgnHandle saved = t_cliprect(data.left, data.top, data.right, data.bottom);
     brisolan_drawpattern(x, data.left, data.top, data.right, data.bottom);
+    // Below it nothing is, but a larger range may have reached there.
+    const int foot = x->window->height - BOTTOM_MARGIN;
+    const int below = std::max(data.bottom, data.top);
+    if (below < foot) {
+        t_clipit(data.left, below, data.right, foot);
+        t_eraserect(data.left, below, data.right, foot);
+    }
     t_restoreclip(saved);
 }
 

@@ -110,6 +110,7 @@ void brisolan_wsize(brisolan* x) {
     Rect all;
     GetPortBounds(w->port, &all);
     InvalWindowRect(host_window_systemwindow(w), &all);
+    brisolan_unclip(x); // what was drawn last has left its clip, of the old size
     t_eraserect(all.left, all.top, all.right - SCROLLBAR, all.bottom - SCROLLBAR);
     brisolan_chkscroll(x);
     SetPort(before);

@@ -66,6 +66,19 @@ private:
     GrafPtr before = nullptr;
 };
 
+// The corner between the bars, which neither they nor the object draw, may hold what stood there at another size.
+void whiten_corner(host_window* w) {
+    const in_port current(w);
+    RgnHandle clip = NewRgn();
+    GetClip(clip);
+    Rect corner;
+    SetRect(&corner, w->width - BAR, w->height - BAR, w->width, w->height);
+    ClipRect(&corner);
+    EraseRect(&corner);
+    SetClip(clip);
+    DisposeRgn(clip);
+}
+
 void drawn(host_window* w) {
     const host_platform& p = kel_platform();
     if (p.window_drawn) p.window_drawn(p.user, w);
@@ -283,6 +296,7 @@ void kel_window_resize(host_window* w, int width, int height) {
     w->height = static_cast<std::int16_t>(std::clamp<int>(height, 1, SIZE_LIMIT));
     toolbox_port_resize(w->port, w->width, w->height);
     place_bars(w);
+    whiten_corner(w);
     kel_private<"wsize">(w->owner);
     drawn(w);
 }

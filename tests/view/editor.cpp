@@ -121,7 +121,11 @@ void editor_test::open() {
     kel_run_queue();
 }
 
+// Onto a white window, so that nothing that was left on the old one counts.
 picture editor_test::full() {
+    const GrafPtr port = x->window->port;
+    toolbox_port_resize(port, 0, 0);
+    toolbox_port_resize(port, x->window->width, x->window->height);
     kel_window_update(x->window);
     return now();
 }

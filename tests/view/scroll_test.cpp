@@ -141,6 +141,20 @@ TEST_F(view_scroll, scrolled_picture_equals_a_full_update) {
     EXPECT_EQ(scrolled, full()) << difference(scrolled, now());
 }
 
+TEST_F(view_scroll, every_vertical_scroll_equals_a_full_update) {
+    for (int i = 0; i < 128; ++i) add(i * 100, i, i, 900);
+    open();
+    kel_window_resize(x->window, 600, 200);
+    kel_run_queue();
+    for (const int v : {0, 3, 100, 140, 155, 158, 160, 159, 80, 0}) {
+        SetPort(x->window->port);
+        host_window_setscrollval(x->window, 0, static_cast<std::int16_t>(v));
+        brisolan_scroll(x);
+        const picture scrolled = now();
+        EXPECT_EQ(scrolled, full()) << v << ": " << difference(scrolled, now());
+    }
+}
+
 TEST_F(view_scroll, press_beside_the_bars_is_not_taken) {
     open();
     EXPECT_EQ(press(300, 200), 0);

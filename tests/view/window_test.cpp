@@ -152,6 +152,32 @@ TEST_F(view_window, a_resize_is_drawn_and_fits_the_bars) {
     EXPECT_EQ(large, full()) << difference(large, now());
 }
 
+TEST_F(view_window, resizing_leaves_nothing_of_the_size_before) {
+    for (int i = 0; i < 20; ++i) add(i * 500, 30 + i, 100, 600);
+    open();
+    const Point sizes[] = {{259, 420}, {260, 420}, {400, 600}, {250, 590}, {255, 588},
+                           {140, 200}, {141, 201}, {500, 900}, {400, 600}};
+    for (const Point size : sizes) {
+        kel_window_resize(x->window, size.h, size.v);
+        kel_run_queue();
+        const picture resized = now();
+        EXPECT_EQ(resized, full()) << size.h << " by " << size.v << ": " << difference(resized, now());
+    }
+}
+
+TEST_F(view_window, a_range_that_shrinks_leaves_nothing_of_the_larger) {
+    for (int i = 0; i < 20; ++i) add(i * 500, i * 6, 100, 600);
+    open();
+    for (const std::int32_t max : {60, 30, 127, -10, 100}) {
+        const std::int32_t rest[] = {3, 0, max, 60, 12, 4, 0};
+        std::vector<atom> described{atom(std::int32_t{1}), atom(host_symbol("Pitch"))};
+        described.insert(described.end(), std::begin(rest), std::end(rest));
+        send("setparam", described);
+        const picture shrunk = now();
+        EXPECT_EQ(shrunk, full()) << max << ": " << difference(shrunk, now());
+    }
+}
+
 TEST_F(view_window, every_size_draws) {
     for (int i = 0; i < 20; ++i) add(i * 500, 30 + i, 100, 600);
     open();
