@@ -228,7 +228,7 @@ void add_follow_command(CLI::App& program, int& status) {
     c->add_option("--skip", o->skip, "How many notes of the part may be left out freely")->check(allowance);
     c->add_option("--window", o->window, "How far beyond these to look, milliseconds")->check(allowance);
     c->add_flag("--octaves", o->octaves, "A note an octave above or below counts as well");
-    c->add_option("--part", o->part, "Take this track as the performer's part")->check(CLI::PositiveNumber);
+    c->add_option("--part", o->part, "Take this track as the performer's part")->check(WHOLE_FROM_1);
     c->add_flag("--json", o->json, "Print one JSON object");
     c->callback([o, &status] { status = run_follow(*o); });
 }

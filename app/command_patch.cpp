@@ -121,7 +121,7 @@ void add_patch_command(CLI::App& program, int& status) {
     c->add_option("FILE", o->file, "The patch")->required();
     CLI::Option* const virtual_time =
         c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
-            ->check(CLI::NonNegativeNumber);
+            ->check(WHOLE_FROM_0);
     c->add_option("--write-in", o->writable,
                   "Let the patch make and replace files in this folder; without it, nowhere");
     c->add_option("--memory", o->memory_mb, "At most this many megabytes for the patch's objects and events")

@@ -1,7 +1,9 @@
 // app/command_play.cpp: `brisolan play`: a file played in time to a MIDI port, the synth or the terminal alone, or as
 // sound into a file.
 // Layer: program.
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include <unistd.h>
@@ -86,14 +88,14 @@ std::string open_outputs(note_outputs& outputs, const play_options& o) {
     return "";
 }
 
+// Why there is nothing to play, in one line; empty when there is something.
 std::string read_score(live_session& session, brisolan* score, const play_options& o) {
-    return read_into(session.print, score, o.file, o.import_option);
-}
-
-int nothing_to_play(const brisolan* score, const play_options& o) {
-    return fail("brisolan: " + o.file + ": " +
-                (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
-                               : "there is no note in it"));
+    if (const std::string why = read_into(session.print, score, o.file, o.import_option); !why.empty())
+        return why;
+    if (first_note_from(score, o.from)) return "";
+    return "brisolan: " + o.file + ": " +
+           (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
+                          : "there is no note in it");
 }
 
 int play_score(live_session& session, brisolan* score, const play_options& o) {
@@ -110,7 +112,7 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
     {
         const kel_moment begin; // what is shown counts from where the waits do
         view.begin(o.from, o.speed, length);
-        if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+        start_playing(score, o.from, o.speed);
     }
     return play_through(session, score, view, outputs);
 }
@@ -123,8 +125,13 @@ int render_score(live_session& session, brisolan* score, const play_options& o) 
     session.catch_signals();
     const std::unique_ptr<synth_render> render = synth_render_open(o.output.soundfont, o.wav, why);
     if (!render) return fail("brisolan: " + why);
-    if (!start_playing(score, o.from, o.speed)) return nothing_to_play(score, o);
+    start_playing(score, o.from, o.speed);
     return render_through(session, score, *render);
+}
+
+// What is no number is not beyond a range's ends either.
+std::string not_a_nan(const std::string& word) {
+    return std::isnan(std::strtod(word.c_str(), nullptr)) ? "Value " + word + " is not a number" : "";
 }
 
 int run_play(const play_options& o) {
@@ -149,8 +156,10 @@ void add_play_command(CLI::App& program, int& status) {
     CLI::App* c = program.add_subcommand("play", "Play a file in time, or render it as sound");
     auto o = std::make_shared<play_options>();
     c->add_option("FILE", o->file, "A MIDI file or document; - for standard input")->required();
-    c->add_option("--speed", o->speed, "How fast, 1 being as written")->check(CLI::Range(0.25, 4.0));
-    c->add_option("--from", o->from, "Begin at this many milliseconds")->check(CLI::NonNegativeNumber);
+    c->add_option("--speed", o->speed, "How fast, 1 being as written")
+        ->check(CLI::Range(0.25, 4.0))
+        ->check(not_a_nan);
+    c->add_option("--from", o->from, "Begin at this many milliseconds")->check(WHOLE_FROM_0);
     c->add_flag("--quiet", o->quiet, "Show nothing while it plays");
     c->add_option("--import-option", o->import_option,
                   "MIDI times: 0 by the file's tempo, other numbers half the ticks as milliseconds");

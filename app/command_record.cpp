@@ -71,8 +71,7 @@ void add_record_command(CLI::App& program, int& status) {
     CLI::App* c = program.add_subcommand("record", "Record what comes in until interrupted, and save it");
     auto o = std::make_shared<record_options>();
     c->add_option("FILE", o->file, "The file to write, its kind told by the ending")->required();
-    c->add_option("--until", o->until, "Stop by itself after this many milliseconds")
-        ->check(CLI::NonNegativeNumber);
+    c->add_option("--until", o->until, "Stop by itself after this many milliseconds")->check(WHOLE_FROM_0);
     c->add_flag("--force", o->force, "Replace a file that exists");
     add_input_options(c, o->input, true);
     c->callback([o, &status] { status = run_record(*o); });

@@ -178,7 +178,7 @@ void add_render_command(CLI::App& program, int& status) {
     c->add_option("--hscroll", o->hscroll, "Horizontal scroll in steps of 16 pixels")
         ->check(CLI::Range(0, 32767));
     c->add_option("--vscroll", o->vscroll, "Vertical scroll in pixels")->check(CLI::Range(0, 32767));
-    c->add_option("--at", o->at, "Scroll to this time in milliseconds")->check(CLI::NonNegativeNumber);
+    c->add_option("--at", o->at, "Scroll to this time in milliseconds")->check(WHOLE_FROM_0);
     c->add_option("--vertical", o->vertical, "The parameter on the vertical axis");
     c->add_option("--length", o->length, "The parameter shown as the bars' length");
     c->add_option("--label", o->label, "The parameter written on the bars, or none");

@@ -31,9 +31,14 @@ bool tell(const char* receiver, const char* selector, std::initializer_list<atom
     return kel_message(name, message);
 }
 
-bool start_playing(brisolan* score, std::int32_t from, double speed) {
+event* first_note_from(const brisolan* score, std::int32_t from) {
     event* first = score->events;
     while (first && first->time < from) first = first->next;
+    return first;
+}
+
+bool start_playing(brisolan* score, std::int32_t from, double speed) {
+    event* const first = first_note_from(score, from);
     if (!first) return false;
     tell("tempo", "speed", {atom(static_cast<float>(speed))});
     // Started whole, and put where it shall begin before the first wait is over.

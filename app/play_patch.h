@@ -17,6 +17,9 @@ brisolan* load_own_patch(const char* name, host_patcher** patcher, std::string& 
 // Sends a message to the box that receives this name; false when the patch has none. [main]
 bool tell(const char* receiver, const char* selector, std::initializer_list<atom> arguments = {});
 
+// The first event at or after `from` milliseconds; null if none. Borrowed: valid until the next relinking. [main]
+event* first_note_from(const brisolan* score, std::int32_t from);
+
 // Starts a play patch at `from` milliseconds of its score: the first note at or after that time leaves after the wait
 // that is left until it, divided by the speed. False when there is no such note; nothing is started then. [main]
 bool start_playing(brisolan* score, std::int32_t from, double speed);

@@ -75,6 +75,14 @@ std::string named(const std::string& file, const std::string& why) {
     return "brisolan: " + file + ": " + why;
 }
 
+// The console's error with the file called as the user calls it, whatever the line calls it and whether it does.
+std::string told_of(const std::string& shown, const std::string& file, std::string_view error) {
+    for (const std::string& start : {std::string("brisolan: "), file + ": "}) {
+        if (error.starts_with(start)) error.remove_prefix(start.size());
+    }
+    return named(shown, std::string(error));
+}
+
 std::string read_named(console_printer& print, brisolan* x, const std::string& file, const std::string& shown,
                        int import_option) {
     kel_files_protect(true); // what is read may come from anyone
@@ -89,7 +97,7 @@ std::string read_named(console_printer& print, brisolan* x, const std::string& f
     const atom arguments[] = {atom(host_symbol(file.c_str())), atom(import_option)};
     kel_send(x, host_symbol("read"), arguments);
     kel_run_queue();
-    if (!console.error.empty()) return console.error;
+    if (!console.error.empty()) return told_of(shown, file, console.error);
     if (type != TYPE_MIDI) return x->serial == serial ? named(shown, why_no_document(file, type)) : "";
     return g_midi_ending == midi_ending::whole ? "" : named(shown, ending_reason(g_midi_ending));
 }

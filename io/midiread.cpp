@@ -61,6 +61,7 @@ struct midi_import {
     brisolan* x;
     const char* name;
     std::int32_t option;
+    bool announced = false; // the header tells of tracks
     std::int16_t tracknum = 0;
     std::int32_t abstime = 0; // milliseconds in the current chunk
     double carry = 0.0;       // the part of a millisecond left over from the deltas before
@@ -138,6 +139,7 @@ bool read_header(midi_import& m) {
         host_error("brisolan: MIDI File format %d not supported", format);
         return false;
     }
+    m.announced = big_endian(data.data() + 2, 2) != 0;
     set_division(m, big_endian(data.data() + 4, 2));
     return true;
 }
@@ -306,7 +308,10 @@ step_result read_track(midi_import& m) {
 step_result read_chunks(midi_import& m) {
     for (;;) {
         std::array<unsigned char, 8> head;
-        if (t_fread(head.data(), head.size()) < static_cast<int>(head.size())) return step_result::finished;
+        if (t_fread(head.data(), head.size()) < static_cast<int>(head.size())) {
+            if (m.tracknum == 0 && m.announced) g_midi_ending = midi_ending::cut;
+            return step_result::finished;
+        }
         m.tracknum = static_cast<std::int16_t>(m.tracknum + 1);
         m.abstime = 0;
         m.carry = 0.0;

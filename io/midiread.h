@@ -16,7 +16,7 @@ void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_opti
 // a file that is cut off looks here. Written by brisolan_importmidi, read by the program's commands.
 enum class midi_ending {
     whole, // with an End of Track, or before the next chunk
-    cut,   // inside a chunk
+    cut,   // inside a chunk, or in front of the first though the header tells of some
     funky, // at a delta below 0, which the end of the file inside a delta also gives
     bad    // at what the console line "bad midi file" or "not supported" told
 };

@@ -1,0 +1,103 @@
+// tests/app/list_command_test.cpp: `brisolan list`, and what the program says of files that it cannot read.
+// Test layer.
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "tests/app/command_test.h"
+#include "tests/io/midi_bytes.h"
+
+namespace {
+
+using texts = std::vector<std::string>;
+
+class list_command_test : public command_test {
+protected:
+    // What `list` says of a file of this name and content that it must refuse, without the file's name in front.
+    std::string refused(const std::string& name, const std::string& contents) {
+        return refused(text(name, contents));
+    }
+    std::string refused(const std::string& path) {
+        const finished f = run({"list", path});
+        EXPECT_EQ(f.status, 1);
+        EXPECT_EQ(f.out, "");
+        const std::string start = "brisolan: " + path + ": ";
+        const texts told = lines_of(f.err);
+        if (told.size() != 1 || !told[0].starts_with(start))
+            return "not one line that names the file: " + f.err;
+        return told[0].substr(start.size());
+    }
+};
+
+TEST_F(list_command_test, an_event_is_a_line_of_eight_integers) {
+    const std::string name = text("a.mid", one_track(on(96, 60, 100, 2) + off(96, 60, 2) + on(0, 62, 90)));
+    const finished f = run({"list", name});
+    EXPECT_EQ(f.status, 0);
+    EXPECT_EQ(f.out, "500 60 100 500 3 1 0 0\n1000 62 90 10 1 1 0 0\n");
+    EXPECT_EQ(f.err, "");
+    EXPECT_EQ(run({"list", name, "--import-option", "1"}).out, "48 60 100 48 3 1 0 0\n96 62 90 10 1 1 0 0\n");
+}
+
+TEST_F(list_command_test, a_file_that_cannot_be_read_is_named_with_the_reason) {
+    std::filesystem::create_directory(file("folder.mid"));
+    EXPECT_EQ(refused(file("none.mid")), "No such file or directory");
+    EXPECT_EQ(refused(file("folder.mid")), "Is a directory");
+    EXPECT_EQ(refused("empty.mid", ""), "the file is empty");
+    EXPECT_EQ(refused("empty.kel", ""), "the file is empty");
+    EXPECT_EQ(
+        refused("tune", one_track(on(0, 60))),
+        "not a kind that can be read: the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb");
+    EXPECT_EQ(refused("text.mid", "Dear reader"), "bad midi file");
+    EXPECT_EQ(refused("later.mid", midi_header(2, 1, 96) + chunk(end_of_track())),
+              "MIDI File format 2 not supported");
+    EXPECT_EQ(refused("sysex.mid", one_track(on(0, 60) + bytes({0, 0xF0, 2, 0x90, 1}))), "bad midi file");
+    EXPECT_EQ(refused("other.kel", "#N other x;\n"), "not a brisolan file");
+    EXPECT_EQ(refused("wrong.kel", "#N brisolan;\n#X what;\n"), "host: brisolan: no message \"what\"");
+    EXPECT_EQ(refused("half.kel", "#N brisolan;\n#X restore;\n#X 1 2"),
+              "the last message does not end with ';' in line 3");
+}
+
+TEST_F(list_command_test, a_file_that_may_not_be_read_is_named_with_the_reason) {
+    const std::string name = text("mine.mid", one_track(on(0, 60)));
+    std::filesystem::permissions(name, std::filesystem::perms::none);
+    if (access(name.c_str(), R_OK) == 0) GTEST_SKIP() << "who runs this may read everything";
+    EXPECT_EQ(refused(name), "Permission denied");
+}
+
+TEST_F(list_command_test, a_midi_file_that_is_cut_off_anywhere_is_refused) {
+    const std::string whole = one_track(on(0, 60) + bytes({0, 0xC0, 5}) + off(96, 60) + meta(0, 1, "text"));
+    for (std::size_t n = 1; n < whole.size(); ++n) {
+        SCOPED_TRACE(n);
+        const std::string why = refused("cut.mid", whole.substr(0, n));
+        const bool in_header = n < 14;
+        EXPECT_TRUE(in_header ? why == "bad midi file" : why.starts_with("the file is cut off")) << why;
+    }
+    const finished f = run({"list", text("none.mid", midi_header(0, 0, 96))});
+    EXPECT_EQ(f.status, 0) << "no track, and none was told of";
+    EXPECT_EQ(f.out + f.err, "");
+}
+
+TEST_F(list_command_test, standard_input_is_called_so) {
+    for (const std::string& contents :
+         {std::string("Dear reader\n"), midi_header(2, 1, 96), bytes({'M', 'T', 'h', 'd', 1})}) {
+        const std::string command = std::string(BRISOLAN_PROGRAM) + " list - < " + text("in", contents);
+        process shell(folder, "shell", {"/bin/sh", "-c", command});
+        EXPECT_EQ(shell.wait(60'000), 1);
+        EXPECT_EQ(shell.out(), "");
+        const texts told = lines_of(shell.err());
+        ASSERT_EQ(told.size(), 1U);
+        EXPECT_TRUE(told[0].starts_with("brisolan: standard input: ")) << told[0];
+    }
+}
+
+TEST_F(list_command_test, misuse_is_told_with_status_2) {
+    for (const texts& words : std::vector<texts>{
+             {"list"}, {"list", "a", "b"}, {"list", "--all", "a"}, {"list", "a", "--import-option", "x"}}) {
+        const finished f = run(words);
+        EXPECT_EQ(f.status, 2);
+        EXPECT_EQ(f.out, "");
+        EXPECT_EQ(lines_of(f.err).size(), 1U) << f.err;
+    }
+}
+
+} // namespace
