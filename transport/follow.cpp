@@ -3,6 +3,7 @@
 #include "transport/follow.h"
 
 #include "core/heldnotes.h"
+#include "core/messages.h"
 #include "core/output.h"
 #include "core/sequence.h"
 #include "transport/playback.h"
@@ -101,12 +102,9 @@ void brisolan_follow(brisolan* x, std::int32_t n) {
 void brisolan_followat(brisolan* x, std::int32_t pitch, std::int32_t vel, std::int32_t chan) {
     brisolan_stop(x);
     x->follow_time = 0;
-    event* found = brisolan_findnote(x, pitch, vel, chan);
-    x->current = found ? static_cast<event*>(found->next) : nullptr;
-    if (!found)
-        host_post("brisolan: note not found");
-    else if (x->current)
-        x->mode = MODE_FOLLOW;
+    brisolan_at(x, pitch, vel, chan);
+    if (x->current) x->current = x->current->next;
+    if (x->current) x->mode = MODE_FOLLOW;
 }
 
 void brisolan_followinput(brisolan* x) {

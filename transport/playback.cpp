@@ -3,6 +3,7 @@
 #include "transport/playback.h"
 
 #include "core/heldnotes.h"
+#include "core/messages.h"
 #include "core/output.h"
 #include "core/saturated.h"
 #include "core/sequence.h"
@@ -38,13 +39,9 @@ void brisolan_start(brisolan* x) {
 
 void brisolan_startat(brisolan* x, std::int32_t pitch, std::int32_t vel, std::int32_t chan) {
     brisolan_stop(x);
-    event* found = brisolan_findnote(x, pitch, vel, chan);
-    x->current = found;
-    if (!found) {
-        host_post("brisolan: note not found");
-        return;
-    }
-    event* following = found->next;
+    brisolan_at(x, pitch, vel, chan);
+    event* found = x->current;
+    event* following = found ? static_cast<event*>(found->next) : nullptr;
     if (!following) return;
     const std::uint32_t relinked = x->relinked;
     send_time(x, difference(following->time, found->time));
