@@ -3,10 +3,17 @@
 #include "core/event.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
 #include <tuple>
+#include <vector>
 
 #include "core/class.h"
 #include "tests/support/host_test.h"
+#include "view/cursor.h"
 
 namespace {
 
@@ -68,6 +75,118 @@ TEST(message_table, stands_in_registration_order) {
     EXPECT_EQ(names, wanted);
 }
 
+// How each message reaches its handler, with which arguments: what a patch may send, and what the host alone.
+TEST(message_table, tells_the_arguments) {
+    const auto words = [](const message_entry& m) {
+        std::string text;
+        for (const arg_word w : m.handler.words) {
+            switch (w) {
+            case ARG_NONE: break;
+            case ARG_LONG: text += "long "; break;
+            case ARG_FLOAT: text += "float "; break;
+            case ARG_SYM: text += "symbol "; break;
+            case ARG_DEFLONG: text += "[long] "; break;
+            case ARG_DEFSYM: text += "[symbol] "; break;
+            case ARG_LIST: text += "list "; break;
+            case ARG_PRIVATE: text += "private "; break;
+            }
+        }
+        return text;
+    };
+    const std::map<std::string, std::string> typed{
+        {"int", "long "},
+        {"float", "float "},
+        {"in1", "long "},
+        {"in2", "long "},
+        {"in3", "long "},
+        {"in4", "long "},
+        {"in5", "long "},
+        {"in6", "long "},
+        {"in7", "long "},
+        {"nth", "[long] "},
+        {"list", "list "},
+        {"follow", "[long] "},
+        {"startat", "long long long "},
+        {"followat", "long long long "},
+        {"delay", "long "},
+        {"mute", "long long long "},
+        {"unmute", "long long "},
+        {"setparam", "list "},
+        {"params", "long long long "},
+        {"import", "list "},
+        {"read", "list "},
+        {"export", "list "},
+        {"write", "list "},
+        {"writekel", "[symbol] "},
+    };
+    const std::set<std::string> plain{"next", "bang",    "clear",     "start", "record",
+                                      "stop", "restore", "unmuteall", "open",  "wclose"};
+    for (const message_entry& m : brisolan_messages()) {
+        const auto found = typed.find(m.name);
+        const std::string wanted = found != typed.end()  ? found->second
+                                   : plain.count(m.name) ? ""
+                                                         : "private ";
+        EXPECT_EQ(words(m), wanted) << m.name;
+        using enum message_input;
+        const std::string name = m.name;
+        const message_input input = name == "int"                                ? integer
+                                    : name == "bang"                             ? bang
+                                    : name == "float"                            ? floating
+                                    : name.starts_with("in") && name.size() == 3 ? inlet
+                                                                                 : method;
+        EXPECT_EQ(m.input, input) << m.name;
+        EXPECT_EQ(m.inlet, input == inlet ? name[2] - '0' : 0) << m.name;
+    }
+}
+
+// Whoever looks at an instance in a debugger or extends it finds the fields grouped as they are told of.
+TEST(instance_record, stands_in_its_order) {
+    const brisolan x;
+    const void* const fields[] = {&x.serial,
+                                  &x.events,
+                                  &x.name,
+                                  &x.params,
+                                  &x.numfield,
+                                  &x.lasttime,
+                                  &x.current,
+                                  &x.follow_time,
+                                  &x.follow_octaves,
+                                  &x.follow_skip,
+                                  &x.follow_window,
+                                  &x.nheld,
+                                  &x.follow_pending,
+                                  &x.held,
+                                  &x.held_tail,
+                                  &x.mode,
+                                  &x.window,
+                                  &x.redraw_qelem,
+                                  &x.redraw.redraw_bg,
+                                  &x.redraw.redraw_events,
+                                  &x.redraw.redraw_panel,
+                                  &x.redraw.redraw_editmode,
+                                  &x.redraw.redraw_spare,
+                                  &x.redraw.changed,
+                                  &x.redraw.redraw_marked,
+                                  &x.redraw.redraw_values,
+                                  &x.redraw.hide_check,
+                                  &x.restoring,
+                                  &x.timer_clock,
+                                  &x.ntracks,
+                                  &x.trackshown,
+                                  &x.mutes,
+                                  &x.patcher,
+                                  &x.play_clock,
+                                  &x.sending,
+                                  &x.lock};
+    EXPECT_TRUE(std::is_sorted(std::begin(fields), std::end(fields), std::less<>{}));
+    const param_record& p = x.params[0];
+    const void* const of_a_parameter[] = {
+        &p.name,        &p.mode,      &p.draw,   &p.underline, &p.typing_mark, &p.leg_pict_x, &p.leg_name_x,
+        &p.leg_value_x, &p.leg_end_x, &p.outlet, &p.min,       &p.max,         &p.defvalue,   &p.legvalue,
+        &p.curvalue,    &p.interval,  &p.scale,  &p.notenames, &p.isset};
+    EXPECT_TRUE(std::is_sorted(std::begin(of_a_parameter), std::end(of_a_parameter), std::less<>{}));
+}
+
 class loading : public object_test {};
 
 TEST_F(loading, loads_pictures_patterns_cursors_and_note_names) {
@@ -77,8 +196,11 @@ TEST_F(loading, loads_pictures_patterns_cursors_and_note_names) {
             std::any_of(std::begin(c.mask), std::end(c.mask), [](std::uint16_t row) { return row != 0; }));
     }
     EXPECT_EQ(std::count(std::begin(blk.pat), std::end(blk.pat), 0xFF), 8);
-    EXPECT_STREQ(notes[0], "C");
-    EXPECT_STREQ(notes[10], "A#");
+    for (const std::uint8_t row : gry.pat) EXPECT_EQ(std::popcount(row), 4);
+    const std::vector<std::string> names(notes.begin(), notes.end());
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B"}));
+    EXPECT_EQ(static_cast<std::uint16_t>(g_currentcursor), 65535) << "none is chosen";
     EXPECT_STREQ(ps_classname->name, "brisolan");
     EXPECT_STREQ(ps_New->name, "#N");
     EXPECT_STREQ(ps_nothing->name, "");
@@ -86,6 +208,8 @@ TEST_F(loading, loads_pictures_patterns_cursors_and_note_names) {
 
 TEST_F(loading, a_stop_and_a_construction_each_take_a_fresh_serial) {
     const std::int32_t before = brisolan_nextserial;
+    EXPECT_EQ(before, 2) << "of the construction, and of the stop inside it";
+    EXPECT_EQ(x->serial, before);
     send("stop");
     EXPECT_EQ(x->serial, before + 1);
     send("record");

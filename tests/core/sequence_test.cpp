@@ -279,6 +279,8 @@ TEST_F(sequence, clear_forgets_everything_that_names_an_event_and_leaves_the_cou
     EXPECT_EQ(x->window->vscroll_value, 0);
     EXPECT_EQ(x->nselected, 3);
     EXPECT_EQ(x->lasttime, 40);
+    append(5, 5, false);
+    EXPECT_EQ(shown(), "45:5 ") << "the running time goes on";
 }
 
 } // namespace

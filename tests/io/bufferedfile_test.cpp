@@ -27,10 +27,16 @@ TEST_F(bufferedfile, OpenSetsEverythingUp) {
     EXPECT_EQ(t_readend, t_buf);
     EXPECT_EQ(t_writeend, t_buf + 1024);
     t_close();
-    ASSERT_EQ(t_open("b", 0, WRITING), HOST_OK);
+    std::filesystem::create_directory("sub");
+    const std::int16_t sub = kel_folder("sub");
+    ASSERT_EQ(t_open("b", sub, WRITING), HOST_OK);
     EXPECT_EQ(t_write, 1);
+    EXPECT_EQ(t_vol, sub);
+    t_putc('x');
     t_close();
-    EXPECT_EQ(kel_filetype("b.mid"), TYPE_MIDI);
+    EXPECT_EQ(get_file("sub/b"), "x");
+    EXPECT_EQ(t_write, 1) << "the values stay as they were";
+    EXPECT_EQ(t_vol, sub);
 }
 
 TEST_F(bufferedfile, OpenGivesTheHostsCodeUnchanged) {
@@ -38,6 +44,14 @@ TEST_F(bufferedfile, OpenGivesTheHostsCodeUnchanged) {
     EXPECT_EQ(t_open("missing/a", 0, WRITING), HOST_ERR_NOT_FOUND);
     kel_file_fault(1, HOST_ERR_MEMORY);
     EXPECT_EQ(t_open("a", 0, WRITING), HOST_ERR_MEMORY);
+    open_to_read("x");
+    t_getc();
+    t_getc();
+    t_close();
+    EXPECT_EQ(t_open("missing/a", 7, WRITING), HOST_ERR_NOT_FOUND);
+    EXPECT_EQ(t_eof, 1) << "and nothing else has happened";
+    EXPECT_EQ(t_vol, 0);
+    EXPECT_EQ(t_write, 0);
 }
 
 TEST_F(bufferedfile, AnEmptyFileEndsAtOnce) {

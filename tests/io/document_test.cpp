@@ -6,6 +6,7 @@
 
 #include "core/class.h"
 #include "core/lifecycle.h"
+#include "host/kernel/dispatch.h"
 #include "io/embedding.h"
 #include "tests/io/io_test.h"
 #include "tests/io/midi_bytes.h"
@@ -206,6 +207,31 @@ TEST_F(document, DamagedDocumentsAreRefusedOrRead) {
         send("stop");
         told("read good.kelb");
         ASSERT_EQ(events(), before);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The queue
+
+TEST_F(document, FilesWaitForTheMainLevelReadingAtTheBackAndWritingAtTheFront) {
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    const auto arrives = [this](const char* selector, const char* name) {
+        const atom argument(host_symbol(name));
+        kel_send(x, host_symbol(selector), {&argument, 1});
+    };
+    for (const char* reading : {"read", "import"}) {
+        fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+        arrives(reading, "a.mid");
+        arrives("write", "before.mid");
+        arrives(reading, "before.mid");
+        EXPECT_EQ(events(), text_lines{"5 60 64 100 1 1 0 0"}) << "not at once";
+        EXPECT_FALSE(std::filesystem::exists("before.mid"));
+        (void)taken();
+        kel_run_queue();
+        EXPECT_EQ(taken(), text_lines{"post finished"});
+        EXPECT_EQ(events().size(), 1U);
+        EXPECT_NE(events(), text_lines{metrical}) << "the writing came before the first reading";
+        std::filesystem::remove("before.mid");
     }
 }
 
