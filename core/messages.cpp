@@ -28,6 +28,9 @@ void brisolan_params(brisolan* x, std::int32_t skip, std::int32_t window, std::i
 void brisolan_clear(brisolan* x) {
     x->serial = 0;
     brisolan_stop(x);
+    // Emptying scrolls to the beginning, where ruler and labels are others.
+    if (x->window->hscroll_value != 0 || x->window->vscroll_value != 0)
+        x->redraw.redraw_panel = std::uint8_t{1};
     brisolan_detachall(x);
     brisolan_unmuteall(x);
     x->redraw.changed = std::uint8_t{1};

@@ -278,10 +278,11 @@ void brisolan_drawvaluerow(brisolan* x) {
 
 void brisolan_drawylegend(brisolan* x) {
     const int window_bottom = x->window->height - BOTTOM_MARGIN;
+    const int right = std::min(AXIS_WIDTH, x->window->width - SCROLLBAR); // beside the bar in a tiny window
     const int bottom = std::min(static_cast<int>(brisolan_valuetov(x, 0)) + 5, window_bottom);
-    const RgnHandle saved = t_cliprect(0, AXIS_TOP, AXIS_WIDTH, window_bottom);
+    const RgnHandle saved = t_cliprect(0, AXIS_TOP, right, window_bottom);
     t_eraserect(0, AXIS_TOP, AXIS_WIDTH, window_bottom);
-    t_clipit(0, AXIS_TOP, AXIS_WIDTH, bottom);
+    t_clipit(0, AXIS_TOP, right, bottom);
     t_textface(FACE_PLAIN);
     t_drawline(AXIS_LINE, AXIS_LINE_TOP, AXIS_LINE, bottom);
     draw_ticks(x);

@@ -118,8 +118,16 @@ void brisolan_chkscroll(brisolan* x) {
     host_window_setscrollmax(w, h, v);
     const std::int16_t within_h = std::min(w->hscroll_value.get(), h);
     const std::int16_t within_v = std::min(w->vscroll_value.get(), v);
-    if (within_h != w->hscroll_value || within_v != w->vscroll_value)
-        host_window_setscrollval(w, within_h, within_v);
+    const std::int16_t h_before = w->hscroll_value;
+    const std::int16_t v_before = w->vscroll_value;
+    if (within_h == h_before && within_v == v_before) return;
+    host_window_setscrollval(w, within_h, within_v);
+    if (w->hscroll_value == h_before && w->vscroll_value == v_before) return; // the window held them at 0
+    // All of it stands elsewhere now, and nobody else knows.
+    x->redraw.redraw_bg = std::uint8_t{1};
+    x->redraw.redraw_events = std::uint8_t{1};
+    x->redraw.redraw_panel = std::uint8_t{1};
+    brisolan_redraw(x);
 }
 
 int brisolan_inscroll(brisolan* x, Point where) {

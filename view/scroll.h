@@ -8,7 +8,8 @@
 
 // Computes `hscroll_extent` and `vscroll_extent` from the sequence and the zoom and schedules the queued redraw. [main]
 void brisolan_remax(brisolan* x);
-// "chkscroll": gives the extents to the window's scroll bars and brings the scroll values down to their maxima. [main]
+// "chkscroll": gives the extents to the window's scroll bars and brings the scroll values down to their maxima;
+// where they were above, the queued redraw draws the content at its new place. [main]
 void brisolan_chkscroll(brisolan* x);
 // A press: 1 when the point is on one of the window's scroll bars, which then follows it until the release. [main]
 int brisolan_inscroll(brisolan* x, Point where);

@@ -66,17 +66,22 @@ private:
     GrafPtr before = nullptr;
 };
 
-// The corner between the bars, which neither they nor the object draw, may hold what stood there at another size.
-void whiten_corner(host_window* w) {
+// A part of the window becomes white, whatever the port's clip.
+void whiten(host_window* w, const Rect& part) {
     const in_port current(w);
     RgnHandle clip = NewRgn();
     GetClip(clip);
-    Rect corner;
-    SetRect(&corner, w->width - BAR, w->height - BAR, w->width, w->height);
-    ClipRect(&corner);
-    EraseRect(&corner);
+    ClipRect(&part);
+    EraseRect(&part);
     SetClip(clip);
     DisposeRgn(clip);
+}
+
+// The corner between the bars, which neither they nor the object draw, may hold what stood there at another size.
+void whiten_corner(host_window* w) {
+    Rect corner;
+    SetRect(&corner, w->width - BAR, w->height - BAR, w->width, w->height);
+    whiten(w, corner);
 }
 
 void drawn(host_window* w) {
@@ -165,6 +170,10 @@ void host_window_vis(host_window* w) {
     const bool before = w->visible;
     w->visible = true;
     if (!before) {
+        // What it showed before it was hidden may have had another size.
+        Rect all;
+        SetRect(&all, 0, 0, w->width, w->height);
+        whiten(w, all);
         sync_bars(w);
         toolbox_port_invalidate(w->port);
     }

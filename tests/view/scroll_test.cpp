@@ -106,6 +106,34 @@ TEST_F(view_scroll, values_come_down_to_the_maxima) {
     EXPECT_EQ(x->window->hscroll_value, 0);
 }
 
+TEST_F(view_scroll, content_is_drawn_where_the_maxima_have_brought_it) {
+    add(0, 60);
+    add(400000, 60, 64, 0)->selected = std::uint8_t{1};
+    open();
+    SetPort(x->window->port);
+    host_window_setscrollval(x->window, 900, 0);
+    brisolan_scroll(x);
+    brisolan_removeselected(x);
+    brisolan_remax(x);
+    kel_run_queue();
+    EXPECT_EQ(x->window->hscroll_value, 0);
+    const picture back = now();
+    EXPECT_EQ(back, full()) << difference(back, now());
+}
+
+TEST_F(view_scroll, a_clear_brings_the_ruler_back_to_the_beginning) {
+    for (int i = 0; i < 100; ++i) add(i * 1000, 60);
+    open();
+    kel_window_resize(x->window, 600, 200);
+    SetPort(x->window->port);
+    host_window_setscrollval(x->window, 100, 80);
+    brisolan_scroll(x);
+    send("clear");
+    EXPECT_EQ(x->window->hscroll_value, 0);
+    const picture cleared = now();
+    EXPECT_EQ(cleared, full()) << difference(cleared, now());
+}
+
 TEST_F(view_scroll, arrows_and_pages_of_both_bars) {
     add(400000, 60, 64, 0);
     open();

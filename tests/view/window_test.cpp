@@ -178,6 +178,16 @@ TEST_F(view_window, a_range_that_shrinks_leaves_nothing_of_the_larger) {
     }
 }
 
+TEST_F(view_window, opening_shows_nothing_of_another_size_before) {
+    add(0, 60);
+    open();
+    send("wclose");
+    kel_window_resize(x->window, 300, 250);
+    open();
+    const picture opened = now();
+    EXPECT_EQ(opened, full()) << difference(opened, now());
+}
+
 TEST_F(view_window, every_size_draws) {
     for (int i = 0; i < 20; ++i) add(i * 500, 30 + i, 100, 600);
     open();
