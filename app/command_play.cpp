@@ -93,7 +93,7 @@ std::string read_score(live_session& session, brisolan* score, const play_option
     if (const std::string why = read_into(session.print, score, o.file, o.import_option); !why.empty())
         return why;
     if (first_note_from(score, o.from)) return "";
-    return "brisolan: " + o.file + ": " +
+    return "brisolan: " + (o.file == "-" ? "standard input" : o.file) + ": " +
            (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
                           : "there is no note in it");
 }

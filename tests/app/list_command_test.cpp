@@ -78,10 +78,15 @@ TEST_F(list_command_test, a_midi_file_that_is_cut_off_anywhere_is_refused) {
 }
 
 TEST_F(list_command_test, standard_input_is_called_so) {
-    for (const std::string& contents :
-         {std::string("Dear reader\n"), midi_header(2, 1, 96), bytes({'M', 'T', 'h', 'd', 1})}) {
-        const std::string command = std::string(BRISOLAN_PROGRAM) + " list - < " + text("in", contents);
-        process shell(folder, "shell", {"/bin/sh", "-c", command});
+    const std::string refused_format = midi_header(2, 1, 96);
+    const std::string half_a_header = bytes({'M', 'T', 'h', 'd', 1});
+    const std::string without_notes = midi_header(0, 0, 96);
+    for (const auto& [command, contents] :
+         {std::pair{"list", std::string("Dear reader\n")}, std::pair{"list", refused_format},
+          std::pair{"list", half_a_header}, std::pair{"play", without_notes}}) {
+        const std::string line =
+            std::string(BRISOLAN_PROGRAM) + " " + command + " - < " + text("in", contents);
+        process shell(folder, "shell", {"/bin/sh", "-c", line});
         EXPECT_EQ(shell.wait(60'000), 1);
         EXPECT_EQ(shell.out(), "");
         const texts told = lines_of(shell.err());

@@ -139,6 +139,16 @@ TEST(message_table, tells_the_arguments) {
     }
 }
 
+TEST(message_table, gives_names_of_one_meaning_one_handler) {
+    std::map<std::string, host_handler> by_name;
+    for (const message_entry& m : brisolan_messages()) by_name[m.name] = m.handler;
+    EXPECT_EQ(by_name["bang"].deliver, by_name["next"].deliver);
+    EXPECT_EQ(by_name["read"].deliver, by_name["import"].deliver);
+    EXPECT_NE(by_name["read"].deliver, by_name["write"].deliver);
+    EXPECT_EQ(by_name["filename"].routine, by_name["dblclick"].routine);
+    EXPECT_NE(by_name["filename"].routine, by_name["update"].routine);
+}
+
 // Whoever looks at an instance in a debugger or extends it finds the fields grouped as they are told of.
 TEST(instance_record, stands_in_its_order) {
     const brisolan x;
