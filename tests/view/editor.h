@@ -38,9 +38,10 @@ struct played_machine {
     std::vector<std::string> console;
     std::vector<std::string> sent; // notices and "dirty"
     int choice = 0;
-    std::string
-        menu; // the last one popped up, an item a letter: '*' marked, '.' not, and '-' behind it where disabled
-    Point menu_at{};         // where, in the screen's coordinates
+    // The menu popped up last, an item a letter: '*' marked, '.' not, and '-' behind it where disabled; and where it was,
+    // in the screen's coordinates.
+    std::string menu;
+    Point menu_at{};
     std::vector<Point> held; // where the pointer is found while a press is followed
     std::size_t held_at = 0;
     Point moved_to{-1, -1};
