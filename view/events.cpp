@@ -173,9 +173,8 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
             const bool touched = d ? d->touched : ix.touches.touched(brisolan_touchedbox(ix.frame, look));
             if (!touched) return;
         }
-        const bool showing = shows(x, ix, look);
-        if (showing && d && d->look == look) d->redundant = true;
-        if (showing && drawn) {
+        if (drawn && shows(x, ix, look)) {
+            if (d && d->look == look) d->redundant = true;
             ix.wanted.push_back(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{0};
         } else {

@@ -3,13 +3,20 @@
 // Tests of the view.
 #include "tests/view/editor.h"
 
+#include <array>
 #include <cstdlib>
 #include <random>
+#include <vector>
 
+#include "edit/drag.h"
+#include "edit/params.h"
+#include "edit/selection.h"
+#include "io/clipboard.h"
 #include "tests/view/plain_twin.h"
 #include "view/draw.h"
 #include "view/events.h"
 #include "view/geometry.h"
+#include "view/selected.h"
 #include "view/window.h"
 
 namespace {
@@ -98,6 +105,81 @@ protected:
         }
     }
 
+    static void plain_noselect(brisolan* of) {
+        for (event* e = of->events; e; e = e->next) {
+            if (e->selected) plain_unselect(of, e);
+        }
+    }
+
+    // One of the edits that the view is told of as a whole, and the same one event after the other.
+    void edit_all() {
+        SetPort(x->window->port);
+        switch (below(6)) {
+        case 0:
+            brisolan_selectall(x);
+            for (event* e = y->events; e; e = e->next) plain_select(y, e);
+            break;
+        case 1:
+            brisolan_noselect(x);
+            plain_noselect(y);
+            break;
+        case 2: offset_selected(); break;
+        case 3: drag_in_legend(); break;
+        case 4: remove_selected(true); break;
+        default: copy_and_paste();
+        }
+        SetPort(nullptr);
+    }
+
+    void offset_selected() {
+        const int index = once_in(3) ? PARAM_TIME : once_in(2) ? PARAM_PITCH : PARAM_DUR;
+        const std::int32_t by = (below(61) - 30) * (index == PARAM_PITCH ? 1 : 30);
+        const param_record& p = x->params[static_cast<std::size_t>(index)];
+        const std::int32_t least = index == PARAM_TIME ? 0 : p.min.get();
+        const std::int32_t most = index == PARAM_TIME ? INT32_MAX : p.max.get();
+        brisolan_offset(x, index, by);
+        for (event* e = y->events; e; e = e->next) {
+            if (!e->selected) continue;
+            plain_eraseit(y, e);
+            const std::int32_t value = event_param(*e, index) + by;
+            event_param(*e, index) = value < least ? least : value > most ? most : value;
+        }
+        if (index == PARAM_TIME) brisolan_resort(y);
+    }
+
+    void drag_in_legend() {
+        const int index = once_in(2) ? PARAM_VEL : PARAM_PITCH;
+        const std::int32_t value = below(128);
+        x->numparam = static_cast<std::uint8_t>(index);
+        x->nselected = 2; // whoever is selected, and not the anchor alone
+        brisolan_paramtrack(x, value);
+        for (event* e = y->events; e; e = e->next) {
+            if (!e->selected) continue;
+            plain_eraseit(y, e);
+            event_param(*e, index) = value;
+            plain_drawit(y, e);
+        }
+    }
+
+    void copy_and_paste() {
+        if (x->nevents > 400) return;
+        brisolan_copy(x);
+        std::vector<std::array<std::int32_t, NPARAMS>> copied;
+        for (event* e = y->events; e; e = e->next) {
+            if (!e->selected) continue;
+            std::array<std::int32_t, NPARAMS>& values = copied.emplace_back();
+            for (int i = 0; i < NPARAMS; ++i) values[static_cast<std::size_t>(i)] = event_param(*e, i);
+        }
+        brisolan_paste(x);
+        plain_noselect(y);
+        for (const std::array<std::int32_t, NPARAMS>& values : copied) {
+            event* e = brisolan_newevent();
+            for (int i = 0; i < NPARAMS; ++i) event_param(*e, i) = values[static_cast<std::size_t>(i)];
+            brisolan_link(y, e);
+            plain_select(y, e);
+        }
+    }
+
     void redraw_marked() {
         brisolan_drawdirtyevts(x);
         plain_drawdirtyevts(y);
@@ -136,7 +218,8 @@ protected:
         redraw_all();
     }
 
-    void remove_selected() {
+    void remove_selected(bool at_once) {
+        if (at_once) brisolan_clr(x);
         for (brisolan* each : {x, y}) {
             for (event* e = each->events; e; e = e->next) {
                 if (!e->selected) continue;
@@ -178,11 +261,13 @@ protected:
         for (int round = 0; round < rounds; ++round) {
             if (once_in(12)) change_frame();
             if (once_in(15)) hide_or_show();
-            if (once_in(12)) remove_selected();
+            if (once_in(12)) remove_selected(false);
             while (x->nevents < 20) link_one();
             const int edits = once_in(3) ? below(most) : below(4);
             for (int i = 0; i < edits; ++i) {
                 edit(below(x->nevents));
+                if (batches > 0 && once_in(batches)) edit_all();
+                while (x->nevents < 20) link_one();
                 if (once_in(40)) brisolan_settle(x);
                 if (once_in(60)) redraw_marked();
                 if (once_in(80)) {
@@ -204,6 +289,7 @@ protected:
     std::mt19937 random;
     int time_range = 14000;
     int pitch_range = 128;
+    int batches = 0; // one edit in so many is followed by one of all at once; 0: none is
 };
 
 unsigned given_seed() {
@@ -219,6 +305,19 @@ TEST_F(random_redraw, sparse_and_dense_edits_equal_the_twin) {
         time_range = seed % 3 == 0 ? 3000 : 14000;
         pitch_range = seed % 2 == 0 ? 12 : 128;
         play(40, 120);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_F(random_redraw, edits_of_all_at_once_equal_the_twin) {
+    const unsigned first = given_seed();
+    std::printf("seed %u\n", first);
+    for (seed = first; seed < first + 12; ++seed) {
+        random.seed(seed);
+        batches = 1 + below(8);
+        time_range = seed % 3 == 0 ? 3000 : 14000;
+        pitch_range = seed % 2 == 0 ? 12 : 128;
+        play(40, 12);
         if (HasFatalFailure()) return;
     }
 }
