@@ -37,6 +37,20 @@ struct bar_edges {
     }
 };
 
+// The foreground colour while bars are drawn, which is set only where it changes.
+class ink {
+public:
+    void be(int colour) {
+        if (colour != now) t_color(colour);
+        now = colour;
+    }
+    // Others have set it.
+    void forget() { now = -1; }
+
+private:
+    int now = -1;
+};
+
 // Selected events are outlines, others solid.
 void fill(const bar_look& look, const bar_edges& e, std::int32_t left, std::int32_t right) {
     if (left >= right) return;
@@ -53,91 +67,135 @@ void draw_label(const view_frame& f, const bar_look& look) {
     DrawText(label, 0, length);
 }
 
-// Draws the wanted ones of the parts; the colour is left as the last one needed it.
-void draw_parts(const view_frame& f, const bar_look& look, unsigned wanted) {
+// Draws the wanted ones of the parts.
+void draw_parts(const view_frame& f, const bar_look& look, unsigned wanted, ink& colour) {
     const bar_edges e(f, look);
     if (wanted & (PART_HEAD | PART_REST)) {
-        if (f.set.colorparam == PARAM_TRACK)
-            brisolan_trackcolor(std::max(look.track, 0) - 1);
-        else
-            t_color(COLOR_FOREGROUND);
+        colour.be(look.colour);
         if (wanted & PART_HEAD) fill(look, e, look.left, e.head);
         if (wanted & PART_REST) fill(look, e, e.box, e.right);
     }
     if (wanted & PART_BOX && e.head < e.box) {
-        t_color(COLOR_GRID);
+        colour.be(COLOR_GRID);
         fill(look, e, e.head, e.box);
     }
     if (!(wanted & (PART_LABEL | PART_MARK))) return;
-    t_color(COLOR_FOREGROUND);
+    colour.be(COLOR_FOREGROUND);
     if (wanted & PART_LABEL && f.labels) draw_label(f, look);
     if (wanted & PART_MARK && look.black_key)
         t_drawstring("#", look.left - SHARP_LEFT, look.y + SHARP_BASELINE);
 }
 
-// How far text rises above its baseline and falls below it.
-struct text_room {
-    std::int32_t ascent, descent;
+// The rows of a bar's label, half-open.
+struct text_rows {
+    std::int32_t top, bottom;
 };
 
-// The bits of columns from..to-1 of a window; from < to <= 64.
-std::uint64_t columns(std::int32_t from, std::int32_t to) {
-    return ~std::uint64_t{0} >> (64 - (to - from)) << from;
-}
+// ---- which parts stay in sight, and what they cover
 
-// The parts that are not hidden by what is drawn later, part by part.
-unsigned seen_by_boxes(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
-                       const cover_map& cover) {
-    const auto shows = [&](std::int32_t left, std::int32_t right) {
-        return left < right && !cover.hides({left, e.top, right, e.bottom});
-    };
-    unsigned seen = 0;
-    if (look.black_key) seen |= PART_MARK;
-    if (shows(look.left, e.head)) seen |= PART_HEAD;
-    if (shows(e.head, e.box)) seen |= PART_BOX;
-    if (shows(e.box, e.right)) seen |= PART_REST;
-    const std::int32_t label = look.left + LABEL_LEFT;
-    const std::int32_t baseline = look.y + LABEL_BASELINE;
-    const pixel_box behind_label{label, baseline - text.ascent, label + look.label_width(),
-                                 baseline + text.descent};
-    return f.labels && !cover.hides(behind_label) ? seen | PART_LABEL : seen;
-}
+// One bar beside what is drawn later, part by part, for bars of any length.
+class any_bar {
+public:
+    any_bar(const view_frame& f, const bar_look& bar, const bar_edges& edges)
+        : frame(f), look(bar), e(edges) {}
 
-// The same for a bar that fits a window, in one look at each of its rows.
-unsigned seen_in_window(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
-                        const cover_map& cover) {
-    const auto shows = [](std::uint64_t hidden, std::int32_t from, std::int32_t to) {
-        return from < to && (~hidden & columns(from, to)) != 0;
-    };
-    const std::uint64_t bar = cover.hidden(look.left, e.top, e.bottom);
-    unsigned seen = 0;
-    if (look.black_key) seen |= PART_MARK;
-    if (shows(bar, 0, e.head - look.left)) seen |= PART_HEAD;
-    if (shows(bar, e.head - look.left, e.box - look.left)) seen |= PART_BOX;
-    if (shows(bar, e.box - look.left, e.right - look.left)) seen |= PART_REST;
-    if (!f.labels) return seen;
-    const std::int32_t baseline = look.y + LABEL_BASELINE;
-    // The text is higher than the bar, or as high; its own rows are those above and below.
-    const std::uint64_t behind_label = bar & cover.hidden(look.left, baseline - text.ascent, e.top) &
-                                       cover.hidden(look.left, e.bottom, baseline + text.descent);
-    return shows(behind_label, LABEL_LEFT, LABEL_LEFT + look.label_width()) ? seen | PART_LABEL : seen;
-}
-
-unsigned seen_parts(const view_frame& f, const bar_look& look, const bar_edges& e, const text_room& text,
-                    const cover_map& cover) {
-    const std::int32_t width = std::max(e.right - look.left, LABEL_LEFT + look.label_width());
-    const bool fits = width <= 64 && cover.in_reach(look.left);
-    return fits ? seen_in_window(f, look, e, text, cover) : seen_by_boxes(f, look, e, text, cover);
-}
-
-// What the bar sets for certain: its solid parts, or the rows of its outlines; text is left out.
-void cover_bar(const bar_look& look, const bar_edges& e, cover_map* cover) {
-    if (!look.selected) {
-        cover->add({look.left, e.top, e.right, e.bottom});
-        return;
+    unsigned seen(const text_rows& text, const cover_map& cover) const {
+        const auto shows = [&](std::int32_t left, std::int32_t right) {
+            return left < right && !cover.hides({left, e.top, right, e.bottom});
+        };
+        unsigned parts = 0;
+        if (look.black_key) parts |= PART_MARK;
+        if (shows(look.left, e.head)) parts |= PART_HEAD;
+        if (shows(e.head, e.box)) parts |= PART_BOX;
+        if (shows(e.box, e.right)) parts |= PART_REST;
+        const std::int32_t label = look.left + LABEL_LEFT;
+        const pixel_box behind_label{label, text.top, label + look.label_width(), text.bottom};
+        return frame.labels && !cover.hides(behind_label) ? parts | PART_LABEL : parts;
     }
-    cover->add({look.left, e.top, e.right, e.top + 1});
-    cover->add({look.left, e.bottom - 1, e.right, e.bottom});
+    // What the bar sets for certain: its solid parts, or the rows of its outlines; text is left out.
+    void cover(cover_map* map) const {
+        if (!look.selected) {
+            map->add({look.left, e.top, e.right, e.bottom});
+            return;
+        }
+        map->add({look.left, e.top, e.right, e.top + 1});
+        map->add({look.left, e.bottom - 1, e.right, e.bottom});
+    }
+
+private:
+    const view_frame& frame;
+    const bar_look& look;
+    const bar_edges& e;
+};
+
+// The bits of columns from..to-1 of a window; none when to <= from <= 64.
+std::uint64_t columns(std::int32_t from, std::int32_t to) {
+    const auto below = [](std::int32_t n) {
+        return n < BITS ? (std::uint64_t{1} << n) - 1 : ~std::uint64_t{0};
+    };
+    return below(to) & ~below(from);
+}
+
+// The first and the last bit of a run.
+std::uint64_t ends_of(std::uint64_t run) {
+    return run & (~(run << 1) | ~(run >> 1));
+}
+
+// The same for a bar that fits a window of 64 columns, as nearly all do: in one look at each of its rows.
+class short_bar {
+public:
+    // Bit 0 of every run is the bar's left column. Of an outline the rows between the first and the last hold only the
+    // sides of each part; a solid bar has no rows but those.
+    short_bar(const view_frame& f, const bar_look& bar, const bar_edges& edges)
+        : frame(f), look(bar), e(edges), head(columns(0, e.head - look.left)),
+          box(columns(e.head - look.left, e.box - look.left)),
+          rest(columns(e.box - look.left, e.right - look.left)) {}
+
+    unsigned seen(const text_rows& text, const cover_map& cover) const {
+        const std::int32_t border = look.selected ? 1 : 0;
+        const std::uint64_t borders = look.selected ? cover.hidden(look.left, e.top, e.top + 1) &
+                                                          cover.hidden(look.left, e.bottom - 1, e.bottom)
+                                                    : ~std::uint64_t{0};
+        const std::uint64_t middle = cover.hidden(look.left, e.top + border, e.bottom - border);
+        const auto shows = [&](std::uint64_t run) { return (run & ~borders) | (middle_of(run) & ~middle); };
+        unsigned parts = 0;
+        if (look.black_key) parts |= PART_MARK;
+        if (shows(head)) parts |= PART_HEAD;
+        if (!frame.labels) return parts;
+        if (shows(box)) parts |= PART_BOX;
+        if (shows(rest)) parts |= PART_REST;
+        const std::uint64_t label = columns(LABEL_LEFT, LABEL_LEFT + look.label_width());
+        if (label & ~(borders & middle)) return parts | PART_LABEL;
+        // The text is higher than the bar, or as high: what is left are the rows above and below.
+        const std::uint64_t around =
+            cover.hidden(look.left, text.top, e.top) & cover.hidden(look.left, e.bottom, text.bottom);
+        return label & ~around ? parts | PART_LABEL : parts;
+    }
+    void cover(cover_map* map) const {
+        const std::uint64_t all = head | box | rest;
+        if (!look.selected) {
+            map->cover(look.left, e.top, e.bottom, all);
+            return;
+        }
+        map->cover(look.left, e.top, e.top + 1, all);
+        map->cover(look.left, e.bottom - 1, e.bottom, all);
+        map->cover(look.left, e.top + 1, e.bottom - 1, middle_of(head) | middle_of(box) | middle_of(rest));
+    }
+
+private:
+    std::uint64_t middle_of(std::uint64_t run) const { return look.selected ? ends_of(run) : run; }
+
+    const view_frame& frame;
+    const bar_look& look;
+    const bar_edges& e;
+    std::uint64_t head, box, rest;
+};
+
+// The parts of the bar that are not hidden by what is drawn later, which it joins.
+template <class Bar> unsigned put_behind(const Bar& bar, const text_rows& text, cover_map* cover) {
+    const unsigned parts = bar.seen(text, *cover);
+    if (parts) bar.cover(cover);
+    return parts;
 }
 
 } // namespace
@@ -149,33 +207,43 @@ void brisolan_beginbars() {
 
 void brisolan_drawbar(const view_frame& f, const bar_look& look) {
     ++g_datadrawings;
-    draw_parts(f, look, ALL_PARTS);
-    t_color(COLOR_FOREGROUND);
+    ink colour;
+    draw_parts(f, look, ALL_PARTS, colour);
+    colour.be(COLOR_FOREGROUND);
 }
 
 void bar_pass::begin(const view_frame& f) {
     FontInfo font;
     GetFontInfo(&font);
-    ascent = font.ascent;
-    descent = font.descent;
+    text_above = f.labels ? font.ascent - LABEL_BASELINE : 0;
+    text_below = f.labels ? font.descent + LABEL_BASELINE : 0;
     frame = &f;
     cover.begin(f.data);
     erasings = 0;
-    count = 0;
+    seen.clear();
 }
 
-inline void bar_pass::push(const void* what, unsigned parts) {
-    constexpr std::size_t MORE = 1024;
-    if (count == seen.size()) seen.resize(count * 2 + MORE);
-    seen[count++] = {what, parts};
-}
-
+// Mostly nothing of it is seen, which one look at all that it may set tells.
 void bar_pass::add(const bar_look& look) {
+    const std::int32_t text_width = frame->labels ? LABEL_LEFT + look.label_width() : 0;
+    const std::int32_t width = std::max(look.length, text_width);
+    const bool fits = width <= BITS && cover.in_reach(look.left);
+    if (fits && !look.black_key) {
+        const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
+        const std::uint64_t hidden =
+            cover.hidden(look.left, look.y - std::max<std::int32_t>(look.half, text_above),
+                         look.y + std::max(below, text_below));
+        if (!(columns(0, width) & ~hidden)) return;
+    }
+    add_parts(look, fits);
+}
+
+void bar_pass::add_parts(const bar_look& look, bool fits) {
     const bar_edges e(*frame, look);
-    const unsigned parts = seen_parts(*frame, look, e, {ascent, descent}, cover);
-    if (!parts) return;
-    cover_bar(look, e, &cover);
-    push(&look, parts);
+    const text_rows text{look.y - text_above, look.y + text_below};
+    const unsigned parts = fits ? put_behind(short_bar(*frame, look, e), text, &cover)
+                                : put_behind(any_bar(*frame, look, e), text, &cover);
+    if (parts) seen.push({&look, parts});
 }
 
 // The lines of the grid reach one pixel beyond what is erased.
@@ -184,22 +252,23 @@ void bar_pass::add_erasing(const bar_box& erased) {
     if (cover.hides({erased.left, erased.top, erased.right + 1, bottom + 1})) return;
     cover.add({erased.left, erased.top, erased.right, bottom});
     ++erasings;
-    push(&erased, 0);
+    seen.push({&erased, 0});
 }
 
 void bar_pass::draw(const view_frame& f) {
-    if (count > 0) ++g_datadrawings;
+    if (!seen.empty()) ++g_datadrawings;
+    ink colour;
     if (erasings > 0) patches.begin(f);
-    for (std::size_t i = count; i-- > 0;) {
+    for (std::size_t i = seen.size(); i-- > 0;) {
         const step& s = seen[i];
         if (s.parts) {
             const bar_look& look = *static_cast<const bar_look*>(s.what);
-            if (erasings > 0) patches.draw(look.y - BAR_REACH, look.y + BAR_REACH);
-            draw_parts(f, look, s.parts);
+            if (erasings > 0 && patches.draw(look.y - BAR_REACH, look.y + BAR_REACH)) colour.forget();
+            draw_parts(f, look, s.parts, colour);
             continue;
         }
         patches.add(*static_cast<const bar_box*>(s.what));
-        if (--erasings == 0) patches.draw(f.data.top, f.data.bottom);
+        if (--erasings == 0 && patches.draw(f.data.top, f.data.bottom)) colour.forget();
     }
     t_color(COLOR_FOREGROUND);
 }

@@ -3,11 +3,10 @@
 // Called by the drawing of events.
 #pragma once
 
-#include <vector>
-
 #include "view/cover.h"
 #include "view/frame.h"
 #include "view/patches.h"
+#include "view/pile.h"
 
 // Sets the text state that bars are drawn with. Before the first bar of a pass. [main]
 void brisolan_beginbars();
@@ -32,14 +31,13 @@ private:
             what; // a bar_look, of which these parts are seen; a bar_box that was erased when there are none
         unsigned parts;
     };
-    void push(const void* what, unsigned parts);
+    void add_parts(const bar_look& look, bool fits);
     const view_frame* frame = nullptr;
-    std::int32_t ascent = 0, descent = 0; // of text
+    std::int32_t text_above = 0, text_below = 0; // rows of a label from the bar's middle on; 0 without labels
     cover_map cover;
     std::int32_t erasings = 0; // steps that are, and are still to be drawn
     grid_patches patches;
-    std::vector<step> seen; // grows only; `count` of it are in use
-    std::size_t count = 0;
+    pile<step> seen;
 };
 
 // No bar, label or mark sets a pixel further than this above or below its middle.

@@ -3,27 +3,11 @@
 // Called when many bars are drawn one over the other.
 #include "view/cover.h"
 
-#include <algorithm>
-
-#include "view/bitruns.h"
-
 namespace {
 
-constexpr int PADDING = BITS; // columns in front of a row
+constexpr int PADDING = BITS; // columns in front of the area
 constexpr int PADDED_WORDS = 3;
-
-// What of a box lies in the area, in pixels from its left upper corner.
-struct inside {
-    int from, to, top, bottom;
-
-    inside(const pixel_box& box, const Rect& area)
-        : from(std::max<int>(box.left, area.left) - area.left),
-          to(std::min<int>(box.right, area.right) - area.left),
-          top(std::max<int>(box.top, area.top) - area.top),
-          bottom(std::min<int>(box.bottom, area.bottom) - area.top) {}
-    bool nothing() const { return from >= to || top >= bottom; }
-    bit_run columns() const { return bit_run(from + PADDING, to + PADDING); }
-};
+constexpr std::uint64_t ALL = ~std::uint64_t{0};
 
 } // namespace
 
@@ -31,46 +15,40 @@ void cover_map::begin(const Rect& data) {
     area = data;
     area.right = std::max(data.right, data.left);
     area.bottom = std::max(data.bottom, data.top);
+    rows = area.bottom - area.top;
     const int width = area.right - area.left;
-    words = words_for(width) + PADDED_WORDS;
-    bits.assign(static_cast<std::size_t>(area.bottom - area.top) * static_cast<std::size_t>(words), 0);
-    const bit_run front(0, PADDING);
-    const bit_run behind(PADDING + width, words * BITS);
-    std::uint64_t* row = bits.data();
-    for (int v = area.top; v < area.bottom; ++v, row += words) {
-        front.set(row);
-        behind.set(row);
-    }
-}
-
-std::uint64_t cover_map::hidden(std::int32_t column, std::int32_t top, std::int32_t bottom) const {
-    const int at = column - area.left + PADDING;
-    const int shift = at % BITS;
-    const int from = std::max<int>(top, area.top) - area.top;
-    const int to = std::min<int>(bottom, area.bottom) - area.top;
-    std::uint64_t all = ~std::uint64_t{0};
-    if (from >= to) return all;
-    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(from) * words + at / BITS;
-    // The second shift in two steps, so that a shift of 0 takes nothing of the next word.
-    for (int v = from; v < to; ++v, row += words) all &= row[0] >> shift | row[1] << 1 << (BITS - 1 - shift);
-    return all;
+    const int columns = words_for(width) + PADDED_WORDS;
+    bits.assign(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows), 0);
+    const bit_run behind(PADDING + width, columns * BITS);
+    std::fill_n(words_of(0), rows, ALL);
+    for (int w = behind.first; w <= behind.last; ++w) std::fill_n(words_of(w), rows, behind.in(w));
 }
 
 bool cover_map::hides(const pixel_box& box) const {
-    const inside part(box, area);
-    if (part.nothing()) return true;
-    const bit_run run = part.columns();
-    const std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(part.top) * words;
-    for (int v = part.top; v < part.bottom; ++v, row += words) {
-        if (!run.all(row)) return false;
+    const int from = std::max<int>(box.left, area.left) - area.left;
+    const int to = std::min<int>(box.right, area.right) - area.left;
+    if (from >= to) return true;
+    const row_range range = rows_of(box.top, box.bottom);
+    const bit_run run(from + PADDING, to + PADDING);
+    for (int w = run.first; w <= run.last; ++w) {
+        const std::uint64_t wanted = run.in(w);
+        const std::uint64_t* const words = words_of(w);
+        for (int v = range.from; v < range.to; ++v) {
+            if (~words[v] & wanted) return false;
+        }
     }
     return true;
 }
 
 void cover_map::add(const pixel_box& box) {
-    const inside part(box, area);
-    if (part.nothing()) return;
-    const bit_run run = part.columns();
-    std::uint64_t* row = bits.data() + static_cast<std::ptrdiff_t>(part.top) * words;
-    for (int v = part.top; v < part.bottom; ++v, row += words) run.set(row);
+    const int from = std::max<int>(box.left, area.left) - area.left;
+    const int to = std::min<int>(box.right, area.right) - area.left;
+    if (from >= to) return;
+    const row_range range = rows_of(box.top, box.bottom);
+    const bit_run run(from + PADDING, to + PADDING);
+    for (int w = run.first; w <= run.last; ++w) {
+        const std::uint64_t more = run.in(w);
+        std::uint64_t* const words = words_of(w);
+        for (int v = range.from; v < range.to; ++v) words[v] |= more;
+    }
 }

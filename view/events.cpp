@@ -51,25 +51,8 @@ void want_marked(brisolan* x) {
     brisolan_redraw(x);
 }
 
-// The event's measured bar; valid until the next call. Mostly it has not changed since it was placed, or by being selected
-// alone.
-const bar_look& look_of(view_index& ix, event* e) {
-    bar_look& look = ix.last_look;
-    if (ix.last == e && brisolan_sameplace(ix.frame, look, *e)) return look;
-    ix.last = e;
-    const std::int64_t id = brisolan_entryof(ix, e);
-    if (id >= 0) {
-        look = ix.entries[static_cast<std::size_t>(id)].look;
-        brisolan_setselected(ix.frame, &look, e->selected != 0);
-        if (brisolan_sameplace(ix.frame, look, *e)) return look;
-    }
-    look = brisolan_place(ix.frame, *e);
-    brisolan_measure(ix.frame, &look);
-    return look;
-}
-
-bool shows(const brisolan* x, const view_index& ix, const bar_look& look) {
-    return brisolan_inspan(ix.frame, look) && brisolan_trackisshown(x, look.track);
+bool shows(const brisolan* x, const view_index& ix, const event& e, const bar_look& look) {
+    return brisolan_inspan(ix.frame, look) && brisolan_trackisshown(x, e.track);
 }
 
 // ---- at once
@@ -82,7 +65,7 @@ void erase_now(brisolan* x, view_index& ix, event* e, const bar_box& box) {
     ++ix.erased;
     const std::int64_t id = brisolan_entryof(ix, e);
     if (id >= 0)
-        ix.dirty.push_back(static_cast<std::uint32_t>(id));
+        ix.dirty.add(static_cast<std::uint32_t>(id));
     else
         ix.strayed = true;
     brisolan_marktouched(ix, box);
@@ -105,39 +88,31 @@ deferred_drawing* drawing_of(view_index& ix, const event* e, std::uint32_t place
 void gather_erasing(view_index& ix, const bar_box& box) {
     ix.gathering = true;
     ix.placed = false;
-    ix.log.push_back({box, 0});
+    ix.log.push({box, 0});
 }
 
 void gather_far_erasing(view_index& ix, const event& e) {
-    const bar_look look = brisolan_valuesof(ix.frame, e);
     const auto end = static_cast<std::int32_t>(ix.far_erased.size());
-    ix.far_erased.push_back({look.time, look.value, look.extent, look.label, look.selected});
+    ix.far_erased.push(brisolan_valuesof(ix.frame, e));
     if (ix.log.empty() || ix.log.back().drawing != FAR_ERASINGS)
-        ix.log.push_back({{end, end, 0, 0}, FAR_ERASINGS});
+        ix.log.push({{end, end, 0, 0}, FAR_ERASINGS});
     ix.log.back().erased.right = end + 1;
 }
 
 void gather_drawing(view_index& ix, event* e, const bar_look& look) {
     deferred_drawing* before = drawing_of(ix, e, e->place);
     if (before && before->look == look) before->redundant = true;
-    ix.drawings.push_back({e, look});
+    ix.drawings.push({e, look, false, false});
     e->place = static_cast<std::uint32_t>(ix.drawings.size());
     if (!ix.log.empty() && ix.log.back().drawing == 0)
         ix.log.back().drawing = e->place;
     else
-        ix.log.push_back({{}, e->place});
+        ix.log.push({{}, e->place});
 }
 
 void add_far_touches(view_index& ix, const log_step& step) {
     for (auto i = step.erased.left; i < step.erased.right; ++i) {
-        const far_erasing& far = ix.far_erased[static_cast<std::size_t>(i)];
-        bar_look look{};
-        look.time = far.time;
-        look.value = far.value;
-        look.extent = far.extent;
-        look.label = far.label;
-        look.selected = far.selected;
-        brisolan_placelook(ix.frame, &look);
+        bar_look look = brisolan_place(ix.frame, ix.far_erased[static_cast<std::size_t>(i)]);
         brisolan_measure(ix.frame, &look);
         ix.touches.add(brisolan_erasedbox(look));
     }
@@ -173,12 +148,12 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
             const bool touched = d ? d->touched : ix.touches.touched(brisolan_touchedbox(ix.frame, look));
             if (!touched) return;
         }
-        if (drawn && shows(x, ix, look)) {
+        if (drawn && shows(x, ix, *e, look)) {
             if (d && d->look == look) d->redundant = true;
-            ix.wanted.push_back(brisolan_lastentry(ix));
+            ix.wanted.push(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{0};
         } else {
-            ix.dirty.push_back(brisolan_lastentry(ix));
+            ix.dirty.add(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{1};
         }
     });
@@ -222,19 +197,17 @@ void settle(brisolan* x, view_index& ix, settling how) {
 
 // Those of the entries that may be marked, in list order: what shows is drawn and no longer marked.
 void draw_dirty(brisolan* x, view_index& ix) {
-    std::sort(ix.dirty.begin(), ix.dirty.end());
     const event_clip clip(x);
     ix.wanted.clear();
-    for (const std::uint32_t id : ix.dirty) {
+    ix.dirty.walk([&](std::uint32_t id) {
         event* e = ix.entries[id].e;
-        if (!e->needsdraw) continue;
-        bar_look look = brisolan_place(ix.frame, *e);
-        if (!shows(x, ix, look)) continue;
-        brisolan_measure(ix.frame, &look);
+        if (!e->needsdraw) return;
+        const bar_look look = brisolan_look(ix.frame, *e);
+        if (!shows(x, ix, *e, look)) return;
         brisolan_entrymoved(ix, e, look);
-        ix.wanted.push_back(id);
+        ix.wanted.push(id);
         e->needsdraw = std::uint8_t{0};
-    }
+    });
     brisolan_drawwanted(ix);
     ix.dirty.clear();
 }
@@ -244,8 +217,8 @@ void draw_all_marked(brisolan* x, view_index& ix) {
     const event_clip clip(x);
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (!e->needsdraw || !shows(x, ix, look)) return;
-        ix.wanted.push_back(brisolan_lastentry(ix));
+        if (!e->needsdraw || !shows(x, ix, *e, look)) return;
+        ix.wanted.push(brisolan_lastentry(ix));
         e->needsdraw = std::uint8_t{0};
     });
     brisolan_drawwanted(ix);
@@ -270,7 +243,7 @@ event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
 // Placing all anew outside a redraw must not lose who is marked.
 void place_for_finding(brisolan* x, view_index& ix) {
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (e->needsdraw && shows(x, ix, look)) ix.dirty.push_back(brisolan_lastentry(ix));
+        if (e->needsdraw && shows(x, ix, *e, look)) ix.dirty.add(brisolan_lastentry(ix));
     });
 }
 
@@ -318,9 +291,9 @@ void brisolan_drawevts(brisolan* x) {
     brisolan_beginbars();
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (!shows(x, ix, look)) return;
-        ix.wanted.push_back(brisolan_lastentry(ix));
-        e->needsdraw = std::uint8_t{0};
+        if (!shows(x, ix, *e, look)) return;
+        ix.wanted.push(brisolan_lastentry(ix));
+        if (e->needsdraw) e->needsdraw = std::uint8_t{0};
     });
     brisolan_drawwanted(ix);
 }
@@ -336,11 +309,11 @@ void event_pen::draw(event* e) {
     if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) return;
     // Of what is not seen it matters only whether it would be.
     if (!visible) {
-        if (shows(x, ix, brisolan_place(ix.frame, *e))) e->needsdraw = std::uint8_t{0};
+        if (shows(x, ix, *e, brisolan_place(ix.frame, *e))) e->needsdraw = std::uint8_t{0};
         return;
     }
-    const bar_look& look = look_of(ix, e);
-    if (!shows(x, ix, look)) return;
+    const bar_look look = brisolan_look(ix.frame, *e);
+    if (!shows(x, ix, *e, look)) return;
     e->needsdraw = std::uint8_t{0};
     if (ix.gathering)
         gather_drawing(ix, e, look);
@@ -357,7 +330,7 @@ void event_pen::erase(event* e) {
         gather_far_erasing(ix, *e);
         return;
     }
-    const bar_box box = brisolan_erasedbox(look_of(ix, e));
+    const bar_box box = brisolan_erasedbox(brisolan_look(ix.frame, *e));
     if (!ix.gathering && ix.erased < FEW && brisolan_isplaced(x, ix))
         erase_now(x, ix, e, box);
     else
@@ -395,12 +368,7 @@ void brisolan_freeindex(brisolan* x) {
 }
 
 int brisolan_trackcolor(std::int32_t index) {
-    constexpr int FIRST = 47; // tracks 1 to 16 downward, then 17 to 32 upward from LATER
-    constexpr int LATER = 4;
-    constexpr int HALF = 16;
-    int colour = FIRST;
-    if (index >= 0 && index < HALF) colour = FIRST - index;
-    if (index >= HALF) colour = index % HALF + LATER;
+    const int colour = brisolan_trackpalette(index);
     t_color(colour);
     return colour;
 }
@@ -417,8 +385,7 @@ void brisolan_drawsharps(brisolan* x, int n) {
 std::int32_t brisolan_eventrect(const brisolan* x, const event* e, std::int32_t* left, std::int32_t* top,
                                 std::int32_t* right, std::int32_t* bottom) {
     const view_frame f = brisolan_frame(brisolan_framesettings(x));
-    bar_look look = brisolan_place(f, *e);
-    brisolan_measure(f, &look);
+    const bar_look look = brisolan_look(f, *e);
     const bar_box box = brisolan_erasedbox(look);
     *left = box.left;
     *top = box.top;

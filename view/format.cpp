@@ -18,7 +18,7 @@ std::int16_t g_asmidi = 0;
 namespace {
 
 constexpr std::int32_t OCTAVE = 12;
-constexpr std::int32_t NOTES = 128;
+constexpr std::int32_t NOTES = COMMON_LABELS;
 // Widths in the plain face: of the characters, and of the labels that are met most.
 struct label_widths {
     std::array<std::uint8_t, 256> character{};
@@ -72,6 +72,11 @@ std::int32_t brisolan_labelwidth(bool as_note, std::int32_t value) {
     if (!widths) return 0;
     if (value >= 0 && value < NOTES) return widths->common[as_note ? 1 : 0][static_cast<std::size_t>(value)];
     return widths->of(as_note, value);
+}
+
+const std::uint8_t* brisolan_commonwidths(bool as_note) {
+    const label_widths* widths = measured_widths();
+    return widths ? widths->common[as_note ? 1 : 0].data() : nullptr;
 }
 
 void cnote2str(std::int32_t note, char* out) {

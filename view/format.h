@@ -26,6 +26,9 @@ constexpr std::int32_t LABEL_MARGIN = 6;
 // pixels in the plain face, measured in the window's port or, before that was ever current, 0. [main]
 int brisolan_labeltext(bool as_note, std::int32_t value, char* out);
 std::int32_t brisolan_labelwidth(bool as_note, std::int32_t value);
+// The same for the values from 0 to before COMMON_LABELS, one after the other; null before a port was current. [main]
+constexpr std::int32_t COMMON_LABELS = 128;
+const std::uint8_t* brisolan_commonwidths(bool as_note);
 // Width in pixels of the event's bar: its length, or while there is a label parameter its label with LABEL_MARGIN when
 // that is more, whether or not the zoom lets labels be drawn. [main]
 std::int32_t brisolan_nwidth(const brisolan* x, const event* e);

@@ -8,6 +8,7 @@
 
 #include "core/instance.h"
 #include "host/toolbox.h"
+#include "view/draw.h"
 #include "view/format.h"
 #include "view/geometry.h"
 
@@ -24,15 +25,17 @@ struct frame_settings {
 struct view_frame {
     frame_settings set{};
     // What follows from them.
-    std::int64_t xzoom = 1, yzoom = 1, lenzoom = 1;
-    std::int32_t left = 0;                // window x of Time 0
-    std::int32_t content_bottom = 0;      // content y of value 0
-    std::int32_t half = 0;                // half a bar's height
-    bool labels = false;                  // bars carry labels at this zoom
-    Rect data{};                          // the data area
+    std::int64_t xzoom = 1, lenzoom = 1;
+    double time_scale = 1, value_scale = 1, extent_scale = 1; // pixels for a unit, of brisolan_scale
+    std::int32_t left = 0;                                    // window x of Time 0
+    std::int32_t content_bottom = 0;                          // content y of value 0
+    std::int32_t half = 0;                                    // half a bar's height
+    bool labels = false;                                      // bars carry labels at this zoom
+    Rect data{};                                              // the data area
     std::int64_t time_behind = INT64_MAX; // events from this Time on begin right of the window
     std::int64_t time_before =
         INT64_MIN; // events before this Time begin further left of it than any label is long
+    const std::uint8_t* widths = nullptr; // of common labels; null until the font was measured
 };
 
 // The settings as they stand. [main]
@@ -60,19 +63,37 @@ inline frame_settings brisolan_framesettings(const brisolan* x) {
 // The frame that they give. [main]
 view_frame brisolan_frame(const frame_settings& settings);
 
-// Where one event's bar lies in the window, and the values that place it there.
+// The palette index of a track's colour, its number counted from 0: downward for the first sixteen, then upward.
+inline std::uint8_t brisolan_trackpalette(std::int32_t index) {
+    constexpr int FIRST = 47;
+    constexpr int LATER = 4;
+    constexpr int HALF = 16;
+    if (index < 0) return FIRST;
+    return static_cast<std::uint8_t>(index < HALF ? FIRST - index : index % HALF + LATER);
+}
+
+// The values of an event that its bar shows.
+struct bar_values {
+    std::int32_t time, value, extent, label, track;
+    bool selected;
+};
+
+// Where one event's bar lies in the window, and how it looks there. Two that are equal draw the same pixels. Kept small:
+// with very many events, writing and reading it is much of what they cost.
 struct bar_look {
-    std::int32_t time, value, extent, label, track; // of the event
-    std::int32_t left, length;                      // of the bar; its length is at least 4
-    std::int32_t y;                                 // of its middle
-    std::int8_t half;                               // half its height, one more when selected
-    std::uint8_t label_room; // what its label takes of its length, margins too; 0: none
-    bool selected, black_key;
+    std::int32_t left, length; // of the bar; its length is at least 4
+    std::int32_t y;            // of its middle
+    std::int32_t label;        // the value that it is labelled with
+    std::int8_t half;          // half its height, one more when selected
+    std::uint8_t label_room;   // what its label takes of its length, margins too; 0: none
+    std::uint8_t colour;       // palette index
+    bool selected : 1, black_key : 1;
     // Right of the bar with its label; how wide the label's text is.
     std::int32_t right() const { return left + std::max<std::int32_t>(length, label_room); }
     std::int32_t label_width() const { return label_room ? label_room - LABEL_MARGIN : 0; }
     bool operator==(const bar_look&) const = default;
 };
+static_assert(sizeof(bar_look) == 20);
 
 // Whether the event cannot show: told by comparing more than by dividing, for walks over many that do not. [main]
 inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
@@ -84,58 +105,62 @@ inline bool brisolan_isfaraway(const view_frame& f, const event& e) {
     return event_param(e, f.set.lenparam) * std::int64_t{UNIT} < gap * f.lenzoom;
 }
 
-// Makes the bar that of a selected event, or of another. [main]
-inline void brisolan_setselected(const view_frame& f, bar_look* look, bool selected) {
-    look->selected = selected;
-    look->half = static_cast<std::int8_t>(f.half + (selected ? 1 : 0));
+// UNIT / zoom, for brisolan_pixels.
+inline double brisolan_scale(std::int64_t zoom) {
+    // A little too much, so that a whole quotient is never rounded to below itself; of 35 bits by 31, no other one comes
+    // near the next whole number.
+    constexpr double UP = 1 + 0x1p-50;
+    return UNIT / static_cast<double>(zoom) * UP;
 }
-// value * UNIT / zoom, truncated toward zero. Divided as floating numbers, which takes a third of the time: of 35 bits by 31
-// the rounded quotient never reaches a whole number that the exact one does not. [main]
-inline std::int64_t brisolan_quotient(std::int32_t value, std::int64_t zoom) {
-    return static_cast<std::int64_t>(static_cast<double>(std::int64_t{value} * UNIT) /
-                                     static_cast<double>(zoom));
+// value * UNIT / zoom, truncated toward zero: multiplied with the scale of the zoom, in a fifth of a division's time. [main]
+inline std::int64_t brisolan_quotient(std::int32_t value, double scale) {
+    return static_cast<std::int64_t>(value * scale);
 }
 // Pixels of a value, held at what is out of sight anyway. [main]
-inline std::int32_t brisolan_pixels(std::int32_t value, std::int64_t zoom) {
-    return static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(brisolan_quotient(value, zoom), -FAR_AWAY, FAR_AWAY));
+inline std::int32_t brisolan_pixels(std::int32_t value, double scale) {
+    return static_cast<std::int32_t>(std::clamp<double>(value * scale, -FAR_AWAY, FAR_AWAY));
 }
-// The values of an event that place its bar; where that lies is left for brisolan_placelook. [main]
-inline bar_look brisolan_valuesof(const view_frame& f, const event& e) {
+// The values of an event that its bar shows; where that lies is left for brisolan_place. [main]
+inline bar_values brisolan_valuesof(const view_frame& f, const event& e) {
+    return {e.time,
+            event_param(e, f.set.yparam),
+            event_param(e, f.set.lenparam),
+            f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam),
+            e.track,
+            e.selected != 0};
+}
+// Places the bar; the label is left for brisolan_measure. [main]
+inline bar_look brisolan_place(const view_frame& f, const bar_values& values) {
     bar_look look;
-    look.time = e.time;
-    look.value = event_param(e, f.set.yparam);
-    look.extent = event_param(e, f.set.lenparam);
-    look.label = f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam);
-    look.track = e.track;
-    look.selected = e.selected != 0;
-    return look;
-}
-// Places the bar by its values; the label is left for brisolan_measure. [main]
-inline void brisolan_placelook(const view_frame& f, bar_look* placed) {
-    bar_look& look = *placed;
-    brisolan_setselected(f, &look, look.selected);
-    look.left = f.left + brisolan_pixels(look.time, f.xzoom);
-    look.length = std::max(brisolan_pixels(look.extent, f.lenzoom), LEAST_BAR);
-    look.label_room = 0;
-    const auto above = static_cast<std::int16_t>(brisolan_quotient(look.value, f.yzoom));
+    look.left = f.left + brisolan_pixels(values.time, f.time_scale);
+    look.length = std::max(brisolan_pixels(values.extent, f.extent_scale), LEAST_BAR);
+    const auto above = static_cast<std::int16_t>(brisolan_quotient(values.value, f.value_scale));
     look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
-    look.black_key = f.set.show_sharps && brisolan_isblackkey(look.value, f.set.yzoom);
-}
-// Both. [main]
-inline bar_look brisolan_place(const view_frame& f, const event& e) {
-    bar_look look = brisolan_valuesof(f, e);
-    brisolan_placelook(f, &look);
+    look.label = values.label;
+    look.half = static_cast<std::int8_t>(f.half + (values.selected ? 1 : 0));
+    look.label_room = 0;
+    look.colour = f.set.colorparam == PARAM_TRACK ? brisolan_trackpalette(std::max(values.track, 0) - 1)
+                                                  : std::uint8_t{COLOR_FOREGROUND};
+    look.selected = values.selected;
+    look.black_key = f.set.show_sharps && brisolan_isblackkey(values.value, f.set.yzoom);
     return look;
+}
+inline bar_look brisolan_place(const view_frame& f, const event& e) {
+    return brisolan_place(f, brisolan_valuesof(f, e));
 }
 // Measures the label. The window's port must be current at the first call. [main]
-void brisolan_measure(const view_frame& f, bar_look* look);
-// Whether the event still has the values that placed the bar. [main]
-inline bool brisolan_sameplace(const view_frame& f, const bar_look& look, const event& e) {
-    return look.time == e.time && look.value == event_param(e, f.set.yparam) &&
-           look.extent == event_param(e, f.set.lenparam) &&
-           look.label == (f.set.labelparam < 0 ? 0 : event_param(e, f.set.labelparam)) &&
-           look.track == e.track && look.selected == (e.selected != 0);
+inline void brisolan_measure(const view_frame& f, bar_look* look) {
+    if (f.set.labelparam < 0) return;
+    const bool common = f.widths && look->label >= 0 && look->label < COMMON_LABELS;
+    const std::int32_t width =
+        common ? f.widths[look->label] : brisolan_labelwidth(f.set.labelnotes != 0, look->label);
+    look->label_room = static_cast<std::uint8_t>(width + LABEL_MARGIN);
+}
+// Places and measures. [main]
+inline bar_look brisolan_look(const view_frame& f, const event& e) {
+    bar_look look = brisolan_place(f, e);
+    brisolan_measure(f, &look);
+    return look;
 }
 
 // Whether any of the bar may show: not all of it left of the data area, nor right of the window. [main]

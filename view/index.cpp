@@ -38,7 +38,7 @@ std::size_t placed_bands::cell_of(const bar_box& box) const {
     return static_cast<std::size_t>(band_of(box.top) * columns + (wide ? 0 : column_of(box.left)));
 }
 
-void placed_bands::make(const std::vector<placed_event>& entries, const view_frame& f) {
+void placed_bands::make(const pile<placed_event>& entries, const view_frame& f) {
     top = f.data.top - MARGIN;
     left = f.data.left;
     bands = (std::max(f.data.bottom + MARGIN - top, 1) >> BAND_SHIFT) + 1;
@@ -60,12 +60,14 @@ view_index& brisolan_index(brisolan* x) {
     if (!x->index) x->index = new view_index;
     view_index& ix = *x->index;
     const frame_settings settings = brisolan_framesettings(x);
-    if (settings == ix.frame.set) return ix;
+    if (settings == ix.frame.set) {
+        if (!ix.frame.widths) ix.frame.widths = brisolan_commonwidths(settings.labelnotes != 0);
+        return ix;
+    }
     if (ix.gathering) drop_gathered(x, ix);
     ix.frame = brisolan_frame(settings);
     ix.placed = false;
     ix.entries.clear();
-    ix.last = nullptr;
     return ix;
 }
 
@@ -97,7 +99,7 @@ void brisolan_marktouched(view_index& ix, const bar_box& erased) {
         event* e = ix.entries[id].e;
         if (e->needsdraw) return;
         e->needsdraw = std::uint8_t{1};
-        ix.dirty.push_back(id);
+        ix.dirty.add(id);
     });
 }
 

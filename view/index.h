@@ -19,13 +19,15 @@
 #include "core/instance.h"
 #include "view/bars.h"
 #include "view/frame.h"
+#include "view/idset.h"
+#include "view/pile.h"
 #include "view/touch.h"
 
 // An event in sight. `e` may be followed as long as the memory is placed.
 struct placed_event {
     event* e;
     bar_look look;
-    bool loose = false; // its look has changed since the bands were made
+    bool loose; // its look has changed since the bands were made
 };
 
 // Many placed events by rows, for finding those near a box.
@@ -33,7 +35,7 @@ class placed_bands {
 public:
     void clear() { made = false; }
     bool is_made() const { return made; }
-    void make(const std::vector<placed_event>& entries, const view_frame& f);
+    void make(const pile<placed_event>& entries, const view_frame& f);
     // Calls found(id) for each placed event that overlaps the box.
     template <class Found> void overlapping(const bar_box& box, Found found) const;
 
@@ -61,8 +63,8 @@ private:
 struct deferred_drawing {
     const event* e;
     bar_look look;
-    bool touched = false;   // something erased afterwards overlapped it
-    bool redundant = false; // drawn again afterwards, in the same place and look
+    bool touched;   // something erased afterwards overlapped it
+    bool redundant; // drawn again afterwards, in the same place and look
 };
 
 // One step of the log: an erasing, and the drawing that came next, by its number from 1; 0 when there was none. An empty
@@ -74,12 +76,6 @@ struct log_step {
 };
 constexpr std::uint32_t FAR_ERASINGS = UINT32_MAX;
 
-// What places the bar of an event that was erased out of sight.
-struct far_erasing {
-    std::int32_t time, value, extent, label;
-    bool selected;
-};
-
 struct view_index {
     view_frame frame;
 
@@ -87,27 +83,23 @@ struct view_index {
     bool placed = false;
     std::uint32_t relinked = 0, reshaped = 0;
     std::int32_t nevents = 0;
-    std::vector<placed_event> entries;
+    pile<placed_event> entries;
     placed_bands bands;
     std::vector<std::uint32_t> loose; // entries whose box has changed since the bands were made
-    std::vector<std::uint32_t> dirty; // entries that may be marked
+    id_set dirty;                     // entries that may be marked
     bool strayed = false;             // a marked event may have come into sight that has no entry
     int erased = 0;                   // at once, since the last redraw
 
     // Gathering.
     bool gathering = false;
-    std::vector<log_step> log;
-    std::vector<far_erasing> far_erased;
-    std::vector<deferred_drawing> drawings;
-
-    // The bar last worked out, for the drawing that follows an erasing.
-    const event* last = nullptr;
-    bar_look last_look{};
+    pile<log_step> log;
+    pile<bar_values> far_erased;
+    pile<deferred_drawing> drawings;
 
     // Kept for their storage.
     touch_map touches;
     bar_pass pass;
-    std::vector<std::uint32_t> wanted; // entries to be drawn, in order
+    pile<std::uint32_t> wanted; // entries to be drawn, in order
 };
 
 // The instance's memory, made at the first use, its frame brought up to date. [main]
@@ -179,16 +171,16 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
     ix.erased = 0;
     ix.placed = true;
     for (event* e = x->events; e; e = e->next) {
+        __builtin_prefetch(reinterpret_cast<const char*>(e) + 1024);
         if (brisolan_isfaraway(ix.frame, *e)) continue;
-        const deferred_drawing* d = ix.gathering ? brisolan_drawingof(ix, e, e->place) : nullptr;
-        const bool known = d && brisolan_sameplace(ix.frame, d->look, *e);
-        bar_look look = known ? d->look : brisolan_place(ix.frame, *e);
+        bar_look look = brisolan_place(ix.frame, *e);
         if (look.left > ix.frame.set.width) continue;
-        if (!known) brisolan_measure(ix.frame, &look);
+        brisolan_measure(ix.frame, &look);
         if (look.right() < ix.frame.data.left) continue;
         const std::uint32_t place = e->place;
-        ix.entries.push_back({e, look});
-        e->place = static_cast<std::uint32_t>(ix.entries.size());
-        each(e, ix.entries.back().look, place);
+        const placed_event& entry = ix.entries.push({e, look, false});
+        const std::uint32_t now = brisolan_lastentry(ix) + 1;
+        if (place != now) e->place = now; // mostly it is, and the event need not be written
+        each(e, entry.look, place);
     }
 }

@@ -98,11 +98,14 @@ void grid_patches::draw_row(int v) {
     if (begun >= 0) draw_run(v, left + begun, right);
 }
 
-void grid_patches::draw(int from, int to) {
+bool grid_patches::draw(int from, int to) {
+    bool any = false;
     for (int v = std::max(from, top); v < std::min(to, bottom); ++v) {
         std::uint8_t& waits = pending[static_cast<std::size_t>(v - top)];
-        if (waits) draw_row(v);
+        if (!waits) continue;
+        draw_row(v);
         waits = 0;
+        any = true;
     }
-    t_color(COLOR_FOREGROUND);
+    return any;
 }

@@ -16,8 +16,9 @@ public:
     // Adds every pixel that erasing this box and drawing the grid in its place sets: the lines reach one pixel beyond.
     // [main]
     void add(const bar_box& erased);
-    // Draws what was added in rows from..to-1 of the window, and takes it out. The clip must be the data area. [main]
-    void draw(int from, int to);
+    // Draws what was added in rows from..to-1 of the window, and takes it out; whether anything was, and the foreground
+    // colour is another. The clip must be the data area. [main]
+    bool draw(int from, int to);
 
 private:
     std::uint64_t* row(int v);

@@ -1,0 +1,31 @@
+// view/pile.h: records piled up one after the other, of which emptying keeps the storage.
+// Layer: view, internal to the data area.
+// Called by whatever walks over many events and writes a record for each: what a vector's own growing costs is more than
+// all else that such a walk does.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+template <class T> class pile {
+public:
+    void clear() { count = 0; }
+    // The new record's reference is valid until the next push.
+    T& push(const T& record) {
+        if (count == all.size()) grow();
+        return all[count++] = record;
+    }
+    std::size_t size() const { return count; }
+    bool empty() const { return count == 0; }
+    T& operator[](std::size_t i) { return all[i]; }
+    const T& operator[](std::size_t i) const { return all[i]; }
+    T& back() { return all[count - 1]; }
+    const T* begin() const { return all.data(); }
+    const T* end() const { return all.data() + count; }
+
+private:
+    [[gnu::noinline]] void grow() { all.resize(std::max<std::size_t>(2 * all.size(), 1024)); }
+    std::vector<T> all; // `count` of it are in use
+    std::size_t count = 0;
+};
