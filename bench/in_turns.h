@@ -1,5 +1,5 @@
 // bench/in_turns.h: rows of Google Benchmark that put the object beside a floor, taking turns in one process.
-// Bench layer; standard library only. Included by the benchmarks of what goes on again and again: playing, drawing,
+// Bench layer; standard library and the system only. Included by the benchmarks of what goes on again and again: playing, drawing,
 // editing. What reads or writes a file once is measured in a process of its own (bench/side_by_side.h).
 //
 // The two sides take turns, so that a machine that slows down slows both, and the least time of each is what the ratio is
@@ -9,11 +9,12 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <limits>
 #include <string>
+
+#include "bench/clock.h"
 
 namespace bench {
 
@@ -25,10 +26,10 @@ struct side {
 
 inline double time_once(const side& s) {
     s.prepare();
-    const auto from = std::chrono::steady_clock::now();
+    const double from = milliseconds();
     s.work();
     benchmark::ClobberMemory();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - from).count();
+    return milliseconds() - from;
 }
 
 // Runs one row: the object's mean time is the benchmark's; beside it the least of the floor and of the object, their ratio,

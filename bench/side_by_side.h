@@ -14,10 +14,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
+#include <cstdio>
 #include <functional>
 #include <string>
+
+#include "bench/clock.h"
 
 namespace bench {
 
@@ -29,15 +30,6 @@ struct measured {
     double ms = 0;
     double memory = 0; // growth of the process, bytes
 };
-
-// The clock's time; or the processor's alone, without the waiting for a disk, where BRISOLAN_BENCH_CPU is set.
-inline double milliseconds() {
-    static const clockid_t clock =
-        std::getenv("BRISOLAN_BENCH_CPU") ? CLOCK_PROCESS_CPUTIME_ID : CLOCK_MONOTONIC;
-    timespec now;
-    ::clock_gettime(clock, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
 
 [[noreturn]] inline void give_up(const char* why) {
     std::fprintf(stderr, "%s\n", why);

@@ -64,10 +64,12 @@ void erase_now(brisolan* x, view_index& ix, event* e, const bar_box& box) {
     }
     ++ix.erased;
     const std::int64_t id = brisolan_entryof(ix, e);
-    if (id >= 0)
+    if (id >= 0) {
         ix.dirty.add(static_cast<std::uint32_t>(id));
-    else
+        ix.stale.add(static_cast<std::uint32_t>(id));
+    } else {
         ix.strayed = true;
+    }
     brisolan_marktouched(ix, box);
 }
 
@@ -195,21 +197,24 @@ void settle(brisolan* x, view_index& ix, settling how) {
 
 // ---- the marked ones
 
-// Those of the entries that may be marked, in list order: what shows is drawn and no longer marked.
+// Those of the entries that may be marked, in list order: what shows is drawn and no longer marked. Mostly they were
+// touched by an erasing and look as they did.
 void draw_dirty(brisolan* x, view_index& ix) {
-    const event_clip clip(x);
+    ix.stale.walk([&](std::uint32_t id) {
+        event* e = ix.entries[id].e;
+        brisolan_entrymoved(ix, e, brisolan_look(ix.frame, *e));
+    });
+    ix.stale.clear();
     ix.wanted.clear();
     ix.dirty.walk([&](std::uint32_t id) {
-        event* e = ix.entries[id].e;
-        if (!e->needsdraw) return;
-        const bar_look look = brisolan_look(ix.frame, *e);
-        if (!shows(x, ix, *e, look)) return;
-        brisolan_entrymoved(ix, e, look);
+        const placed_event& p = ix.entries[id];
+        if (!p.e->needsdraw || !shows(x, ix, *p.e, p.look)) return;
         ix.wanted.push(id);
-        e->needsdraw = std::uint8_t{0};
+        p.e->needsdraw = std::uint8_t{0};
     });
-    brisolan_drawwanted(ix);
     ix.dirty.clear();
+    const event_clip clip(x);
+    brisolan_drawwanted(ix);
 }
 
 // A walk over all: marked ones are drawn.

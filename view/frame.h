@@ -196,12 +196,12 @@ inline bar_box brisolan_erasedbox(const bar_look& look) {
 }
 // What an erased box must overlap for the event to be drawn again. Measured looks only. [main]
 inline bar_box brisolan_touchedbox(const view_frame& f, const bar_look& look) {
-    if (f.labels)
-        return {look.left, look.right(), brisolan_boxrow(look.y - LABEL_REACH),
-                brisolan_boxrow(look.y + LABEL_REACH)};
-    if (look.black_key)
-        return {look.left, look.right(), brisolan_boxrow(look.y - SHARP_REACH_ABOVE),
-                brisolan_boxrow(look.y + SHARP_REACH_BELOW)};
-    return {look.left, look.right(), brisolan_boxrow(look.y - look.half),
-            brisolan_boxrow(look.y + look.half)};
+    std::int32_t above = look.half;
+    std::int32_t below = look.half;
+    if (look.black_key) {
+        above = SHARP_REACH_ABOVE;
+        below = SHARP_REACH_BELOW;
+    }
+    if (f.labels) above = below = LABEL_REACH;
+    return {look.left, look.right(), brisolan_boxrow(look.y - above), brisolan_boxrow(look.y + below)};
 }

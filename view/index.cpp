@@ -30,29 +30,35 @@ int placed_bands::band_of(int v) const {
 }
 
 int placed_bands::column_of(int h) const {
-    return std::clamp((h - left) / COLUMN + 1, 1, columns - 1);
+    return h < left ? 1 : std::min((h - left) / COLUMN + 1, columns - 1);
 }
 
-std::size_t placed_bands::cell_of(const bar_box& box) const {
+inline std::size_t placed_bands::cell_of(const bar_box& box) const {
     const bool wide = box.right - box.left > COLUMN || box.left < left;
     return static_cast<std::size_t>(band_of(box.top) * columns + (wide ? 0 : column_of(box.left)));
 }
 
+// The cell of each entry first, so that it is known where each cell begins; within a cell they stay in their order.
 void placed_bands::make(const pile<placed_event>& entries, const view_frame& f) {
     top = f.data.top - MARGIN;
     left = f.data.left;
     bands = (std::max(f.data.bottom + MARGIN - top, 1) >> BAND_SHIFT) + 1;
     columns = std::max(f.set.width - left, 0) / COLUMN + 2;
+    highest = std::max(2 * (f.half + 1), f.labels ? 2 * LABEL_REACH : SHARP_REACH_ABOVE + SHARP_REACH_BELOW);
     first.assign(static_cast<std::size_t>(bands * columns) + 1, 0);
-    std::vector<item> unsorted(entries.size());
-    for (std::uint32_t id = 0; id < entries.size(); ++id) {
-        unsorted[id] = {brisolan_touchedbox(f, entries[id].look), id};
-        ++first[cell_of(unsorted[id].box) + 1];
+    const std::size_t n = entries.size();
+    if (cell_by_id.size() < n) cell_by_id.resize(n);
+    for (std::size_t id = 0; id < n; ++id) {
+        const std::size_t cell = cell_of(brisolan_touchedbox(f, entries[id].look));
+        cell_by_id[id] = static_cast<std::uint32_t>(cell);
+        ++first[cell + 1];
     }
     for (std::size_t c = 1; c < first.size(); ++c) first[c] += first[c - 1];
-    std::vector<std::uint32_t> next = first;
-    items.resize(entries.size());
-    for (const item& i : unsorted) items[next[cell_of(i.box)]++] = i;
+    next = first;
+    if (items.size() < n) items.resize(n);
+    for (std::size_t id = 0; id < n; ++id)
+        items[next[cell_by_id[id]]++] = {brisolan_touchedbox(f, entries[id].look),
+                                         static_cast<std::uint32_t>(id)};
     made = true;
 }
 

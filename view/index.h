@@ -40,8 +40,7 @@ public:
     template <class Found> void overlapping(const bar_box& box, Found found) const;
 
 private:
-    static constexpr int HIGHEST_BOX = 24;
-    static constexpr int COLUMN = 64;
+    static constexpr int COLUMN = 32; // pixels; what is wider has a cell of its own
     struct item {
         bar_box box;
         std::uint32_t id;
@@ -55,8 +54,11 @@ private:
     bool made = false;
     int top = 0, left = 0;
     int bands = 1, columns = 1;
+    int highest = 0; // no box is higher, in rows
     std::vector<item> items;
-    std::vector<std::uint32_t> first; // of each cell's items; one more for the end
+    std::vector<std::uint32_t> first;      // of each cell's items; one more for the end
+    std::vector<std::uint32_t> next;       // while they are made: where the cell's next item goes
+    std::vector<std::uint32_t> cell_by_id; // and the cell of each entry
 };
 
 // A drawing that was put off. `e` is only ever compared: it may be gone.
@@ -87,6 +89,7 @@ struct view_index {
     placed_bands bands;
     std::vector<std::uint32_t> loose; // entries whose box has changed since the bands were made
     id_set dirty;                     // entries that may be marked
+    id_set stale;                     // those of them that were erased: their looks are of then
     bool strayed = false;             // a marked event may have come into sight that has no entry
     int erased = 0;                   // at once, since the last redraw
 
@@ -141,7 +144,7 @@ template <class Found> void placed_bands::in_cells(int from, int to, const bar_b
 template <class Found> void placed_bands::overlapping(const bar_box& box, Found found) const {
     const int from = column_of(box.left - COLUMN);
     const int to = column_of(box.right);
-    for (int band = band_of(box.top - HIGHEST_BOX); band <= band_of(box.bottom); ++band) {
+    for (int band = band_of(box.top - highest); band <= band_of(box.bottom); ++band) {
         const int cells = band * columns;
         in_cells(cells, cells, box, found);
         in_cells(cells + from, cells + to, box, found);
@@ -167,6 +170,7 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
     ix.bands.clear();
     ix.loose.clear();
     ix.dirty.clear();
+    ix.stale.clear();
     ix.strayed = false;
     ix.erased = 0;
     ix.placed = true;
