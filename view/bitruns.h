@@ -28,22 +28,6 @@ struct bit_run {
         if (w == first) return head;
         return w == last ? tail : ~std::uint64_t{0};
     }
-    bool any(const std::uint64_t* row) const {
-        if (row[first] & head) return true;
-        if (first == last) return false;
-        for (int w = first + 1; w < last; ++w) {
-            if (row[w]) return true;
-        }
-        return (row[last] & tail) != 0;
-    }
-    bool all(const std::uint64_t* row) const {
-        if (~row[first] & head) return false;
-        if (first == last) return true;
-        for (int w = first + 1; w < last; ++w) {
-            if (~row[w]) return false;
-        }
-        return (~row[last] & tail) == 0;
-    }
     void set(std::uint64_t* row) const {
         row[first] |= head;
         if (first == last) return;

@@ -83,13 +83,18 @@ void draw_now(brisolan* x, view_index& ix, event* e, const bar_look& look) {
 
 // ---- gathered
 
-deferred_drawing* drawing_of(view_index& ix, const event* e, std::uint32_t place) {
-    return const_cast<deferred_drawing*>(brisolan_drawingof(ix, e, place));
+// From the first one on that is gathered, what was placed counts no more.
+void begin_gathering(brisolan* x, view_index& ix) {
+    if (ix.gathering) return;
+    brisolan_beginplaces(x,
+                         ix); // for the list as it is, should it turn out that the drawings are all there is
+    ix.placed = false;
+    ix.gathering = true;
+    ix.whole = true;
+    ix.expected = x->events;
 }
 
 void gather_erasing(view_index& ix, const bar_box& box) {
-    ix.gathering = true;
-    ix.placed = false;
     ix.log.push({box, 0});
 }
 
@@ -102,14 +107,25 @@ void gather_far_erasing(view_index& ix, const event& e) {
 }
 
 void gather_drawing(view_index& ix, event* e, const bar_look& look) {
-    deferred_drawing* before = drawing_of(ix, e, e->place);
+    const std::uint32_t place = e->place;
+    placed_event* before = brisolan_drawingof(ix, e, place);
     if (before && before->look == look) before->redundant = true;
-    ix.drawings.push({e, look, false, false});
-    e->place = static_cast<std::uint32_t>(ix.drawings.size());
+    ix.drawings.push({e, look, false, false, false});
+    const auto now = static_cast<std::uint32_t>(ix.drawings.size());
+    if (place != now) e->place = now;
     if (!ix.log.empty() && ix.log.back().drawing == 0)
-        ix.log.back().drawing = e->place;
+        ix.log.back().drawing = now;
     else
-        ix.log.push({{}, e->place});
+        ix.log.push({{}, now});
+}
+
+// Erases and draws the event as it is, or erases it alone when it does not show; whether it was drawn.
+bool gather_again(brisolan* x, view_index& ix, event* e) {
+    const bar_look look = brisolan_look(ix.frame, *e);
+    gather_erasing(ix, brisolan_erasedbox(look));
+    if (!shows(x, ix, *e, look)) return false;
+    gather_drawing(ix, e, look);
+    return true;
 }
 
 void add_far_touches(view_index& ix, const log_step& step) {
@@ -130,7 +146,7 @@ void find_touched_drawings(view_index& ix) {
             continue;
         }
         if (step.drawing != 0) {
-            deferred_drawing& d = ix.drawings[step.drawing - 1];
+            placed_event& d = ix.drawings[step.drawing - 1];
             d.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, d.look));
         }
         ix.touches.add(step.erased);
@@ -143,7 +159,7 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     bool looked = false; // for the touched ones: when all are marked already nobody asks
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
-        deferred_drawing* d = drawing_of(ix, e, place);
+        placed_event* d = brisolan_drawingof(ix, e, place);
         if (!e->needsdraw) {
             if (!looked) find_touched_drawings(ix);
             looked = true;
@@ -161,16 +177,42 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     });
 }
 
+// Whether the drawings are every event in sight, in the list's order and as they are.
+bool is_whole(const brisolan* x, const view_index& ix) {
+    const bool same_list =
+        ix.relinked == x->relinked && ix.reshaped == x->reshaped && ix.nevents == x->nevents;
+    return ix.whole && !ix.expected && same_list;
+}
+
+// Then nobody needs to be placed, nor asked whether he is marked.
+void mark_whole(brisolan* x, view_index& ix, bool drawn) {
+    find_touched_drawings(ix);
+    brisolan_beginplaces(x, ix);
+    ix.wanted.clear();
+    for (std::uint32_t id = 0; id < ix.drawings.size(); ++id) {
+        placed_event& d = ix.drawings[id];
+        if (!d.touched) continue;
+        d.redundant = drawn;
+        if (drawn) {
+            ix.wanted.push(id);
+        } else {
+            d.e->needsdraw = std::uint8_t{1};
+            ix.dirty.add(id);
+        }
+    }
+    ix.entries.swap(ix.drawings);
+}
+
 // Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
 // drawings that are made again anyway.
-void replay(view_index& ix) {
+void replay(view_index& ix, const pile<placed_event>& drawings) {
     ix.pass.begin(ix.frame);
     brisolan_addwanted(ix);
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
         if (step.drawing == FAR_ERASINGS) continue;
-        if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
-            ix.pass.add(ix.drawings[step.drawing - 1].look);
+        if (step.drawing != 0 && !drawings[step.drawing - 1].redundant)
+            ix.pass.add(drawings[step.drawing - 1].look);
         if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
     }
     ix.pass.draw(ix.frame);
@@ -184,10 +226,14 @@ enum class settling {
 };
 
 void settle(brisolan* x, view_index& ix, settling how) {
-    mark_gathered(x, ix, how == settling::all);
+    const bool whole = is_whole(x, ix);
+    if (whole)
+        mark_whole(x, ix, how == settling::all);
+    else
+        mark_gathered(x, ix, how == settling::all);
     if (how != settling::nothing) {
         const event_clip clip(x);
-        replay(ix);
+        replay(ix, whole ? ix.entries : ix.drawings);
     }
     ix.gathering = false;
     ix.log.clear();
@@ -305,9 +351,7 @@ void brisolan_drawevts(brisolan* x) {
 
 event_pen::event_pen(brisolan* owner, std::int32_t count)
     : x(owner), ix(brisolan_index(owner)), visible(owner->window->visible) {
-    if (count <= FEW || !visible) return;
-    ix.gathering = true;
-    ix.placed = false;
+    if (count > FEW && visible) begin_gathering(x, ix);
 }
 
 void event_pen::draw(event* e) {
@@ -320,10 +364,12 @@ void event_pen::draw(event* e) {
     const bar_look look = brisolan_look(ix.frame, *e);
     if (!shows(x, ix, *e, look)) return;
     e->needsdraw = std::uint8_t{0};
-    if (ix.gathering)
-        gather_drawing(ix, e, look);
-    else
+    if (!ix.gathering) {
         draw_now(x, ix, e, look);
+        return;
+    }
+    ix.whole = false;
+    gather_drawing(ix, e, look);
 }
 
 void event_pen::erase(event* e) {
@@ -332,14 +378,34 @@ void event_pen::erase(event* e) {
     // A hidden window has no port, and is drawn anew when it is shown.
     if (!visible) return;
     if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) {
+        ix.whole = false;
         gather_far_erasing(ix, *e);
         return;
     }
     const bar_box box = brisolan_erasedbox(brisolan_look(ix.frame, *e));
-    if (!ix.gathering && ix.erased < FEW && brisolan_isplaced(x, ix))
+    if (!ix.gathering && ix.erased < FEW && brisolan_isplaced(x, ix)) {
         erase_now(x, ix, e, box);
-    else
-        gather_erasing(ix, box);
+        return;
+    }
+    begin_gathering(x, ix);
+    ix.whole = false;
+    gather_erasing(ix, box);
+}
+
+// In one go while many are: at one look at the event.
+void event_pen::again(event* e) {
+    if (!ix.gathering) {
+        erase(e);
+        draw(e);
+        return;
+    }
+    want_marked(x);
+    const bool far = brisolan_isfaraway(ix.frame, *e);
+    if (far) gather_far_erasing(ix, *e);
+    const bool drawn = !far && gather_again(x, ix, e);
+    e->needsdraw = std::uint8_t{drawn ? std::uint8_t{0} : std::uint8_t{1}};
+    ix.whole = ix.whole && e == ix.expected && (far || drawn);
+    if (ix.whole) ix.expected = e->next;
 }
 
 void brisolan_drawit(brisolan* x, event* e) {

@@ -43,6 +43,8 @@ public:
     event_pen(brisolan* owner, std::int32_t count);
     void erase(event* e);
     void draw(event* e);
+    // Both, of an event that is drawn as it is erased.
+    void again(event* e);
 
 private:
     brisolan* x;

@@ -87,10 +87,23 @@ std::int64_t brisolan_entryof(const view_index& ix, const event* e) {
     return ix.entries[static_cast<std::size_t>(id)].e == e ? id : -1;
 }
 
-const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place) {
+placed_event* brisolan_drawingof(view_index& ix, const event* e, std::uint32_t place) {
     if (place == 0 || place > ix.drawings.size()) return nullptr;
-    const deferred_drawing* d = &ix.drawings[place - 1];
+    placed_event* d = &ix.drawings[place - 1];
     return d->e == e ? d : nullptr;
+}
+
+void brisolan_beginplaces(const brisolan* x, view_index& ix) {
+    ix.relinked = x->relinked;
+    ix.reshaped = x->reshaped;
+    ix.nevents = x->nevents;
+    ix.bands.clear();
+    ix.loose.clear();
+    ix.dirty.clear();
+    ix.stale.clear();
+    ix.strayed = false;
+    ix.erased = 0;
+    ix.placed = true;
 }
 
 void brisolan_makebands(view_index& ix) {

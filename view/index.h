@@ -23,11 +23,15 @@
 #include "view/pile.h"
 #include "view/touch.h"
 
-// An event in sight. `e` may be followed as long as the memory is placed.
+// An event in sight, or one whose drawing was put off. `e` may be followed as long as the memory is placed; else it is only
+// ever compared, since it may be gone.
 struct placed_event {
     event* e;
     bar_look look;
-    bool loose; // its look has changed since the bands were made
+    // In sight: its look has changed since the bands were made.
+    bool loose;
+    // Put off: something erased afterwards overlapped it; it is drawn again afterwards, in the same place and look.
+    bool touched, redundant;
 };
 
 // Many placed events by rows, for finding those near a box.
@@ -61,14 +65,6 @@ private:
     std::vector<std::uint32_t> cell_by_id; // and the cell of each entry
 };
 
-// A drawing that was put off. `e` is only ever compared: it may be gone.
-struct deferred_drawing {
-    const event* e;
-    bar_look look;
-    bool touched;   // something erased afterwards overlapped it
-    bool redundant; // drawn again afterwards, in the same place and look
-};
-
 // One step of the log: an erasing, and the drawing that came next, by its number from 1; 0 when there was none. An empty
 // box erases nothing. With FAR_ERASINGS it stands for several events that were erased out of sight, of which mostly nobody
 // asks anything: those of `far_erased` from `erased.left` to before `erased.right`.
@@ -97,7 +93,10 @@ struct view_index {
     bool gathering = false;
     pile<log_step> log;
     pile<bar_values> far_erased;
-    pile<deferred_drawing> drawings;
+    pile<placed_event> drawings;
+    // Whether every event so far was erased and drawn once, as it is, in the list's order; and which is the next one then.
+    bool whole = false;
+    const event* expected = nullptr;
 
     // Kept for their storage.
     touch_map touches;
@@ -113,7 +112,9 @@ bool brisolan_isplaced(const brisolan* x, const view_index& ix);
 // as it was when all were placed. [main]
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
 // The drawing that waits for an event whose `place` this is; null when there is none. [main]
-const deferred_drawing* brisolan_drawingof(const view_index& ix, const event* e, std::uint32_t place);
+placed_event* brisolan_drawingof(view_index& ix, const event* e, std::uint32_t place);
+// The memory is placed by what follows, for the list as it is now. [main]
+void brisolan_beginplaces(const brisolan* x, view_index& ix);
 // Places every event in sight anew and calls each(e, look, place) for those, `look` being in its entry, which is the last
 // one, and `place` the event's old one. [main]
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each);
@@ -163,17 +164,8 @@ template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& 
 }
 
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each) {
-    ix.relinked = x->relinked;
-    ix.reshaped = x->reshaped;
-    ix.nevents = x->nevents;
+    brisolan_beginplaces(x, ix);
     ix.entries.clear();
-    ix.bands.clear();
-    ix.loose.clear();
-    ix.dirty.clear();
-    ix.stale.clear();
-    ix.strayed = false;
-    ix.erased = 0;
-    ix.placed = true;
     for (event* e = x->events; e; e = e->next) {
         __builtin_prefetch(reinterpret_cast<const char*>(e) + 1024);
         if (brisolan_isfaraway(ix.frame, *e)) continue;
@@ -182,7 +174,7 @@ template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each e
         brisolan_measure(ix.frame, &look);
         if (look.right() < ix.frame.data.left) continue;
         const std::uint32_t place = e->place;
-        const placed_event& entry = ix.entries.push({e, look, false});
+        const placed_event& entry = ix.entries.push({e, look, false, false, false});
         const std::uint32_t now = brisolan_lastentry(ix) + 1;
         if (place != now) e->place = now; // mostly it is, and the event need not be written
         each(e, entry.look, place);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 template <class T> class pile {
@@ -21,6 +22,10 @@ public:
     T& operator[](std::size_t i) { return all[i]; }
     const T& operator[](std::size_t i) const { return all[i]; }
     T& back() { return all[count - 1]; }
+    void swap(pile& other) {
+        all.swap(other.all);
+        std::swap(count, other.count);
+    }
     const T* begin() const { return all.data(); }
     const T* end() const { return all.data() + count; }
 

@@ -45,8 +45,7 @@ void brisolan_select(brisolan* x, event* e) {
 void brisolan_select(brisolan* x, event_pen* pen, event* e) {
     e->selected = std::uint8_t{1};
     if (x->nselected == 0) brisolan_setfirstsel(x, e);
-    pen->erase(e);
-    pen->draw(e);
+    pen->again(e);
     // Kept: also for an event that was selected already.
     x->nselected += 1;
 }

@@ -26,9 +26,9 @@ void touch_map::begin(const view_frame& f) {
     scale = f.half == 0 ? 2 : 1;
     top = f.data.top - MARGIN;
     rows = std::max(f.data.bottom + MARGIN - top, 1) * scale;
-    words = words_for(right - left);
-    areas.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
-    if (scale == 2) lines.begin(static_cast<std::size_t>(rows), static_cast<std::size_t>(words));
+    const auto words = static_cast<std::size_t>(words_for(right - left));
+    areas.begin(static_cast<std::size_t>(rows), words);
+    if (scale == 2) lines.begin(static_cast<std::size_t>(rows), words);
 }
 
 // Open intervals: at scale 2 the odd rows are pixels and the even ones the lines between them.
@@ -45,12 +45,16 @@ touch_map::row_range touch_map::rows_of(const bar_box& box) const {
 
 void touch_map::add(plane* p, const bar_box& erased) const {
     const row_range range = rows_of(erased);
-    if (erased.left >= left && erased.right <= right) {
-        const bit_run run(erased.left - left, erased.right - left);
-        std::uint64_t* row = p->bits.data() + static_cast<std::ptrdiff_t>(range.from) * words;
-        for (int v = range.from; v < range.to; ++v, row += words) run.set(row);
-        return;
+    const row_range columns = columns_of(erased);
+    if (columns.from < columns.to) {
+        const bit_run run(columns.from, columns.to);
+        for (int w = run.first; w <= run.last; ++w) {
+            const std::uint64_t more = run.in(w);
+            std::uint64_t* const words = p->bits.data() + static_cast<std::ptrdiff_t>(w) * rows;
+            for (int v = range.from; v < range.to; ++v) words[v] |= more;
+        }
     }
+    if (is_inside(erased)) return;
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (erased.left < left) p->from_left[at] = std::max(p->from_left[at], erased.right);
@@ -60,17 +64,21 @@ void touch_map::add(plane* p, const bar_box& erased) const {
 
 bool touch_map::touched(const plane& p, const bar_box& box) const {
     const row_range range = rows_of(box);
+    const row_range columns = columns_of(box);
+    if (columns.from < columns.to) {
+        const bit_run run(columns.from, columns.to);
+        for (int w = run.first; w <= run.last; ++w) {
+            const std::uint64_t wanted = run.in(w);
+            const std::uint64_t* const words = p.bits.data() + static_cast<std::ptrdiff_t>(w) * rows;
+            for (int v = range.from; v < range.to; ++v) {
+                if (words[v] & wanted) return true;
+            }
+        }
+    }
+    if (is_inside(box)) return false;
     for (int v = range.from; v < range.to; ++v) {
         const auto at = static_cast<std::size_t>(v);
         if (p.from_left[at] > box.left || p.from_right[at] < box.right) return true;
-    }
-    const int from = std::max(box.left, left) - left;
-    const int to = std::min(box.right, right) - left;
-    if (from >= to) return false;
-    const bit_run run(from, to);
-    const std::uint64_t* row = p.bits.data() + static_cast<std::ptrdiff_t>(range.from) * words;
-    for (int v = range.from; v < range.to; ++v, row += words) {
-        if (run.any(row)) return true;
     }
     return false;
 }

@@ -3,6 +3,7 @@
 // Called when many events were erased, in place of comparing each with each.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -21,9 +22,9 @@ public:
 private:
     // Rows of one kind of erased boxes.
     struct plane {
-        std::vector<std::uint64_t> bits;
-        // What lies beyond the sides is told by its ends: how far right boxes reach that begin left of the map, and how
-        // far left those that end right of it.
+        std::vector<std::uint64_t> bits; // of words-column w, the word of row v is w * rows + v
+        // What reaches beyond the sides is told by its ends as well: how far right boxes reach that begin left of the map,
+        // and how far left those that end right of it.
         std::vector<std::int32_t> from_left, from_right;
         void begin(std::size_t rows, std::size_t words);
     };
@@ -31,13 +32,17 @@ private:
         int from, to;
     };
     row_range rows_of(const bar_box& box) const;
+    // The columns of the box that bits are kept of; none when to <= from.
+    row_range columns_of(const bar_box& box) const {
+        return {std::max(box.left, left) - left, std::min(box.right, right) - left};
+    }
+    bool is_inside(const bar_box& box) const { return box.left >= left && box.right <= right; }
     void add(plane* p, const bar_box& erased) const;
     bool touched(const plane& p, const bar_box& box) const;
 
     int left = 0, right = 0; // the columns that bits are kept of
     int top = 0;             // the first row
     int rows = 0;
-    int words = 0; // of a row's bits
     int scale = 1; // map rows for a pixel row: 2 where bars may have no height, to keep lines and rows apart
     plane areas, lines;
 };
