@@ -53,10 +53,14 @@ class place_behind {
 public:
     explicit place_behind(brisolan* owner) : x(owner) {}
     void insert_locked(event* e) {
+        insert_first_locked(e);
+        before = e;
+    }
+    // In front of those of its time that were inserted before, too.
+    void insert_first_locked(event* e) {
         for (event* at = before ? before->next : x->events; at && at->time < e->time; at = at->next)
             before = at;
         put_behind_locked(x, before, e);
-        before = e;
     }
 
 private:
@@ -64,27 +68,23 @@ private:
     event* before = nullptr;
 };
 
-// The chain in the order that linking its events one after the other gives: by time, the later of equals first. Mostly a
-// chain is in order of time already, and then only equals change places.
+bool earlier(const event* a, const event* b) {
+    return a->time < b->time;
+}
+
+bool in_order(const event* head) {
+    for (const event* e = head; e && e->next; e = e->next) {
+        if (earlier(e->next, e)) return false;
+    }
+    return true;
+}
+
+// The chain in the order that linking its events one after the other gives: by time, the later of equals first.
 std::vector<event*> linking_order(event* head) {
-    const auto earlier = [](const event* a, const event* b) { return a->time < b->time; };
     std::vector<event*> chain;
-    bool ordered = true;
-    for (event* e = head; e; e = e->next) {
-        if (!chain.empty() && earlier(e, chain.back())) ordered = false;
-        chain.push_back(e);
-    }
-    if (!ordered) {
-        std::reverse(chain.begin(), chain.end());
-        std::stable_sort(chain.begin(), chain.end(), earlier);
-        return chain;
-    }
-    for (auto from = chain.begin(); from != chain.end();) {
-        auto to = from + 1;
-        while (to != chain.end() && (*to)->time == (*from)->time) ++to;
-        std::reverse(from, to);
-        from = to;
-    }
+    for (event* e = head; e; e = e->next) chain.push_back(e);
+    std::reverse(chain.begin(), chain.end());
+    std::stable_sort(chain.begin(), chain.end(), earlier);
     return chain;
 }
 
@@ -140,11 +140,18 @@ void brisolan_link(brisolan* x, event* e) {
     x->finger_time = e->time;
 }
 
+// Mostly a chain is in order of time already.
 void brisolan_linkchain(brisolan* x, event* head) {
-    const std::vector<event*> chain = linking_order(head);
+    const bool ordered = in_order(head);
+    const std::vector<event*> chain = ordered ? std::vector<event*>{} : linking_order(head);
     relinking now(x);
     place_behind place(x);
     for (event* e : chain) place.insert_locked(e);
+    while (ordered && head) {
+        event* following = head->next;
+        place.insert_first_locked(head);
+        head = following;
+    }
     x->finger = nullptr;
 }
 

@@ -147,7 +147,9 @@ bool copy_selected(const brisolan* x) {
 // One event for each line, in the order of the lines, as a chain that is in no list yet; ends early when there is no
 // memory.
 std::vector<event*> events_from(const brisolan* x, std::string_view text) {
+    constexpr std::size_t SHORT_LINE = 16; // characters, of eight numbers
     std::vector<event*> pasted;
+    pasted.reserve(text.size() / SHORT_LINE);
     while (!text.empty()) {
         event* e = event_from(x, take_line(&text));
         if (!e) break;

@@ -221,6 +221,7 @@ void bar_pass::begin(const view_frame& f) {
     cover.begin(f.data);
     erasings = 0;
     seen.clear();
+    boxes.clear();
 }
 
 // Mostly nothing of it is seen, which one look at all that it may set tells.
@@ -249,10 +250,18 @@ void bar_pass::add_parts(const bar_look& look, bool fits) {
 // The lines of the grid reach one pixel beyond what is erased.
 void bar_pass::add_erasing(const bar_box& erased) {
     const std::int32_t bottom = erased.bottom + 1;
-    if (cover.hides({erased.left, erased.top, erased.right + 1, bottom + 1})) return;
-    cover.add({erased.left, erased.top, erased.right, bottom});
+    const std::int32_t width = erased.right - erased.left;
+    if (width < BITS && cover.in_reach(erased.left)) {
+        const std::uint64_t hidden = cover.hidden(erased.left, erased.top, bottom + 1);
+        if (!(columns(0, width + 1) & ~hidden)) return;
+        cover.cover(erased.left, erased.top, bottom, columns(0, width));
+    } else {
+        if (cover.hides({erased.left, erased.top, erased.right + 1, bottom + 1})) return;
+        cover.add({erased.left, erased.top, erased.right, bottom});
+    }
     ++erasings;
-    seen.push({&erased, 0});
+    seen.push({nullptr, static_cast<std::uint32_t>(boxes.size())});
+    boxes.push(erased);
 }
 
 void bar_pass::draw(const view_frame& f) {
@@ -261,13 +270,13 @@ void bar_pass::draw(const view_frame& f) {
     if (erasings > 0) patches.begin(f);
     for (std::size_t i = seen.size(); i-- > 0;) {
         const step& s = seen[i];
-        if (s.parts) {
-            const bar_look& look = *static_cast<const bar_look*>(s.what);
+        if (s.look) {
+            const bar_look& look = *s.look;
             if (erasings > 0 && patches.draw(look.y - BAR_REACH, look.y + BAR_REACH)) colour.forget();
-            draw_parts(f, look, s.parts, colour);
+            draw_parts(f, look, s.what, colour);
             continue;
         }
-        patches.add(*static_cast<const bar_box*>(s.what));
+        patches.add(boxes[s.what]);
         if (--erasings == 0 && patches.draw(f.data.top, f.data.bottom)) colour.forget();
     }
     t_color(COLOR_FOREGROUND);

@@ -27,9 +27,9 @@ public:
 
 private:
     struct step {
-        const void*
-            what; // a bar_look, of which these parts are seen; a bar_box that was erased when there are none
-        unsigned parts;
+        const bar_look*
+            look; // of which these parts are seen; null for an erasing, of the box with this number
+        std::uint32_t what;
     };
     void add_parts(const bar_look& look, bool fits);
     const view_frame* frame = nullptr;
@@ -38,6 +38,7 @@ private:
     std::int32_t erasings = 0; // steps that are, and are still to be drawn
     grid_patches patches;
     pile<step> seen;
+    pile<bar_box> boxes;
 };
 
 // No bar, label or mark sets a pixel further than this above or below its middle.

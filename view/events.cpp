@@ -106,25 +106,43 @@ void gather_far_erasing(view_index& ix, const event& e) {
     ix.log.back().erased.right = end + 1;
 }
 
-void gather_drawing(view_index& ix, event* e, const bar_look& look) {
-    const std::uint32_t place = e->place;
-    placed_event* before = brisolan_drawingof(ix, e, place);
-    if (before && before->look == look) before->redundant = true;
+void add_drawing(view_index& ix, event* e, const bar_look& look) {
     ix.drawings.push({e, look, false, false, false});
     const auto now = static_cast<std::uint32_t>(ix.drawings.size());
-    if (place != now) e->place = now;
+    if (e->place != now) e->place = now;
+}
+
+void gather_drawing(view_index& ix, event* e, const bar_look& look) {
+    placed_event* before = brisolan_drawingof(ix, e, e->place);
+    if (before && before->look == look) before->redundant = true;
+    add_drawing(ix, e, look);
+    const std::uint32_t now = e->place;
     if (!ix.log.empty() && ix.log.back().drawing == 0)
         ix.log.back().drawing = now;
     else
         ix.log.push({{}, now});
 }
 
+// Something else is gathered than what leaves the drawings whole: the log is written from here on.
+void end_whole(view_index& ix) {
+    if (!ix.whole) return;
+    ix.whole = false;
+    for (std::uint32_t i = 0; i < ix.drawings.size(); ++i)
+        ix.log.push({brisolan_erasedbox(ix.drawings[i].look), i + 1});
+}
+
 // Erases and draws the event as it is, or erases it alone when it does not show; whether it was drawn.
 bool gather_again(brisolan* x, view_index& ix, event* e) {
     const bar_look look = brisolan_look(ix.frame, *e);
-    gather_erasing(ix, brisolan_erasedbox(look));
-    if (!shows(x, ix, *e, look)) return false;
-    gather_drawing(ix, e, look);
+    const bool drawn = shows(x, ix, *e, look);
+    if (e != ix.expected || !drawn) end_whole(ix);
+    if (!ix.whole) {
+        gather_erasing(ix, brisolan_erasedbox(look));
+        if (drawn) gather_drawing(ix, e, look);
+        return drawn;
+    }
+    ix.expected = e->next;
+    add_drawing(ix, e, look);
     return true;
 }
 
@@ -184,35 +202,16 @@ bool is_whole(const brisolan* x, const view_index& ix) {
     return ix.whole && !ix.expected && same_list;
 }
 
-// Then nobody needs to be placed, nor asked whether he is marked.
-void mark_whole(brisolan* x, view_index& ix, bool drawn) {
-    find_touched_drawings(ix);
-    brisolan_beginplaces(x, ix);
-    ix.wanted.clear();
-    for (std::uint32_t id = 0; id < ix.drawings.size(); ++id) {
-        placed_event& d = ix.drawings[id];
-        if (!d.touched) continue;
-        d.redundant = drawn;
-        if (drawn) {
-            ix.wanted.push(id);
-        } else {
-            d.e->needsdraw = std::uint8_t{1};
-            ix.dirty.add(id);
-        }
-    }
-    ix.entries.swap(ix.drawings);
-}
-
 // Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
 // drawings that are made again anyway.
-void replay(view_index& ix, const pile<placed_event>& drawings) {
+void replay(view_index& ix) {
     ix.pass.begin(ix.frame);
     brisolan_addwanted(ix);
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
         if (step.drawing == FAR_ERASINGS) continue;
-        if (step.drawing != 0 && !drawings[step.drawing - 1].redundant)
-            ix.pass.add(drawings[step.drawing - 1].look);
+        if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
+            ix.pass.add(ix.drawings[step.drawing - 1].look);
         if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
     }
     ix.pass.draw(ix.frame);
@@ -225,17 +224,50 @@ enum class settling {
     all      // and is drawn as well
 };
 
-void settle(brisolan* x, view_index& ix, settling how) {
-    const bool whole = is_whole(x, ix);
-    if (whole)
-        mark_whole(x, ix, how == settling::all);
-    else
-        mark_gathered(x, ix, how == settling::all);
-    if (how != settling::nothing) {
-        const event_clip clip(x);
-        replay(ix, whole ? ix.entries : ix.drawings);
+// Where the drawings are whole, they are the places from now on, and the touched ones are drawn over what the log would
+// tell, as everywhere: found on the way from the last to the first, since it is the later erasings that touch.
+void settle_whole(brisolan* x, view_index& ix, settling how) {
+    const event_clip clip(x);
+    brisolan_beginplaces(x, ix);
+    ix.entries.swap(ix.drawings);
+    ix.touches.begin(ix.frame);
+    ix.pass.begin(ix.frame);
+    for (std::size_t i = ix.entries.size(); i-- > 0;) {
+        placed_event& p = ix.entries[i];
+        p.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, p.look));
+        ix.touches.add(brisolan_erasedbox(p.look));
+        if (!p.touched) continue;
+        if (how == settling::all) {
+            ix.pass.add(p.look);
+        } else {
+            p.e->needsdraw = std::uint8_t{1};
+            ix.dirty.add(static_cast<std::uint32_t>(i));
+        }
     }
+    if (how == settling::nothing) return;
+    for (std::size_t i = ix.entries.size(); i-- > 0;) {
+        const placed_event& p = ix.entries[i];
+        if (how != settling::all || !p.touched) ix.pass.add(p.look);
+        ix.pass.add_erasing(brisolan_erasedbox(p.look));
+    }
+    ix.pass.draw(ix.frame);
+}
+
+void settle_log(brisolan* x, view_index& ix, settling how) {
+    end_whole(ix);
+    mark_gathered(x, ix, how == settling::all);
+    if (how == settling::nothing) return;
+    const event_clip clip(x);
+    replay(ix);
+}
+
+void settle(brisolan* x, view_index& ix, settling how) {
+    if (is_whole(x, ix))
+        settle_whole(x, ix, how);
+    else
+        settle_log(x, ix, how);
     ix.gathering = false;
+    ix.whole = false;
     ix.log.clear();
     ix.far_erased.clear();
     ix.drawings.clear();
@@ -368,7 +400,7 @@ void event_pen::draw(event* e) {
         draw_now(x, ix, e, look);
         return;
     }
-    ix.whole = false;
+    end_whole(ix);
     gather_drawing(ix, e, look);
 }
 
@@ -378,7 +410,7 @@ void event_pen::erase(event* e) {
     // A hidden window has no port, and is drawn anew when it is shown.
     if (!visible) return;
     if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) {
-        ix.whole = false;
+        end_whole(ix);
         gather_far_erasing(ix, *e);
         return;
     }
@@ -388,7 +420,7 @@ void event_pen::erase(event* e) {
         return;
     }
     begin_gathering(x, ix);
-    ix.whole = false;
+    end_whole(ix);
     gather_erasing(ix, box);
 }
 
@@ -400,12 +432,14 @@ void event_pen::again(event* e) {
         return;
     }
     want_marked(x);
-    const bool far = brisolan_isfaraway(ix.frame, *e);
-    if (far) gather_far_erasing(ix, *e);
-    const bool drawn = !far && gather_again(x, ix, e);
+    bool drawn = false;
+    if (brisolan_isfaraway(ix.frame, *e)) {
+        end_whole(ix);
+        gather_far_erasing(ix, *e);
+    } else {
+        drawn = gather_again(x, ix, e);
+    }
     e->needsdraw = std::uint8_t{drawn ? std::uint8_t{0} : std::uint8_t{1}};
-    ix.whole = ix.whole && e == ix.expected && (far || drawn);
-    if (ix.whole) ix.expected = e->next;
 }
 
 void brisolan_drawit(brisolan* x, event* e) {

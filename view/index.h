@@ -95,6 +95,7 @@ struct view_index {
     pile<bar_values> far_erased;
     pile<placed_event> drawings;
     // Whether every event so far was erased and drawn once, as it is, in the list's order; and which is the next one then.
+    // As long as that is so, the log is not written: it would tell nothing that the drawings do not.
     bool whole = false;
     const event* expected = nullptr;
 

@@ -24,7 +24,8 @@ constexpr OSStatus noScrapErr = -100; // no scrap of that name, or none given
 // The one scrap, the system clipboard's. Written by the calls of this file; survives the menus that use it.
 toolbox_scrap clipboard;
 
-// Brings the text flavor into step with the machine's clipboard, which another program may have changed.
+// Brings the text flavor into step with the machine's clipboard, which another program may have changed. Once for whoever
+// asks for the scrap, not for each thing that he asks it then: the text may be long.
 void refresh_text() {
     const toolbox_platform& p = platform_hooks();
     if (!p.clipboard_read) return;
@@ -38,7 +39,6 @@ void refresh_text() {
 
 const toolbox_scrap::flavor* find(ScrapRef scrap, FlavorType type) {
     if (scrap != &clipboard) return nullptr;
-    if (type == kScrapFlavorTypeText) refresh_text();
     auto it = clipboard.flavors.find(type);
     return it == clipboard.flavors.end() ? nullptr : &it->second;
 }
@@ -57,6 +57,7 @@ void scrap_reset() {
 OSStatus GetScrapByName(const char* name, uint32_t, ScrapRef* scrap) {
     bool known = name && std::strcmp(name, kScrapClipboardScrap) == 0;
     *scrap = known ? &clipboard : nullptr;
+    if (known) refresh_text();
     return known ? noErr : noScrapErr;
 }
 
