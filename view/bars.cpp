@@ -4,6 +4,7 @@
 #include "view/bars.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "view/draw.h"
 #include "view/events.h"
@@ -51,13 +52,25 @@ private:
     int now = -1;
 };
 
+// What of a bar is drawn: some of its parts, of solid ones no more than these columns from its left on.
+struct bar_sight {
+    unsigned parts;
+    std::int32_t from, to;
+};
+constexpr bar_sight WHOLE_BAR{ALL_PARTS, 0, INT32_MAX};
+
 // Selected events are outlines, others solid.
-void fill(const bar_look& look, const bar_edges& e, std::int32_t left, std::int32_t right) {
+void fill(const bar_look& look, const bar_edges& e, const bar_sight& sight, std::int32_t left,
+          std::int32_t right) {
     if (left >= right) return;
-    if (look.selected)
+    if (look.selected) {
         t_framerect(left, e.top, right, e.bottom);
-    else
-        t_paintrect(left, e.top, right, e.bottom);
+        return;
+    }
+    const std::int32_t first = look.left + sight.from;
+    const std::int64_t behind = std::int64_t{look.left} + sight.to;
+    t_paintrect(std::max(left, first), e.top, static_cast<int>(std::min<std::int64_t>(right, behind)),
+                e.bottom);
 }
 
 void draw_label(const view_frame& f, const bar_look& look) {
@@ -68,16 +81,17 @@ void draw_label(const view_frame& f, const bar_look& look) {
 }
 
 // Draws the wanted ones of the parts.
-void draw_parts(const view_frame& f, const bar_look& look, unsigned wanted, ink& colour) {
+void draw_parts(const view_frame& f, const bar_look& look, const bar_sight& sight, ink& colour) {
+    const unsigned wanted = sight.parts;
     const bar_edges e(f, look);
     if (wanted & (PART_HEAD | PART_REST)) {
         colour.be(look.colour);
-        if (wanted & PART_HEAD) fill(look, e, look.left, e.head);
-        if (wanted & PART_REST) fill(look, e, e.box, e.right);
+        if (wanted & PART_HEAD) fill(look, e, sight, look.left, e.head);
+        if (wanted & PART_REST) fill(look, e, sight, e.box, e.right);
     }
     if (wanted & PART_BOX && e.head < e.box) {
         colour.be(COLOR_GRID);
-        fill(look, e, e.head, e.box);
+        fill(look, e, sight, e.head, e.box);
     }
     if (!(wanted & (PART_LABEL | PART_MARK))) return;
     colour.be(COLOR_FOREGROUND);
@@ -208,7 +222,7 @@ void brisolan_beginbars() {
 void brisolan_drawbar(const view_frame& f, const bar_look& look) {
     ++g_datadrawings;
     ink colour;
-    draw_parts(f, look, ALL_PARTS, colour);
+    draw_parts(f, look, WHOLE_BAR, colour);
     colour.be(COLOR_FOREGROUND);
 }
 
@@ -224,19 +238,29 @@ void bar_pass::begin(const view_frame& f) {
     boxes.clear();
 }
 
-// Mostly nothing of it is seen, which one look at all that it may set tells.
+// Mostly nothing of it is seen, which one look at all that it may set tells; and of a solid bar without a label all that
+// there is to know.
 void bar_pass::add(const bar_look& look) {
     const std::int32_t text_width = frame->labels ? LABEL_LEFT + look.label_width() : 0;
     const std::int32_t width = std::max(look.length, text_width);
     const bool fits = width <= BITS && cover.in_reach(look.left);
-    if (fits && !look.black_key) {
-        const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
-        const std::uint64_t hidden =
-            cover.hidden(look.left, look.y - std::max<std::int32_t>(look.half, text_above),
-                         look.y + std::max(below, text_below));
-        if (!(columns(0, width) & ~hidden)) return;
+    if (!fits || look.black_key) {
+        add_parts(look, fits);
+        return;
     }
-    add_parts(look, fits);
+    const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
+    const std::int32_t top = look.y - std::max<std::int32_t>(look.half, text_above);
+    const std::int32_t bottom = look.y + std::max(below, text_below);
+    const std::uint64_t all = columns(0, width);
+    const std::uint64_t visible = all & ~cover.hidden(look.left, top, bottom);
+    if (!visible) return;
+    if (frame->labels || look.selected) {
+        add_parts(look, true);
+        return;
+    }
+    cover.cover(look.left, top, bottom, all);
+    seen.push({&look, 0, PART_HEAD, static_cast<std::uint8_t>(std::countr_zero(visible)),
+               static_cast<std::uint8_t>(BITS - std::countl_zero(visible))});
 }
 
 void bar_pass::add_parts(const bar_look& look, bool fits) {
@@ -244,7 +268,7 @@ void bar_pass::add_parts(const bar_look& look, bool fits) {
     const text_rows text{look.y - text_above, look.y + text_below};
     const unsigned parts = fits ? put_behind(short_bar(*frame, look, e), text, &cover)
                                 : put_behind(any_bar(*frame, look, e), text, &cover);
-    if (parts) seen.push({&look, parts});
+    if (parts) seen.push({&look, 0, static_cast<std::uint8_t>(parts), 0, 0});
 }
 
 // The lines of the grid reach one pixel beyond what is erased.
@@ -260,7 +284,7 @@ void bar_pass::add_erasing(const bar_box& erased) {
         cover.add({erased.left, erased.top, erased.right, bottom});
     }
     ++erasings;
-    seen.push({nullptr, static_cast<std::uint32_t>(boxes.size())});
+    seen.push({nullptr, static_cast<std::uint32_t>(boxes.size()), 0, 0, 0});
     boxes.push(erased);
 }
 
@@ -273,10 +297,10 @@ void bar_pass::draw(const view_frame& f) {
         if (s.look) {
             const bar_look& look = *s.look;
             if (erasings > 0 && patches.draw(look.y - BAR_REACH, look.y + BAR_REACH)) colour.forget();
-            draw_parts(f, look, s.what, colour);
+            draw_parts(f, look, {s.parts, s.from, s.to ? s.to : INT32_MAX}, colour);
             continue;
         }
-        patches.add(boxes[s.what]);
+        patches.add(boxes[s.box]);
         if (--erasings == 0 && patches.draw(f.data.top, f.data.bottom)) colour.forget();
     }
     t_color(COLOR_FOREGROUND);

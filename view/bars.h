@@ -29,7 +29,10 @@ private:
     struct step {
         const bar_look*
             look; // of which these parts are seen; null for an erasing, of the box with this number
-        std::uint32_t what;
+        std::uint32_t box;
+        std::uint8_t parts;
+        std::uint8_t from,
+            to; // of its solid parts nothing is seen outside of these columns from its left on; to 0: all are
     };
     void add_parts(const bar_look& look, bool fits);
     const view_frame* frame = nullptr;

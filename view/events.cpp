@@ -106,8 +106,8 @@ void gather_far_erasing(view_index& ix, const event& e) {
     ix.log.back().erased.right = end + 1;
 }
 
-void add_drawing(view_index& ix, event* e, const bar_look& look) {
-    ix.drawings.push({e, look, false, false, false});
+// The event's place is that of the drawing made last.
+void keep_place(const view_index& ix, event* e) {
     const auto now = static_cast<std::uint32_t>(ix.drawings.size());
     if (e->place != now) e->place = now;
 }
@@ -115,7 +115,8 @@ void add_drawing(view_index& ix, event* e, const bar_look& look) {
 void gather_drawing(view_index& ix, event* e, const bar_look& look) {
     placed_event* before = brisolan_drawingof(ix, e, e->place);
     if (before && before->look == look) before->redundant = true;
-    add_drawing(ix, e, look);
+    ix.drawings.push({e, look, false, false, false});
+    keep_place(ix, e);
     const std::uint32_t now = e->place;
     if (!ix.log.empty() && ix.log.back().drawing == 0)
         ix.log.back().drawing = now;
@@ -133,17 +134,20 @@ void end_whole(view_index& ix) {
 
 // Erases and draws the event as it is, or erases it alone when it does not show; whether it was drawn.
 bool gather_again(brisolan* x, view_index& ix, event* e) {
-    const bar_look look = brisolan_look(ix.frame, *e);
-    const bool drawn = shows(x, ix, *e, look);
-    if (e != ix.expected || !drawn) end_whole(ix);
-    if (!ix.whole) {
-        gather_erasing(ix, brisolan_erasedbox(look));
-        if (drawn) gather_drawing(ix, e, look);
-        return drawn;
+    placed_event& drawing = ix.drawings.push(); // in its place already: mostly that is all there is to do
+    drawing = {e, brisolan_look(ix.frame, *e), false, false, false};
+    const bool drawn = shows(x, ix, *e, drawing.look);
+    if (ix.whole && drawn && e == ix.expected) {
+        ix.expected = e->next;
+        keep_place(ix, e);
+        return true;
     }
-    ix.expected = e->next;
-    add_drawing(ix, e, look);
-    return true;
+    const bar_look look = drawing.look;
+    ix.drawings.pop();
+    end_whole(ix);
+    gather_erasing(ix, brisolan_erasedbox(look));
+    if (drawn) gather_drawing(ix, e, look);
+    return drawn;
 }
 
 void add_far_touches(view_index& ix, const log_step& step) {

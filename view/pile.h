@@ -12,11 +12,13 @@
 template <class T> class pile {
 public:
     void clear() { count = 0; }
-    // The new record's reference is valid until the next push.
-    T& push(const T& record) {
+    // A new record, to be filled in where it lies: its fields are those of an earlier one. Valid until the next push.
+    T& push() {
         if (count == all.size()) grow();
-        return all[count++] = record;
+        return all[count++];
     }
+    void push(const T& record) { push() = record; }
+    void pop() { --count; }
     std::size_t size() const { return count; }
     bool empty() const { return count == 0; }
     T& operator[](std::size_t i) { return all[i]; }
