@@ -165,7 +165,8 @@ public:
           box(columns(e.head - look.left, e.box - look.left)),
           rest(columns(e.box - look.left, e.right - look.left)) {}
 
-    unsigned seen(const text_rows& text, const cover_map& cover) const {
+    // `visible` are the columns in which anything is seen of the rows that the bar and its label take.
+    unsigned seen(std::uint64_t visible, const cover_map& cover) const {
         const std::int32_t border = look.selected ? 1 : 0;
         const std::uint64_t borders = look.selected ? cover.hidden(look.left, e.top, e.top + 1) &
                                                           cover.hidden(look.left, e.bottom - 1, e.bottom)
@@ -179,11 +180,7 @@ public:
         if (shows(box)) parts |= PART_BOX;
         if (shows(rest)) parts |= PART_REST;
         const std::uint64_t label = columns(LABEL_LEFT, LABEL_LEFT + look.label_width());
-        if (label & ~(borders & middle)) return parts | PART_LABEL;
-        // The text is higher than the bar, or as high: what is left are the rows above and below.
-        const std::uint64_t around =
-            cover.hidden(look.left, text.top, e.top) & cover.hidden(look.left, e.bottom, text.bottom);
-        return label & ~around ? parts | PART_LABEL : parts;
+        return label & visible ? parts | PART_LABEL : parts;
     }
     void cover(cover_map* map) const {
         const std::uint64_t all = head | box | rest;
@@ -204,13 +201,6 @@ private:
     const bar_edges& e;
     std::uint64_t head, box, rest;
 };
-
-// The parts of the bar that are not hidden by what is drawn later, which it joins.
-template <class Bar> unsigned put_behind(const Bar& bar, const text_rows& text, cover_map* cover) {
-    const unsigned parts = bar.seen(text, *cover);
-    if (parts) bar.cover(cover);
-    return parts;
-}
 
 } // namespace
 
@@ -243,9 +233,8 @@ void bar_pass::begin(const view_frame& f) {
 void bar_pass::add(const bar_look& look) {
     const std::int32_t text_width = frame->labels ? LABEL_LEFT + look.label_width() : 0;
     const std::int32_t width = std::max(look.length, text_width);
-    const bool fits = width <= BITS && cover.in_reach(look.left);
-    if (!fits || look.black_key) {
-        add_parts(look, fits);
+    if (width > BITS || !cover.in_reach(look.left)) {
+        add_long(look);
         return;
     }
     const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
@@ -253,22 +242,32 @@ void bar_pass::add(const bar_look& look) {
     const std::int32_t bottom = look.y + std::max(below, text_below);
     const std::uint64_t all = columns(0, width);
     const std::uint64_t visible = all & ~cover.hidden(look.left, top, bottom);
-    if (!visible) return;
-    if (frame->labels || look.selected) {
-        add_parts(look, true);
+    if (frame->labels || look.selected || look.black_key) {
+        if (visible || look.black_key) add_short(look, visible);
         return;
     }
+    if (!visible) return;
     cover.cover(look.left, top, bottom, all);
     seen.push({&look, 0, PART_HEAD, static_cast<std::uint8_t>(std::countr_zero(visible)),
                static_cast<std::uint8_t>(BITS - std::countl_zero(visible))});
 }
 
-void bar_pass::add_parts(const bar_look& look, bool fits) {
+void bar_pass::add_short(const bar_look& look, std::uint64_t visible) {
     const bar_edges e(*frame, look);
-    const text_rows text{look.y - text_above, look.y + text_below};
-    const unsigned parts = fits ? put_behind(short_bar(*frame, look, e), text, &cover)
-                                : put_behind(any_bar(*frame, look, e), text, &cover);
-    if (parts) seen.push({&look, 0, static_cast<std::uint8_t>(parts), 0, 0});
+    const short_bar bar(*frame, look, e);
+    const unsigned parts = bar.seen(visible, cover);
+    if (!parts) return;
+    bar.cover(&cover);
+    seen.push({&look, 0, static_cast<std::uint8_t>(parts), 0, 0});
+}
+
+void bar_pass::add_long(const bar_look& look) {
+    const bar_edges e(*frame, look);
+    const any_bar bar(*frame, look, e);
+    const unsigned parts = bar.seen({look.y - text_above, look.y + text_below}, cover);
+    if (!parts) return;
+    bar.cover(&cover);
+    seen.push({&look, 0, static_cast<std::uint8_t>(parts), 0, 0});
 }
 
 // The lines of the grid reach one pixel beyond what is erased.

@@ -34,7 +34,8 @@ private:
         std::uint8_t from,
             to; // of its solid parts nothing is seen outside of these columns from its left on; to 0: all are
     };
-    void add_parts(const bar_look& look, bool fits);
+    void add_short(const bar_look& look, std::uint64_t visible);
+    void add_long(const bar_look& look);
     const view_frame* frame = nullptr;
     std::int32_t text_above = 0, text_below = 0; // rows of a label from the bar's middle on; 0 without labels
     cover_map cover;

@@ -137,6 +137,19 @@ struct both_strikes {
         take_cells(FONT_BOLD, bold.glyphs, own);
         for (font_strike* s : {&plain, &bold}) {
             for (const font_glyph& g : s->glyphs) s->widest = std::max<int>(s->widest, g.advance);
+            list_ink(*s);
+        }
+    }
+
+    static void list_ink(font_strike& s) {
+        for (font_glyph& g : s.glyphs) {
+            g.first = static_cast<uint32_t>(s.ink.size());
+            for (uint8_t v = 0; v < FONT_HEIGHT; v++) {
+                for (uint8_t h = 0; h < 16; h++) {
+                    if (g.rows[v] & (0x8000u >> h)) s.ink.push_back({v, h});
+                }
+            }
+            g.pixels = static_cast<uint16_t>(s.ink.size() - g.first);
         }
     }
 

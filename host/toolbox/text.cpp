@@ -7,6 +7,7 @@
 #include "host/toolbox/port.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdlib>
 
@@ -53,14 +54,19 @@ void glyph_through_clip(GrafPort& port, int h, int top, const font_glyph& g, con
     }
 }
 
-// The whole glyph lies inside a rectangular clip and its ink replaces what is below.
-void glyph_inside(GrafPort& port, int h, int top, const font_glyph& g, uint32_t colour) {
-    raster_countspans(FONT_HEIGHT);
-    uint32_t* row = port.pixels.data() + static_cast<ptrdiff_t>(top) * port.width + h;
-    for (uint16_t bits : g.rows) {
-        for (; bits; bits = static_cast<uint16_t>(bits & (bits - 1)))
-            row[15 - std::countr_zero(bits)] = colour;
-        row += port.width;
+// The whole text lies inside a rectangular clip and its ink replaces what is below.
+void text_inside(GrafPort& port, const font_strike& strike, const unsigned char* text, int count, int h,
+                 int top, uint32_t colour) {
+    std::array<uint32_t*, FONT_HEIGHT> rows;
+    for (int v = 0; v < FONT_HEIGHT; v++)
+        rows[static_cast<size_t>(v)] = port.pixels.data() + static_cast<ptrdiff_t>(top + v) * port.width + h;
+    ptrdiff_t at = 0;
+    for (int i = 0; i < count; i++) {
+        raster_countspans(FONT_HEIGHT);
+        const font_glyph& g = strike.glyphs[text[i]];
+        const font_pixel* ink = strike.ink.data() + g.first;
+        for (int p = 0; p < g.pixels; p++) rows[ink[p].row][at + ink[p].column] = colour;
+        at += g.advance;
     }
 }
 
@@ -104,12 +110,7 @@ void draw(GrafPort& port, const unsigned char* text, int count) {
     }
     if (ink.mode == patCopy && holds_box(port, h, top, h + width, top + FONT_HEIGHT)) {
         port.changed = true;
-        int at = h;
-        for (int i = 0; i < count; i++) {
-            const font_glyph& g = strike.glyphs[text[i]];
-            glyph_inside(port, at, top, g, ink.fore);
-            at += g.advance;
-        }
+        text_inside(port, strike, text, count, h, top, ink.fore);
     } else {
         int at = h;
         for (int i = 0; i < count; i++) {
