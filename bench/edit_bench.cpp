@@ -2,7 +2,10 @@
 // picture with everything selected; and without drawing, beside the bare change of a list.
 // Measured by hand: build/release/bench_edit_bench, or bench/run for all. The number is how many events there are.
 // Benchmark.
+#include <array>
+#include <charconv>
 #include <memory>
+#include <string>
 
 #include "bench/editor.h"
 #include "bench/in_turns.h"
@@ -75,6 +78,46 @@ private:
     event* head;
     event lists[2];
     int by = 1;
+};
+
+// The least that makes n events of a text of theirs: their numbers read, the events handed out and linked in order.
+class bare_reading {
+public:
+    explicit bare_reading(const brisolan* x) {
+        for (const event* e = x->events; e; e = e->next) {
+            for (int i = 0; i < NPARAMS; ++i) {
+                text += std::to_string(event_param(*e, i));
+                text += i == NPARAMS - 1 ? '\r' : ' ';
+            }
+        }
+    }
+    ~bare_reading() { free_all(); }
+    bare_reading(const bare_reading&) = delete;
+    bare_reading& operator=(const bare_reading&) = delete;
+
+    void read() {
+        event* last = &head;
+        const char* const end = text.data() + text.size();
+        for (const char* at = text.data(); at != end;) {
+            std::array<std::int32_t, NPARAMS> values{};
+            for (std::int32_t& v : values) at = std::from_chars(at, end, v).ptr + 1;
+            event* e = brisolan_newevent(values);
+            last->next = e;
+            last = e;
+        }
+    }
+    void free_all() {
+        for (event* e = head.next; e;) {
+            event* following = e->next;
+            brisolan_freeevent(e);
+            e = following;
+        }
+        head.next = nullptr;
+    }
+
+private:
+    std::string text;
+    event head;
 };
 
 // The events stand as `how` says, all selected; with its floor: a full update where they are seen, else the bare change.
@@ -198,6 +241,17 @@ void paste_all(benchmark::State& state, std::int64_t n, sight how) {
           side{[&] { on.e.edit([&] { brisolan_paste(x); }); }, [&] { on.e.edit([&] { brisolan_clr(x); }); }});
 }
 
+// Without drawing, beside a loop that reads the text, too: no paste can do less.
+void paste_all_beside_reading(benchmark::State& state, std::int64_t n, sight how) {
+    stage on(n, how);
+    brisolan* x = on.e.x;
+    on.e.edit([&] { brisolan_copy(x); });
+    bare_reading bare(x);
+    bench::in_turns(
+        state, static_cast<double>(n), on.target(), side{[&] { bare.read(); }, [&] { bare.free_all(); }},
+        side{[&] { on.e.edit([&] { brisolan_paste(x); }); }, [&] { on.e.edit([&] { brisolan_clr(x); }); }});
+}
+
 void copy_all(benchmark::State& state, std::int64_t n) {
     stage on(n, sight::all);
     turns(state, n, on, side{[&] { on.e.edit([&] { brisolan_copy(on.e.x); }); }});
@@ -269,6 +323,10 @@ template <class Run> void add(const std::string& name, std::int64_t n, Run run) 
         add("legend_drag", n,
             [](benchmark::State& state, std::int64_t m) { legend_drag(state, m, sight::all); });
         add("copy_all", n, copy_all);
+        for (const shown& s : {shown{"_off_screen", sight::off_screen}, shown{"_hidden", sight::hidden}}) {
+            add(std::string("paste_all_beside_reading") + s.name, n,
+                [s](benchmark::State& state, std::int64_t m) { paste_all_beside_reading(state, m, s.how); });
+        }
         add("band_over_all", n, band_over_all);
         add("band_over_few", n, band_over_few);
     }

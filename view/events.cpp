@@ -428,16 +428,18 @@ void event_pen::erase(event* e) {
     gather_erasing(ix, box);
 }
 
-// In one go while many are: at one look at the event.
+// In one go while many are: at one look at the event. Of what is not seen it matters only whether it would be drawn.
 void event_pen::again(event* e) {
-    if (!ix.gathering) {
+    if (visible && !ix.gathering) {
         erase(e);
         draw(e);
         return;
     }
     want_marked(x);
     bool drawn = false;
-    if (brisolan_isfaraway(ix.frame, *e)) {
+    if (!visible) {
+        drawn = shows(x, ix, *e, brisolan_place(ix.frame, *e));
+    } else if (brisolan_isfaraway(ix.frame, *e)) {
         end_whole(ix);
         gather_far_erasing(ix, *e);
     } else {
