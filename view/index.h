@@ -6,10 +6,11 @@
 // The memory has two states.
 //   - Placed: every event whose bar reaches into the window stands in `entries` in list order, with the bar's look.
 //     Holds as long as the frame and the three counters are those of then: list and values are changed in
-//     between only through brisolan_eraseit, whose events are dirty, and a dirty event's look is not asked for. Erasing
-//     and drawing one event happen at once.
+//     between only through brisolan_eraseit, whose events are stale until they are drawn: nobody asks for their looks.
+//     Erasing and drawing one event happen at once.
 //   - Gathering: erasings and drawings are put down in `log`, in order, with all that is needed to carry them out later;
-//     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows.
+//     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows;
+//     without the walk where the drawings are all events in sight, in order.
 // An erasing is carried out at once while the memory is placed and few have been; otherwise it begins the gathering.
 #pragma once
 
@@ -112,8 +113,7 @@ struct view_index {
 view_index& brisolan_index(brisolan* x);
 // Whether the memory is placed still. [main]
 bool brisolan_isplaced(const brisolan* x, const view_index& ix);
-// The entry of an event, by its id; -1 when it has none. Also while gathering, until a drawing of it waits: the entry is
-// as it was when all were placed. [main]
+// The entry of an event, by its id; -1 when it has none. The memory must be placed. [main]
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
 // The drawing that waits for an event whose `place` this is; null when there is none. [main]
 placed_event* brisolan_drawingof(view_index& ix, const event* e, std::uint32_t place);
