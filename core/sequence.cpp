@@ -285,7 +285,7 @@ event* brisolan_findnote(const brisolan* x, std::int32_t pitch, std::int32_t vel
 event* brisolan_eventat(const brisolan* x, std::int32_t n) {
     if (n < 0 || n >= x->nevents) return nullptr;
     event* e = x->events;
-    for (; e && n > 0; --n) e = e->next;
+    for (; n > 0; --n) e = e->next;
     return e;
 }
 

@@ -22,7 +22,7 @@ constexpr std::size_t NUMBER_SIZE = 12; // a 32-bit number and the character beh
 constexpr std::int32_t FIRST_CAPACITY = 1000;
 
 bool find_clipboard(ScrapRef* scrap) {
-    return GetScrapByName(kScrapClipboardScrap, 0, scrap) == noErr && *scrap;
+    return GetScrapByName(kScrapClipboardScrap, 0, scrap) == noErr;
 }
 
 // Text that grows in a relocatable block, which is what the clipboard's calls take. Doubles, so that copying a large
@@ -181,9 +181,10 @@ std::int32_t TheGetScrap(Handle handle, FlavorType flavor, OSErr* error) {
     if (MemError() != noErr) return 0;
     *error = noErr;
     HLock(handle);
-    const OSStatus got = GetScrapFlavorData(scrap, flavor, &size, *handle);
+    std::int32_t held = size; // more where another program has put a longer text there meanwhile
+    const OSStatus got = GetScrapFlavorData(scrap, flavor, &held, *handle);
     HUnlock(handle);
-    return got == noErr ? size : 0;
+    return got == noErr ? std::min(held, size) : 0;
 }
 
 void ThePutScrap(std::int32_t length, FlavorType flavor, const void* data) {

@@ -59,15 +59,12 @@ void brisolan_doimport(brisolan* x, symbol*, std::int32_t argc, const atom* argv
         host_error("brisolan: can't open %s, error %d", name, static_cast<int>(e));
         return;
     }
-    switch (type) {
-    case TEXT_FILE:
-    case BINARY_FILE:
-        t_close();
-        brisolan_importkel(x, name, path, type == BINARY_FILE);
-        break;
-    case MIDI_FILE: brisolan_importmidi(x, name, option); break;
-    default: break; // never found: only the three types were asked for
+    if (type == MIDI_FILE) {
+        brisolan_importmidi(x, name, option);
+        return;
     }
+    t_close();
+    brisolan_importkel(x, name, path, type == BINARY_FILE);
 }
 
 void brisolan_importkel(brisolan* x, const char* name, std::int16_t path, bool binary) {

@@ -174,8 +174,7 @@ step_result skip_sysex() {
 // before compare equal to the same file read today.
 void read_tempo(midi_import& m, const std::array<unsigned char, 3>& data) {
     const auto n = static_cast<std::int32_t>(big_endian(data.data(), 3));
-    const std::int32_t bpm = n == 0 ? DEFAULT_BPM : 60000000 / n;
-    set_tempo(m, bpm > 0 ? bpm : DEFAULT_BPM);
+    set_tempo(m, n == 0 ? DEFAULT_BPM : 60000000 / n); // at least 3, as n has 24 bits
 }
 
 step_result read_meta(midi_import& m) {

@@ -39,7 +39,7 @@ bool play_candidates(brisolan* x, std::int32_t p) {
         if (!hit) continue;
         matched = true;
         brisolan_sendevt(x, e, 1);
-        if (x->serial != serial || x->mode != MODE_FOLLOW) return true; // stopped from inside the output
+        if (x->serial != serial) return true; // stopped from inside the output
     }
     return matched;
 }
@@ -68,7 +68,7 @@ event* find_match(const brisolan* x, event* start, std::int32_t p) {
 bool pass_over(brisolan* x, event* start, const event* found) {
     const std::uint32_t relinked = x->relinked;
     const std::int32_t serial = x->serial;
-    for (event* e = start; e && e != found; e = e->next) {
+    for (event* e = start; e != found; e = e->next) {
         if (e->chan != PERFORMER_CHANNEL) {
             brisolan_sendevt(x, e, 1);
             if (x->relinked != relinked) return false;

@@ -1,7 +1,7 @@
 // Relocatable memory.
 // Toolbox: implements the memory calls of host/toolbox.h.
 // Called by the object's clipboard and by the kernel's host_newhandle.
-#include "host/toolbox.h"
+#include "host/toolbox/toolbox_host.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,6 +20,9 @@ struct block {
 // Written by every call of this file, read by MemError.
 OSErr last_error = noErr;
 
+// The largest block that there is memory for. Written by toolbox_handle_limit.
+int32_t largest = INT32_MAX;
+
 block* block_of(Handle h) {
     return reinterpret_cast<block*>(h);
 }
@@ -36,8 +39,12 @@ bool usable(Handle h) {
 
 } // namespace
 
+void toolbox_handle_limit(int32_t bytes) {
+    largest = bytes;
+}
+
 Handle NewHandle(int32_t size) {
-    char* data = size < 0 ? nullptr : static_cast<char*>(std::calloc(room(size), 1));
+    char* data = size < 0 || size > largest ? nullptr : static_cast<char*>(std::calloc(room(size), 1));
     last_error = data ? OSErr{noErr} : memFullErr;
     if (!data) return nullptr;
     return reinterpret_cast<Handle>(new block{data, size, false});
@@ -46,7 +53,7 @@ Handle NewHandle(int32_t size) {
 void SetHandleSize(Handle handle, int32_t size) {
     if (!usable(handle)) return;
     block& b = *block_of(handle);
-    if (size < 0 || (b.locked && size > b.size)) {
+    if (size < 0 || size > largest || (b.locked && size > b.size)) {
         last_error = memFullErr;
         return;
     }

@@ -40,6 +40,10 @@ const toolbox_platform& toolbox_getplatform();
 // regions, menus and handles stay with their owners. [main]
 void toolbox_reset();
 
+// From now on there is memory only for handles of at most this many bytes: below 0 for none, INT32_MAX for all. For tests
+// of what is done where memory ends. [main]
+void toolbox_handle_limit(int32_t bytes);
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Ports
 

@@ -131,11 +131,20 @@ TEST_F(check_test, finds_roles_given_twice) {
     x->yparam = -1;
     EXPECT_EQ(broken(), "an axis has no parameter");
     x->yparam = PARAM_PITCH;
+    x->lenparam = NPARAMS;
+    EXPECT_EQ(broken(), "an axis has no parameter");
+    x->lenparam = PARAM_DUR;
     x->labelparam = NPARAMS;
     EXPECT_EQ(broken(), "the label is no parameter");
     x->labelparam = -1;
     x->params[PARAM_VEL].mode = ROLE_NONE;
     EXPECT_EQ(broken(), "");
+}
+
+TEST_F(check_test, stops_the_program_where_something_is_broken) {
+    x->nevents = 2;
+    EXPECT_DEATH(brisolan_checkinvariants(x), "broken: the list has more events than were counted");
+    x->nevents = 3;
 }
 
 } // namespace

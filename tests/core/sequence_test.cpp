@@ -10,6 +10,7 @@
 #include "core/heldnotes.h"
 #include "core/locked.h"
 #include "core/messages.h"
+#include "core/notechains.h"
 #include "host/kernel/memory.h"
 #include "tests/support/host_test.h"
 
@@ -281,6 +282,30 @@ TEST_F(sequence, clear_forgets_everything_that_names_an_event_and_leaves_the_cou
     EXPECT_EQ(x->lasttime, 40);
     append(5, 5, false);
     EXPECT_EQ(shown(), "45:5 ") << "the running time goes on";
+}
+
+TEST_F(sequence, what_was_recorded_while_a_file_was_read_stays_among_its_notes) {
+    append(100, 1, false);
+    append(100, 2, false);
+    note_chains read;
+    for (const auto& [time, id] : {std::pair{50, 3}, {100, 4}, {150, 5}, {300, 6}})
+        ASSERT_TRUE(read.append(make(time, id), false));
+    brisolan_adopt(x, &read);
+    EXPECT_EQ(shown(), "50:3 100:4 100:1 150:5 200:2 300:6 ");
+    EXPECT_EQ(x->nevents, 6);
+    EXPECT_EQ(x->current->x1, 6);
+    EXPECT_EQ(brisolan_brokeninvariant(x), nullptr);
+}
+
+TEST_F(sequence, at_sets_the_cursor_to_the_first_such_note_or_to_none) {
+    append(0, 1, false);
+    append(10, 2, false);
+    brisolan_at(x, 60, 64, 1);
+    EXPECT_EQ(x->current->x1, 1);
+    brisolan_at(x, 60, 64, 2);
+    EXPECT_EQ(x->current, nullptr);
+    kel_run_queue();
+    EXPECT_EQ(taken(), lines_of{"post brisolan: note not found"});
 }
 
 } // namespace

@@ -4,9 +4,11 @@
 
 #include <random>
 
+#include "io/bufferedfile.h"
 #include "tests/io/io_test.h"
 #include "tests/io/midi_bytes.h"
 #include "tests/io/midi_twin.h"
+#include "tests/support/used_up.h"
 
 namespace {
 
@@ -104,6 +106,30 @@ TEST_F(midiread, LessThanATickASecondCountsAsOne) {
     // 1 tick a quarter note, 3 beats a minute.
     read(midi_header(0, 1, 1) + chunk(tempo(0, 16777215) + on(2, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"2000 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, TicksASecondThatWrapBelowNothingRunTimeBackwards) {
+    // 32767 ticks a quarter note and 60 million beats a minute, in 32 bits: -17917026 ticks a second.
+    EXPECT_EQ(read(midi_header(0, 1, 32767) +
+                   chunk(tempo(0, 1) + on(0, 60) + on(5, 62) + on(5, 64) + on(5, 65) + end_of_track())),
+              text_lines{"post fdt < 0... something's funky"});
+    EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
+}
+
+TEST_F(midiread, ANoteThatThereIsNoMemoryForIsLostAndTheRestGoesOn) {
+    put_file("a.mid", one_track(on(0, 60) + off(96, 60) + on(0, 62) + off(96, 62) + tempo(0, 500000)));
+    {
+        used_up blocks(sizeof(event));
+        blocks.give_back_one();
+        // Not by a message: a deferred one may take memory beyond the limit, for others too.
+        ASSERT_EQ(t_open("a.mid", 0, 0), HOST_OK);
+        brisolan_importmidi(x, "a.mid", 0);
+        EXPECT_EQ(events(), text_lines{"0 60 100 500 1 1 0 0"});
+        EXPECT_EQ(x->mode, MODE_IDLE);
+        EXPECT_EQ(x->restoring, 0);
+    }
+    told("read a.mid");
+    EXPECT_EQ(events(), (text_lines{"0 60 100 500 1 1 0 0", "500 62 100 500 1 1 0 0"}));
 }
 
 TEST_F(midiread, TheFirstOfTwoEqualNotesEndsFirst) {

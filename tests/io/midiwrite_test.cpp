@@ -295,6 +295,25 @@ std::string twin_bytes(const std::vector<values>& events, bool timecode, bool wi
     return chunk(content + end_of_track());
 }
 
+TEST_F(midiwrite, AStepBackOfMoreThan31BitsIsWrittenAsTheOneAheadThatItWrapsTo) {
+    const std::vector<values> all{{2000000000, 60, 1, 10, 1, 1, 0, 0}, {-2000000000, 61, 2, 10, 1, 1, 0, 0}};
+    fill({all[0], all[1]});
+    ASSERT_EQ(events(), (text_lines{"2000000000 60 1 10 1 1 0 0", "-2000000000 61 2 10 1 1 0 0"}));
+    EXPECT_EQ(written(0, 0).substr(14), twin_bytes(all, false, false));
+}
+
+TEST_F(midiwrite, ALongTrackIsWrittenWhole) {
+    std::vector<values> all;
+    for (std::int32_t i = 0; i < 8000; ++i) all.push_back({i * 10, 40 + i % 50, 1 + i % 127, 9, 1, 1, 0, 0});
+    send("clear");
+    for (const values& v : all) {
+        x->lasttime = v[0];
+        brisolan_append(x, 0, v, false);
+    }
+    EXPECT_TRUE(written(0, 0).substr(14) == twin_bytes(all, false, false));
+    EXPECT_TRUE(written(0, 1).substr(14) == twin_bytes(all, false, true));
+}
+
 TEST_F(midiwrite, WritesWhatTheSlowTwinWrites) {
     const unsigned seed = 30;
     SCOPED_TRACE("seed " + std::to_string(seed));
