@@ -3,6 +3,7 @@
 #include "edit/params.h"
 #include "tests/edit/editor.h"
 #include "view/format.h"
+#include "view/legend.h"
 #include "view/tracking.h"
 
 namespace {
@@ -284,6 +285,21 @@ TEST_F(legend_test, an_event_becomes_the_anchor_and_is_shown) {
 TEST_F(legend_test, scale_is_above_the_bottom_scroll_bar) {
     EXPECT_NE(brisolan_scaleclick(x, at(10, 384)), 0);
     EXPECT_EQ(brisolan_scaleclick(x, at(10, 385)), 0);
+}
+
+TEST_F(legend_test, a_parameter_without_an_entry_is_not_pressed_and_shows_no_value) {
+    param(PARAM_VEL).draw = std::uint8_t{0};
+    EXPECT_EQ(click(name_of(PARAM_VEL), 10), 1) << "the strip takes its presses all the same";
+    EXPECT_EQ(underlined(), std::vector<int>{});
+    drag_value(PARAM_VEL, 5);
+    EXPECT_EQ(param(PARAM_VEL).defvalue, 64);
+    const auto before = picture();
+    param(PARAM_VEL).legvalue = 99;
+    brisolan_drawvaluerow(x);
+    EXPECT_EQ(picture(), before);
+    param(PARAM_VEL).draw = std::uint8_t{1};
+    brisolan_drawvaluerow(x);
+    EXPECT_NE(picture(), before);
 }
 
 } // namespace

@@ -143,6 +143,24 @@ TEST_F(view_buttons, the_channel_row_works_when_it_is_given_flags) {
     EXPECT_EQ(shown(), "11111111");
     kel_drag_release(Point{360, 65});
     EXPECT_EQ(brisolan_chanbtnclick(x, Point{360, 48 + 16 * 15}, 0), 0);
+    EXPECT_EQ(brisolan_chanbtnclick(x, Point{360, 80}, optionKey), 1);
+    for (int i = 0; i < 16; ++i) EXPECT_EQ(x->chanshown[i], i == 2) << i;
+    kel_drag_move(Point{360, 95});
+    EXPECT_EQ(x->chanshown[3], 0) << "no drag begins where one is shown alone";
+}
+
+TEST_F(view_buttons, a_button_is_drawn_over_itself_and_one_that_there_is_not_is_not) {
+    const picture before = now();
+    for (const int i : {-1, 0, 7, 31, 32}) {
+        brisolan_drawtrkbtn(x, i);
+        EXPECT_EQ(now(), before) << i;
+    }
+    x->trackshown[7] = 0;
+    brisolan_drawtrkbtn(x, 7);
+    EXPECT_NE(now(), before);
+    const picture drawn = now();
+    brisolan_drawchanbtn(x, 0); // there is no row of channels
+    EXPECT_EQ(now(), drawn);
 }
 
 } // namespace

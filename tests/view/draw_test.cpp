@@ -1,6 +1,10 @@
 // tests/view/draw_test.cpp: the small drawing operations.
 // Tests of the view.
 #include "tests/view/editor.h"
+
+#include <utility>
+
+#include "core/class.h"
 #include "view/draw.h"
 
 namespace {
@@ -93,6 +97,10 @@ TEST_F(view_draw, pictures_outside_the_table_draw_nothing) {
     brisolan_drawpic(x, 10, 100, 100);
     brisolan_drawpic(x, 259, 100, 100);
     EXPECT_EQ(now(), before);
+    const PicHandle missing = std::exchange(em_pic[PIC_ZOOM], nullptr);
+    brisolan_drawpic(x, PIC_ZOOM, 100, 100);
+    EXPECT_EQ(now(), before) << "nor does one that could not be loaded";
+    em_pic[PIC_ZOOM] = missing;
     brisolan_drawpic(x, PIC_ZOOM, 100, 100);
     EXPECT_NE(now(), before);
 }

@@ -175,6 +175,9 @@ TEST_F(view_events, labelled_bar_has_head_box_and_rest) {
     EXPECT_EQ(p.at(127, 201), colour(47));
     EXPECT_NE(p.at(128, 201), colour(47));
     EXPECT_EQ(brisolan_nwidth(x, e), 40);
+    x->labelparam = -1;
+    e->dur = 50;
+    EXPECT_EQ(brisolan_nwidth(x, e), brisolan_barlength(x, e)) << "the bar alone, however short";
 }
 
 TEST_F(view_events, label_longer_than_the_bar_shortens_the_box) {

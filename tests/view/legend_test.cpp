@@ -313,4 +313,15 @@ TEST_F(view_legend, menus_last_item_opens_the_inspector) {
     EXPECT_EQ(x->whichparam, PARAM_X2);
 }
 
+TEST_F(view_legend, the_vertical_axis_stays_with_pitch_where_no_parameter_is_free) {
+    x->labelparam = -1;
+    for (const int i : {PARAM_VEL, PARAM_CHAN, PARAM_TRACK, PARAM_X1, PARAM_X2}) param(i).mode = ROLE_TIME;
+    brisolan_displaymode(x, &param(PARAM_PITCH), PARAM_PITCH, ROLE_LABEL);
+    EXPECT_EQ(x->yparam, PARAM_PITCH);
+    EXPECT_EQ(x->labelparam, PARAM_PITCH);
+    EXPECT_EQ(param(PARAM_PITCH).mode, ROLE_VERTICAL);
+    param(PARAM_PITCH).mode = ROLE_NONE;
+    brisolan_displaymode(x, &param(PARAM_PITCH), PARAM_PITCH, ROLE_VERTICAL);
+}
+
 } // namespace

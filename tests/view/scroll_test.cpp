@@ -197,4 +197,30 @@ TEST_F(view_scroll, queued_pass_follows_a_new_extent) {
     EXPECT_EQ(x->window->hscroll_max, 0); // 12 - 32 is below 0
 }
 
+TEST_F(view_scroll, a_press_on_another_control_of_the_window_scrolls_nothing) {
+    add(400000, 60, 64, 0);
+    open();
+    const Rect place{100, 100, 116, 200};
+    const ControlHandle other = toolbox_control_new(x->window->port, &place);
+    SetControlMaximum(other, 10);
+    EXPECT_EQ(press(108, 195), 1); // its lower arrow
+    EXPECT_EQ(x->window->hscroll_value, 0);
+    EXPECT_EQ(x->window->vscroll_value, 0);
+    toolbox_control_free(other);
+}
+
+TEST_F(view_scroll, an_action_for_another_part_or_a_hidden_window_scrolls_nothing) {
+    add(400000, 60, 64, 0);
+    open();
+    press(580, 390); // the right arrow: the part that is being held from now on
+    ASSERT_EQ(x->window->hscroll_value, 1);
+    brisolan_scrollproc(x->window->hscroll, kControlDownButtonPart);
+    EXPECT_EQ(x->window->hscroll_value, 2);
+    brisolan_scrollproc(x->window->hscroll, kControlUpButtonPart);
+    EXPECT_EQ(x->window->hscroll_value, 2);
+    send("wclose");
+    brisolan_scrollproc(x->window->hscroll, kControlDownButtonPart);
+    EXPECT_EQ(x->window->hscroll_value, 2);
+}
+
 } // namespace

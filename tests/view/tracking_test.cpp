@@ -2,6 +2,9 @@
 // Tests of the view.
 #include "tests/view/editor.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "view/cursor.h"
 #include "view/draw.h"
 #include "view/tracking.h"
@@ -211,6 +214,40 @@ TEST_F(view_tracking, cursor_entries_beyond_the_table_are_the_hosts) {
     brisolan_copycursor(3157, 0);
     EXPECT_EQ(g_curs[0].data[5], g_curs[2].data[5]);
     g_curs[0] = before;
+}
+
+TEST_F(view_tracking, either_half_of_the_row_is_erased_and_drawn_by_itself) {
+    point(100, 200);
+    SetPort(x->window->port);
+    brisolan_normalclip(x);
+    const picture whole = now();
+    brisolan_erasetracking(x, true, false);
+    const picture without_values = now();
+    EXPECT_NE(without_values, whole);
+    brisolan_drawtracking(x, true, false);
+    EXPECT_EQ(now(), whole) << difference(now(), whole);
+    brisolan_erasetracking(x, false, true);
+    EXPECT_NE(now(), whole);
+    EXPECT_NE(now(), without_values);
+    brisolan_drawtracking(x, false, true);
+    EXPECT_EQ(now(), whole) << difference(now(), whole);
+}
+
+TEST_F(view_tracking, a_cursor_that_there_is_not_is_the_hosts_and_none_is_copied_there) {
+    const auto table = g_curs;
+    for (const int entry : {-1, static_cast<int>(NCURSORS)}) {
+        brisolan_cursor(x, 0);
+        EXPECT_NE(toolbox_cursor(), nullptr);
+        brisolan_cursor(x, entry);
+        EXPECT_EQ(g_currentcursor, -1);
+        EXPECT_EQ(toolbox_cursor(), nullptr);
+        brisolan_copycursor(2, entry);
+    }
+    const auto same = [](const Cursor& a, const Cursor& b) { return std::memcmp(&a, &b, sizeof a) == 0; };
+    EXPECT_TRUE(std::equal(table.begin(), table.end(), g_curs.begin(), same));
+    brisolan_copycursor(2, 0);
+    EXPECT_TRUE(same(g_curs[0], table[NCURSORS - 1]));
+    g_curs = table;
 }
 
 } // namespace

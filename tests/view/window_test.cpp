@@ -236,4 +236,19 @@ TEST_F(view_window, scheduled_passes_are_followed_by_no_more_than_one) {
     EXPECT_TRUE(machine.sent.empty());
 }
 
+TEST_F(view_window, a_tool_is_shaded_beside_the_one_before_where_the_palette_is_not_drawn_anew) {
+    open();
+    SetPort(x->window->port);
+    brisolan_normalclip(x);
+    const auto shaded = [this](int h, int v) { return now().at(h, v) == 0xFF808080u; };
+    x->editmode = TOOL_MAGNIFIER;
+    EXPECT_FALSE(shaded(26, 17));
+    brisolan_draweditmode(x, false);
+    EXPECT_TRUE(shaded(26, 17));
+    EXPECT_TRUE(shaded(26, 37));
+    brisolan_draweditmode(x, true);
+    EXPECT_TRUE(shaded(26, 17));
+    EXPECT_FALSE(shaded(26, 37));
+}
+
 } // namespace

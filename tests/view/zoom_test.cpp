@@ -172,4 +172,17 @@ TEST_F(view_zoom, silly_scales_and_ranges_draw_at_once) {
     }
 }
 
+TEST_F(view_zoom, magnifier_goes_no_further_in_than_a_unit_on_either_axis) {
+    add(20000, 60);
+    open();
+    SetPort(x->window->port);
+    x->magnify_y = 1;
+    x->yzoom = 1;
+    x->yzoom_exact = 1;
+    brisolan_magmouse(x, Point{200, 448}, 0);
+    EXPECT_EQ(x->xzoom, 100);
+    EXPECT_EQ(x->yzoom, 1);
+    EXPECT_EQ(x->yzoom_exact, 1);
+}
+
 } // namespace
