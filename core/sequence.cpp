@@ -72,11 +72,19 @@ bool earlier(const event* a, const event* b) {
     return a->time < b->time;
 }
 
-bool in_order(const event* head) {
-    for (const event* e = head; e && e->next; e = e->next) {
-        if (earlier(e->next, e)) return false;
+// Links the events of a chain up to the first that is earlier than the one before it, and gives the rest. Mostly there is
+// none.
+event* link_rising(brisolan* x, event* head) {
+    relinking now(x);
+    place_behind place(x);
+    for (std::int32_t latest = INT32_MIN; head && head->time >= latest;) {
+        latest = head->time;
+        event* following = head->next;
+        place.insert_first_locked(head);
+        head = following;
     }
-    return true;
+    x->finger = nullptr;
+    return head;
 }
 
 // The chain in the order that linking its events one after the other gives: by time, the later of equals first.
@@ -140,18 +148,13 @@ void brisolan_link(brisolan* x, event* e) {
     x->finger_time = e->time;
 }
 
-// Mostly a chain is in order of time already.
 void brisolan_linkchain(brisolan* x, event* head) {
-    const bool ordered = in_order(head);
-    const std::vector<event*> chain = ordered ? std::vector<event*>{} : linking_order(head);
+    head = link_rising(x, head);
+    if (!head) return;
+    const std::vector<event*> chain = linking_order(head);
     relinking now(x);
     place_behind place(x);
     for (event* e : chain) place.insert_locked(e);
-    while (ordered && head) {
-        event* following = head->next;
-        place.insert_first_locked(head);
-        head = following;
-    }
     x->finger = nullptr;
 }
 

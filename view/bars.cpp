@@ -287,6 +287,17 @@ void bar_pass::add_erasing(const bar_box& erased) {
     boxes.push(erased);
 }
 
+bool bar_pass::buries(const bar_look& look) const {
+    if (frame->half == 0 || look.black_key) return false;
+    const std::int32_t width = look.right() - look.left + 1;
+    const std::int32_t top = look.y - std::max<std::int32_t>(look.half, text_above);
+    const std::int32_t bottom = look.y + std::max(look.half + 2, text_below);
+    const Rect& data = frame->data;
+    const bool inside =
+        look.left >= data.left && look.left + width <= data.right && top >= data.top && bottom <= data.bottom;
+    return inside && width <= BITS && !(columns(0, width) & ~cover.hidden(look.left, top, bottom));
+}
+
 void bar_pass::draw(const view_frame& f) {
     if (!seen.empty()) ++g_datadrawings;
     ink colour;

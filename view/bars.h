@@ -22,6 +22,9 @@ public:
     // A measured bar, or the grid put in the place of one, in front of all that was added so far. [main]
     void add(const bar_look& look);
     void add_erasing(const bar_box& erased);
+    // Whether all that drawing and erasing this bar sets lies under what was added so far, and under bars alone: then all
+    // of what is erased for it was, for them. False also where that takes more than a look. [main]
+    bool buries(const bar_look& look) const;
     // Draws what was added, in its order, and leaves the foreground colour. The clip must be the data area. [main]
     void draw(const view_frame& f);
 

@@ -8,7 +8,9 @@
 #include "core/sequence.h"
 #include "view/bars.h"
 #include "view/draw.h"
+#include "view/eventclip.h"
 #include "view/format.h"
+#include "view/gather.h"
 #include "view/geometry.h"
 #include "view/index.h"
 
@@ -23,36 +25,10 @@ constexpr int BOTTOM_MARGIN = 30;
 // costs as much as some hundred of them.
 constexpr int FEW = 24;
 
-// The window's port, clipped to the data area, for the scope's life.
-class event_clip {
-public:
-    explicit event_clip(brisolan* x) {
-        GetPort(&before);
-        SetPort(x->window->port);
-        saved = t_getclip();
-        brisolan_eventclip(x);
-        brisolan_beginbars();
-    }
-    ~event_clip() {
-        t_restoreclip(saved);
-        SetPort(before);
-    }
-    event_clip(const event_clip&) = delete;
-    event_clip& operator=(const event_clip&) = delete;
-
-private:
-    GrafPtr before = nullptr;
-    RgnHandle saved = nullptr;
-};
-
 void want_marked(brisolan* x) {
     if (x->redraw.redraw_marked && x->window->visible) return; // it is asked for
     x->redraw.redraw_marked = std::uint8_t{1};
     brisolan_redraw(x);
-}
-
-bool shows(const brisolan* x, const view_index& ix, const event& e, const bar_look& look) {
-    return brisolan_inspan(ix.frame, look) && brisolan_trackisshown(x, e.track);
 }
 
 // ---- at once
@@ -81,202 +57,6 @@ void draw_now(brisolan* x, view_index& ix, event* e, const bar_look& look) {
     if (ix.placed) brisolan_entrymoved(ix, e, look);
 }
 
-// ---- gathered
-
-// From the first one on that is gathered, what was placed counts no more.
-void begin_gathering(brisolan* x, view_index& ix) {
-    if (ix.gathering) return;
-    brisolan_beginplaces(x,
-                         ix); // for the list as it is, should it turn out that the drawings are all there is
-    ix.placed = false;
-    ix.gathering = true;
-    ix.whole = true;
-    ix.expected = x->events;
-}
-
-void gather_erasing(view_index& ix, const bar_box& box) {
-    ix.log.push({box, 0});
-}
-
-void gather_far_erasing(view_index& ix, const event& e) {
-    const auto end = static_cast<std::int32_t>(ix.far_erased.size());
-    ix.far_erased.push(brisolan_valuesof(ix.frame, e));
-    if (ix.log.empty() || ix.log.back().drawing != FAR_ERASINGS)
-        ix.log.push({{end, end, 0, 0}, FAR_ERASINGS});
-    ix.log.back().erased.right = end + 1;
-}
-
-// The event's place is that of the drawing made last.
-void keep_place(const view_index& ix, event* e) {
-    const auto now = static_cast<std::uint32_t>(ix.drawings.size());
-    if (e->place != now) e->place = now;
-}
-
-void gather_drawing(view_index& ix, event* e, const bar_look& look) {
-    placed_event* before = brisolan_drawingof(ix, e, e->place);
-    if (before && before->look == look) before->redundant = true;
-    ix.drawings.push({e, look, false, false, false});
-    keep_place(ix, e);
-    const std::uint32_t now = e->place;
-    if (!ix.log.empty() && ix.log.back().drawing == 0)
-        ix.log.back().drawing = now;
-    else
-        ix.log.push({{}, now});
-}
-
-// Something else is gathered than what leaves the drawings whole: the log is written from here on.
-void end_whole(view_index& ix) {
-    if (!ix.whole) return;
-    ix.whole = false;
-    for (std::uint32_t i = 0; i < ix.drawings.size(); ++i)
-        ix.log.push({brisolan_erasedbox(ix.drawings[i].look), i + 1});
-}
-
-// Erases and draws the event as it is, or erases it alone when it does not show; whether it was drawn.
-bool gather_again(brisolan* x, view_index& ix, event* e) {
-    placed_event& drawing = ix.drawings.push(); // in its place already: mostly that is all there is to do
-    drawing = {e, brisolan_look(ix.frame, *e), false, false, false};
-    const bool drawn = shows(x, ix, *e, drawing.look);
-    if (ix.whole && drawn && e == ix.expected) {
-        ix.expected = e->next;
-        keep_place(ix, e);
-        return true;
-    }
-    const bar_look look = drawing.look;
-    ix.drawings.pop();
-    end_whole(ix);
-    gather_erasing(ix, brisolan_erasedbox(look));
-    if (drawn) gather_drawing(ix, e, look);
-    return drawn;
-}
-
-void add_far_touches(view_index& ix, const log_step& step) {
-    for (auto i = step.erased.left; i < step.erased.right; ++i) {
-        bar_look look = brisolan_place(ix.frame, ix.far_erased[static_cast<std::size_t>(i)]);
-        brisolan_measure(ix.frame, &look);
-        ix.touches.add(brisolan_erasedbox(look));
-    }
-}
-
-// Tells for each gathered drawing whether anything erased after it overlapped it; leaves the map of all that was erased.
-void find_touched_drawings(view_index& ix) {
-    ix.touches.begin(ix.frame);
-    for (std::size_t i = ix.log.size(); i-- > 0;) {
-        const log_step& step = ix.log[i];
-        if (step.drawing == FAR_ERASINGS) {
-            add_far_touches(ix, step);
-            continue;
-        }
-        if (step.drawing != 0) {
-            placed_event& d = ix.drawings[step.drawing - 1];
-            d.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, d.look));
-        }
-        ix.touches.add(step.erased);
-    }
-}
-
-// Marks whoever was touched, and places all. With `drawn`, the marked ones that show are drawn next: they are wanted,
-// in list order, and are not marked any more.
-void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
-    bool looked = false; // for the touched ones: when all are marked already nobody asks
-    ix.wanted.clear();
-    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
-        placed_event* d = brisolan_drawingof(ix, e, place);
-        if (!e->needsdraw) {
-            if (!looked) find_touched_drawings(ix);
-            looked = true;
-            const bool touched = d ? d->touched : ix.touches.touched(brisolan_touchedbox(ix.frame, look));
-            if (!touched) return;
-        }
-        if (drawn && shows(x, ix, *e, look)) {
-            if (d && d->look == look) d->redundant = true;
-            ix.wanted.push(brisolan_lastentry(ix));
-            e->needsdraw = std::uint8_t{0};
-        } else {
-            ix.dirty.add(brisolan_lastentry(ix));
-            e->needsdraw = std::uint8_t{1};
-        }
-    });
-}
-
-// Whether the drawings are every event in sight, in the list's order and as they are.
-bool is_whole(const brisolan* x, const view_index& ix) {
-    const bool same_list =
-        ix.relinked == x->relinked && ix.reshaped == x->reshaped && ix.nevents == x->nevents;
-    return ix.whole && !ix.expected && same_list;
-}
-
-// Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
-// drawings that are made again anyway.
-void replay(view_index& ix) {
-    ix.pass.begin(ix.frame);
-    brisolan_addwanted(ix);
-    for (std::size_t i = ix.log.size(); i-- > 0;) {
-        const log_step& step = ix.log[i];
-        if (step.drawing == FAR_ERASINGS) continue;
-        if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
-            ix.pass.add(ix.drawings[step.drawing - 1].look);
-        if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
-    }
-    ix.pass.draw(ix.frame);
-}
-
-// What becomes of what was gathered when it is settled.
-enum class settling {
-    nothing, // it is not seen: the whole data area is drawn over next
-    erased,  // it comes onto the screen; who was touched waits marked
-    all      // and is drawn as well
-};
-
-// Where the drawings are whole, they are the places from now on, and the touched ones are drawn over what the log would
-// tell, as everywhere: found on the way from the last to the first, since it is the later erasings that touch.
-void settle_whole(brisolan* x, view_index& ix, settling how) {
-    const event_clip clip(x);
-    brisolan_beginplaces(x, ix);
-    ix.entries.swap(ix.drawings);
-    ix.touches.begin(ix.frame);
-    ix.pass.begin(ix.frame);
-    for (std::size_t i = ix.entries.size(); i-- > 0;) {
-        placed_event& p = ix.entries[i];
-        p.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, p.look));
-        ix.touches.add(brisolan_erasedbox(p.look));
-        if (!p.touched) continue;
-        if (how == settling::all) {
-            ix.pass.add(p.look);
-        } else {
-            p.e->needsdraw = std::uint8_t{1};
-            ix.dirty.add(static_cast<std::uint32_t>(i));
-        }
-    }
-    if (how == settling::nothing) return;
-    for (std::size_t i = ix.entries.size(); i-- > 0;) {
-        const placed_event& p = ix.entries[i];
-        if (how != settling::all || !p.touched) ix.pass.add(p.look);
-        ix.pass.add_erasing(brisolan_erasedbox(p.look));
-    }
-    ix.pass.draw(ix.frame);
-}
-
-void settle_log(brisolan* x, view_index& ix, settling how) {
-    end_whole(ix);
-    mark_gathered(x, ix, how == settling::all);
-    if (how == settling::nothing) return;
-    const event_clip clip(x);
-    replay(ix);
-}
-
-void settle(brisolan* x, view_index& ix, settling how) {
-    if (is_whole(x, ix))
-        settle_whole(x, ix, how);
-    else
-        settle_log(x, ix, how);
-    ix.gathering = false;
-    ix.whole = false;
-    ix.log.clear();
-    ix.far_erased.clear();
-    ix.drawings.clear();
-}
-
 // ---- the marked ones
 
 // Those of the entries that may be marked, in list order: what shows is drawn and no longer marked. Mostly they were
@@ -290,7 +70,7 @@ void draw_dirty(brisolan* x, view_index& ix) {
     ix.wanted.clear();
     ix.dirty.walk([&](std::uint32_t id) {
         const placed_event& p = ix.entries[id];
-        if (!p.e->needsdraw || !shows(x, ix, *p.e, p.look)) return;
+        if (!p.e->needsdraw || !brisolan_shows(x, ix, *p.e, p.look)) return;
         ix.wanted.push(id);
         p.e->needsdraw = std::uint8_t{0};
     });
@@ -304,7 +84,7 @@ void draw_all_marked(brisolan* x, view_index& ix) {
     const event_clip clip(x);
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (!e->needsdraw || !shows(x, ix, *e, look)) return;
+        if (!e->needsdraw || !brisolan_shows(x, ix, *e, look)) return;
         ix.wanted.push(brisolan_lastentry(ix));
         e->needsdraw = std::uint8_t{0};
     });
@@ -330,7 +110,7 @@ event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
 // Placing all anew outside a redraw must not lose who is marked.
 void place_for_finding(brisolan* x, view_index& ix) {
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (e->needsdraw && shows(x, ix, *e, look)) ix.dirty.add(brisolan_lastentry(ix));
+        if (e->needsdraw && brisolan_shows(x, ix, *e, look)) ix.dirty.add(brisolan_lastentry(ix));
     });
 }
 
@@ -356,7 +136,7 @@ void brisolan_eventclip(brisolan* x) {
 
 void brisolan_drawbg(brisolan* x) {
     view_index& ix = brisolan_index(x);
-    if (ix.gathering) settle(x, ix, settling::nothing);
+    if (ix.gathering) brisolan_settlegathered(x, ix, settling::nothing);
     Rect data;
     brisolan_getdatarect(x, &data);
     const RgnHandle saved = t_cliprect(data.left, data.top, data.right, data.bottom);
@@ -378,7 +158,7 @@ void brisolan_drawevts(brisolan* x) {
     brisolan_beginbars();
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t) {
-        if (!shows(x, ix, *e, look)) return;
+        if (!brisolan_shows(x, ix, *e, look)) return;
         ix.wanted.push(brisolan_lastentry(ix));
         if (e->needsdraw) e->needsdraw = std::uint8_t{0};
     });
@@ -387,25 +167,24 @@ void brisolan_drawevts(brisolan* x) {
 
 event_pen::event_pen(brisolan* owner, std::int32_t count)
     : x(owner), ix(brisolan_index(owner)), visible(owner->window->visible) {
-    if (count > FEW && visible) begin_gathering(x, ix);
+    if (count > FEW && visible) brisolan_begingathering(x, ix);
 }
 
 void event_pen::draw(event* e) {
     if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) return;
     // Of what is not seen it matters only whether it would be.
     if (!visible) {
-        if (shows(x, ix, *e, brisolan_place(ix.frame, *e))) e->needsdraw = std::uint8_t{0};
+        if (brisolan_shows(x, ix, *e, brisolan_place(ix.frame, *e))) e->needsdraw = std::uint8_t{0};
         return;
     }
     const bar_look look = brisolan_look(ix.frame, *e);
-    if (!shows(x, ix, *e, look)) return;
+    if (!brisolan_shows(x, ix, *e, look)) return;
     e->needsdraw = std::uint8_t{0};
     if (!ix.gathering) {
         draw_now(x, ix, e, look);
         return;
     }
-    end_whole(ix);
-    gather_drawing(ix, e, look);
+    brisolan_gatherdrawing(ix, e, look);
 }
 
 void event_pen::erase(event* e) {
@@ -414,8 +193,7 @@ void event_pen::erase(event* e) {
     // A hidden window has no port, and is drawn anew when it is shown.
     if (!visible) return;
     if (ix.gathering && brisolan_isfaraway(ix.frame, *e)) {
-        end_whole(ix);
-        gather_far_erasing(ix, *e);
+        brisolan_gatherfarerasing(ix, *e);
         return;
     }
     const bar_box box = brisolan_erasedbox(brisolan_look(ix.frame, *e));
@@ -423,9 +201,8 @@ void event_pen::erase(event* e) {
         erase_now(x, ix, e, box);
         return;
     }
-    begin_gathering(x, ix);
-    end_whole(ix);
-    gather_erasing(ix, box);
+    brisolan_begingathering(x, ix);
+    brisolan_gathererasing(ix, box);
 }
 
 // In one go while many are: at one look at the event. Of what is not seen it matters only whether it would be drawn.
@@ -438,12 +215,11 @@ void event_pen::again(event* e) {
     want_marked(x);
     bool drawn = false;
     if (!visible) {
-        drawn = shows(x, ix, *e, brisolan_place(ix.frame, *e));
+        drawn = brisolan_shows(x, ix, *e, brisolan_place(ix.frame, *e));
     } else if (brisolan_isfaraway(ix.frame, *e)) {
-        end_whole(ix);
-        gather_far_erasing(ix, *e);
+        brisolan_gatherfarerasing(ix, *e);
     } else {
-        drawn = gather_again(x, ix, e);
+        drawn = brisolan_gatheragain(x, ix, e);
     }
     e->needsdraw = std::uint8_t{drawn ? std::uint8_t{0} : std::uint8_t{1}};
 }
@@ -460,7 +236,7 @@ void brisolan_drawdirtyevts(brisolan* x) {
     if (!x->window->visible) return;
     view_index& ix = brisolan_index(x);
     if (ix.gathering)
-        settle(x, ix, settling::all);
+        brisolan_settlegathered(x, ix, settling::all);
     else if (brisolan_isplaced(x, ix) && !ix.strayed)
         draw_dirty(x, ix);
     else
@@ -470,7 +246,7 @@ void brisolan_drawdirtyevts(brisolan* x) {
 
 void brisolan_settle(brisolan* x) {
     view_index& ix = brisolan_index(x);
-    if (ix.gathering) settle(x, ix, settling::erased);
+    if (ix.gathering) brisolan_settlegathered(x, ix, settling::erased);
 }
 
 void brisolan_freeindex(brisolan* x) {

@@ -10,7 +10,7 @@
 //     Erasing and drawing one event happen at once.
 //   - Gathering: erasings and drawings are put down in `log`, in order, with all that is needed to carry them out later;
 //     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows;
-//     without the walk where the drawings are all events in sight, in order.
+//     without the walk where the drawings are all events that there are.
 // An erasing is carried out at once while the memory is placed and few have been; otherwise it begins the gathering.
 #pragma once
 
@@ -32,7 +32,7 @@ struct placed_event {
     bar_look look;
     // In sight: its look has changed since the bands were made.
     bool loose;
-    // Put off: something erased afterwards overlapped it; it is drawn again afterwards, in the same place and look.
+    // Put off: something erased afterwards overlapped it; drawn then and there it would not stay in sight.
     bool touched, redundant;
 };
 
@@ -98,17 +98,24 @@ struct view_index {
     pile<log_step> log;
     pile<bar_values> far_erased;
     pile<placed_event> drawings;
-    // Whether every event so far was erased and drawn once, as it is, in the list's order; and which is the next one then.
-    // As long as that is so, the log is not written: it would tell nothing that the drawings do not.
+    // Whether every event so far was erased and drawn once, as it is. As long as that is so, the log is not written: it
+    // would tell nothing that the drawings do not. Whether that was in the list's order, too; and which is next then.
     bool whole = false;
+    bool in_order = false;
     const event* expected = nullptr;
 
     // Kept for their storage.
     touch_map touches;
     bar_pass pass;
-    pile<std::uint32_t> wanted; // entries to be drawn, in order
+    pile<std::uint32_t> wanted;       // entries to be drawn, in order
+    pile<std::uint32_t> ranks;        // of the entries among the drawings
+    std::vector<std::uint32_t> drawn; // the entry of each drawing
 };
 
+// Whether the event, of which this is the look, is drawn at all. [main]
+inline bool brisolan_shows(const brisolan* x, const view_index& ix, const event& e, const bar_look& look) {
+    return brisolan_inspan(ix.frame, look) && brisolan_trackisshown(x, e.track);
+}
 // The instance's memory, made at the first use, its frame brought up to date. [main]
 view_index& brisolan_index(brisolan* x);
 // Whether the memory is placed still. [main]

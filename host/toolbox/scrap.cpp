@@ -7,7 +7,6 @@
 #include <cstring>
 #include <map>
 #include <string>
-#include <utility>
 
 struct toolbox_scrap {
     struct flavor {
@@ -29,12 +28,9 @@ toolbox_scrap clipboard;
 void refresh_text() {
     const toolbox_platform& p = platform_hooks();
     if (!p.clipboard_read) return;
-    std::string text;
-    if (p.clipboard_read(p.user, &text)) {
-        clipboard.flavors[kScrapFlavorTypeText].bytes = std::move(text);
-    } else {
+    // Into the storage that the text had.
+    if (!p.clipboard_read(p.user, &clipboard.flavors[kScrapFlavorTypeText].bytes))
         clipboard.flavors.erase(kScrapFlavorTypeText);
-    }
 }
 
 const toolbox_scrap::flavor* find(ScrapRef scrap, FlavorType type) {
