@@ -228,8 +228,7 @@ void bar_pass::begin(const view_frame& f) {
     boxes.clear();
 }
 
-// Mostly nothing of it is seen, which one look at all that it may set tells; and of a solid bar without a label all that
-// there is to know.
+// Mostly nothing of it is seen, which one look at all that it may set tells.
 void bar_pass::add(const bar_look& look) {
     const std::int32_t text_width = frame->labels ? LABEL_LEFT + look.label_width() : 0;
     const std::int32_t width = std::max(look.length, text_width);
@@ -237,19 +236,34 @@ void bar_pass::add(const bar_look& look) {
         add_long(look);
         return;
     }
-    const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
-    const std::int32_t top = look.y - std::max<std::int32_t>(look.half, text_above);
-    const std::int32_t bottom = look.y + std::max(below, text_below);
-    const std::uint64_t all = columns(0, width);
-    const std::uint64_t visible = all & ~cover.hidden(look.left, top, bottom);
+    const bar_rows rows = rows_of(look);
+    add_visible(look, columns(0, width) & ~cover.hidden(look.left, rows.top, rows.bottom));
+}
+
+void bar_pass::add(const bar_look& look, const bar_outlook& outlook) {
+    if (!outlook.known)
+        add(look);
+    else if (!outlook.buried)
+        add_visible(look, outlook.columns);
+}
+
+// Of a solid bar without a label the look is all that there is to know.
+void bar_pass::add_visible(const bar_look& look, std::uint64_t visible) {
     if (frame->labels || look.selected || look.black_key) {
         if (visible || look.black_key) add_short(look, visible);
         return;
     }
+    visible &= columns(0, look.length);
     if (!visible) return;
-    cover.cover(look.left, top, bottom, all);
+    const bar_rows rows = rows_of(look);
+    cover.cover(look.left, rows.top, rows.bottom, columns(0, look.length));
     seen.push({&look, 0, PART_HEAD, static_cast<std::uint8_t>(std::countr_zero(visible)),
                static_cast<std::uint8_t>(BITS - std::countl_zero(visible))});
+}
+
+bar_pass::bar_rows bar_pass::rows_of(const bar_look& look) const {
+    const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
+    return {look.y - std::max<std::int32_t>(look.half, text_above), look.y + std::max(below, text_below)};
 }
 
 void bar_pass::add_short(const bar_look& look, std::uint64_t visible) {
@@ -287,15 +301,17 @@ void bar_pass::add_erasing(const bar_box& erased) {
     boxes.push(erased);
 }
 
-bool bar_pass::buries(const bar_look& look) const {
-    if (frame->half == 0 || look.black_key) return false;
-    const std::int32_t width = look.right() - look.left + 1;
+bar_outlook bar_pass::outlook(const bar_look& look) const {
+    const std::int32_t width = look.right() - look.left;
     const std::int32_t top = look.y - std::max<std::int32_t>(look.half, text_above);
-    const std::int32_t bottom = look.y + std::max(look.half + 2, text_below);
+    const std::int32_t bottom = look.y + std::max(look.half + 2, text_below); // as far as an erasing's lines
     const Rect& data = frame->data;
     const bool inside =
-        look.left >= data.left && look.left + width <= data.right && top >= data.top && bottom <= data.bottom;
-    return inside && width <= BITS && !(columns(0, width) & ~cover.hidden(look.left, top, bottom));
+        look.left >= data.left && look.left + width < data.right && top >= data.top && bottom <= data.bottom;
+    if (!inside || width >= BITS || frame->half == 0 || look.black_key) return {false, false, false, 0};
+    const std::uint64_t hidden = cover.hidden(look.left, top, bottom);
+    const std::uint64_t visible = columns(0, width + 1) & ~hidden;
+    return {true, visible == 0, (columns(0, width) & hidden) != 0, visible};
 }
 
 void bar_pass::draw(const view_frame& f) {

@@ -3,6 +3,8 @@
 // Called by the drawing of events.
 #pragma once
 
+#include <cstdint>
+
 #include "view/cover.h"
 #include "view/frame.h"
 #include "view/patches.h"
@@ -12,6 +14,14 @@
 void brisolan_beginbars();
 // Draws a measured bar with its label and mark and leaves the foreground colour. [main]
 void brisolan_drawbar(const view_frame& f, const bar_look& look);
+// What stays in sight of all that drawing and erasing a bar sets, told at one look.
+struct bar_outlook {
+    bool known;            // false where it takes more than that; nothing of what follows is so then
+    bool buried;           // it lies below bars altogether
+    bool overlain;         // in some of its columns it does
+    std::uint64_t columns; // the others, from its left on
+};
+
 // Many bars and erasings, later ones over earlier ones, of which only what stays in sight is drawn: with many bars in
 // sight most of them show little more than their heads, and what was erased and drawn over shows nothing at all. Fed from
 // the last to the first. The looks must stay where they are until they are drawn.
@@ -22,9 +32,10 @@ public:
     // A measured bar, or the grid put in the place of one, in front of all that was added so far. [main]
     void add(const bar_look& look);
     void add_erasing(const bar_box& erased);
-    // Whether all that drawing and erasing this bar sets lies under what was added so far, and under bars alone: then all
-    // of what is erased for it was, for them. False also where that takes more than a look. [main]
-    bool buries(const bar_look& look) const;
+    // What of a bar would stay in sight if it was drawn, or erased, in front of what was added so far. [main]
+    bar_outlook outlook(const bar_look& look) const;
+    // Adds a bar of which no more than this stays in sight. [main]
+    void add(const bar_look& look, const bar_outlook& outlook);
     // Draws what was added, in its order, and leaves the foreground colour. The clip must be the data area. [main]
     void draw(const view_frame& f);
 
@@ -37,6 +48,11 @@ private:
         std::uint8_t from,
             to; // of its solid parts nothing is seen outside of these columns from its left on; to 0: all are
     };
+    struct bar_rows {
+        std::int32_t top, bottom;
+    };
+    bar_rows rows_of(const bar_look& look) const; // that it and its label take
+    void add_visible(const bar_look& look, std::uint64_t visible);
     void add_short(const bar_look& look, std::uint64_t visible);
     void add_long(const bar_look& look);
     const view_frame* frame = nullptr;

@@ -18,6 +18,15 @@ void keep_place(const view_index& ix, event* e) {
     if (e->place != now) e->place = now;
 }
 
+// For the list as it is, should it turn out that the drawings are all there is.
+void begin_whole(const brisolan* x, view_index& ix) {
+    brisolan_beginplaces(x, ix);
+    ix.placed = false;
+    ix.whole = true;
+    ix.in_order = true;
+    ix.expected = x->events;
+}
+
 // Something else is gathered than what leaves the drawings whole: the log is written from here on.
 void end_whole(view_index& ix) {
     if (!ix.whole) return;
@@ -155,15 +164,18 @@ std::size_t begin_of_run(const view_index& ix, std::size_t behind) {
     return first;
 }
 
-// Who of a run was touched by what was erased after its drawing. One that is buried was, by those that bury it, and adds
-// nothing to what was erased.
+// Who of a run was touched by what was erased after its drawing. Whatever stands over an event was erased as well as
+// drawn: so one that anything stands over was touched, and one that lies below others altogether adds nothing to what was
+// erased.
 void find_touched_in_run(view_index& ix, std::size_t first, std::size_t behind) {
+    if (ix.outlooks.size() < behind - first) ix.outlooks.resize(behind - first);
     for (std::size_t rank = behind; rank-- > first;) {
         const std::size_t id = ix.in_order ? rank : ix.drawn[rank];
         placed_event& p = ix.entries[id];
-        p.redundant = ix.pass.buries(p.look);
-        if (p.redundant) continue;
-        p.touched = ix.touches.touched(brisolan_touchedbox(ix.frame, p.look));
+        const bar_outlook outlook = ix.pass.outlook(p.look);
+        ix.outlooks[id - first] = outlook;
+        p.touched = outlook.overlain || ix.touches.touched(brisolan_touchedbox(ix.frame, p.look));
+        if (outlook.buried) continue;
         ix.touches.add(brisolan_erasedbox(p.look));
         ix.wanted.push(static_cast<std::uint32_t>(id));
     }
@@ -183,7 +195,7 @@ void settle_whole(brisolan* x, view_index& ix) {
         find_touched_in_run(ix, first, behind);
         while (behind > first) {
             const placed_event& p = ix.entries[--behind];
-            if (p.touched) ix.pass.add(p.look);
+            if (p.touched) ix.pass.add(p.look, ix.outlooks[behind - first]);
         }
     }
     for (const std::uint32_t id : ix.wanted) {
@@ -198,13 +210,8 @@ void settle_whole(brisolan* x, view_index& ix) {
 
 void brisolan_begingathering(brisolan* x, view_index& ix) {
     if (ix.gathering) return;
-    // For the list as it is, should it turn out that the drawings are all there is.
-    brisolan_beginplaces(x, ix);
-    ix.placed = false;
     ix.gathering = true;
-    ix.whole = true;
-    ix.in_order = true;
-    ix.expected = x->events;
+    begin_whole(x, ix);
 }
 
 void brisolan_gathererasing(view_index& ix, const bar_box& box) {
@@ -227,6 +234,8 @@ void brisolan_gatherdrawing(view_index& ix, event* e, const bar_look& look) {
 }
 
 bool brisolan_gatheragain(brisolan* x, view_index& ix, event* e) {
+    if (ix.whole && ix.drawings.empty())
+        begin_whole(x, ix); // the list may have changed since nothing was gathered
     const bool first_time = !brisolan_drawingof(ix, e, e->place);
     placed_event& drawing = ix.drawings.push(); // in its place already: mostly that is all there is to do
     drawing = {e, brisolan_look(ix.frame, *e), false, false, false};

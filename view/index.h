@@ -110,6 +110,7 @@ struct view_index {
     pile<std::uint32_t> wanted;       // entries to be drawn, in order
     pile<std::uint32_t> ranks;        // of the entries among the drawings
     std::vector<std::uint32_t> drawn; // the entry of each drawing
+    std::vector<bar_outlook> outlooks;
 };
 
 // Whether the event, of which this is the look, is drawn at all. [main]
