@@ -71,6 +71,15 @@ struct event {
 };
 static_assert(sizeof(event) <= 48, "a million events must stay small");
 
+// For walks over very many: asks for the memory of events some twenty on. Those that were made one after the other mostly
+// lie one behind the other, or, where blocks that were given back were handed out again, one before the other.
+inline void brisolan_fetchahead(const event* e) {
+    constexpr std::uintptr_t AHEAD = 1024; // bytes
+    const auto at = reinterpret_cast<std::uintptr_t>(e);
+    __builtin_prefetch(reinterpret_cast<const void*>(at + AHEAD));
+    __builtin_prefetch(reinterpret_cast<const void*>(at - AHEAD));
+}
+
 // The cell of a parameter by its index, 0 to 7, which must be in range.
 inline constexpr std::array<cell<std::int32_t> event::*, NPARAMS> event_cells{
     &event::time, &event::pitch, &event::vel, &event::dur,

@@ -43,7 +43,10 @@ void order_changed_locked(brisolan* x) {
 // Moves a reference off an event that is taken out, to the first event behind it that stays.
 void move_off_locked(event_link& reference, bool (*gone)(const event&)) {
     event* e = reference;
-    while (e && gone(*e)) e = e->next;
+    while (e && gone(*e)) {
+        e = e->next;
+        brisolan_fetchahead(e);
+    }
     reference = e;
 }
 
@@ -79,6 +82,7 @@ event* link_rising(brisolan* x, event* head) {
     place_behind place(x);
     for (std::int32_t latest = INT32_MIN; head && head->time >= latest;) {
         latest = head->time;
+        brisolan_fetchahead(head);
         event* following = head->next;
         place.insert_first_locked(head);
         head = following;
@@ -194,6 +198,7 @@ void brisolan_removeselected(brisolan* x) {
     order_changed_locked(x);
     for (event_link* at = &x->events; *at;) {
         event* e = *at;
+        brisolan_fetchahead(e);
         if (is_selected(*e)) {
             *at = e->next;
             x->nevents -= 1;
@@ -215,6 +220,7 @@ void brisolan_resort(brisolan* x) {
     event_link* rest_end = &rest;
     event_link* moved_end = &moved;
     for (event* e = x->events; e;) {
+        brisolan_fetchahead(e);
         event* following = e->next;
         event_link*& end = is_selected(*e) ? moved_end : rest_end;
         *end = e;
@@ -230,6 +236,7 @@ void brisolan_resort(brisolan* x) {
         *end = first;
         end = &first->next;
         first = first->next;
+        brisolan_fetchahead(first);
     }
     *end = a ? a : b;
 }

@@ -8,6 +8,35 @@
 
 class note_chains;
 
+// The events in order, for walks that may be over very many: `for (event* e : brisolan_each(x))`. The one that the walk
+// stands on must stay in the list. [both]
+class event_range {
+public:
+    class iterator {
+    public:
+        explicit iterator(event* first) : e(first) {}
+        event* operator*() const { return e; }
+        iterator& operator++() {
+            e = e->next;
+            brisolan_fetchahead(e);
+            return *this;
+        }
+        bool operator!=(const iterator& end) const { return e != end.e; }
+
+    private:
+        event* e;
+    };
+    explicit event_range(event* head) : first(head) {}
+    iterator begin() const { return iterator(first); }
+    iterator end() const { return iterator(nullptr); }
+
+private:
+    event* first;
+};
+inline event_range brisolan_each(const brisolan* x) {
+    return event_range(x->events);
+}
+
 // A new event with every value 0, not in any list; null when the host's memory limit is reached. [both]
 event* brisolan_newevent();
 

@@ -75,7 +75,7 @@ int tweak_step(brisolan* x, Point where) {
 
 void brisolan_offset(brisolan* x, int index, std::int64_t delta) {
     event_pen pen(x, x->nselected);
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (!e->selected) continue;
         pen.erase(e);
         cell<std::int32_t>& value = event_param(*e, index);

@@ -46,7 +46,7 @@ void digit_key(brisolan* x, int digit) {
 }
 
 void apply_typed(brisolan* x) {
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (!e->selected) continue;
         brisolan_eraseit(x, e);
         e->needsdraw = std::uint8_t{1};

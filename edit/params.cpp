@@ -144,7 +144,7 @@ int brisolan_paramtrack(brisolan* x, std::int32_t value) {
     if (x->nselected == 1) {
         if (event* e = x->firstsel) set_and_draw(&pen, e, index, value);
     } else {
-        for (event* e = x->events; e; e = e->next) {
+        for (event* e : brisolan_each(x)) {
             if (e->selected) set_and_draw(&pen, e, index, value);
         }
     }

@@ -125,7 +125,7 @@ void enter_band(band_step& step, event* e) {
 // The selection follows the band; what was unselected is drawn once, after all of it is erased.
 void apply_band(brisolan* x) {
     band_step step{x, (modkeywas & shiftKey) != 0, event_pen(x, 1)};
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (in_band(x, e))
             enter_band(step, e);
         else
@@ -171,11 +171,11 @@ void press_on_event(brisolan* x, event* e, Point where, int tool) {
 
 void brisolan_selectall(brisolan* x) {
     event_pen pen(x, x->nevents);
-    for (event* e = x->events; e; e = e->next) brisolan_select(x, &pen, e);
+    for (event* e : brisolan_each(x)) brisolan_select(x, &pen, e);
 }
 
 void brisolan_markselected(brisolan* x) {
-    for (event* e = x->events; e; e = e->next) e->marked = e->selected ? WAS_SELECTED : std::uint8_t{0};
+    for (event* e : brisolan_each(x)) e->marked = e->selected ? WAS_SELECTED : std::uint8_t{0};
 }
 
 void brisolan_selectmouse(brisolan* x, Point where, int modifiers, int tool) {

@@ -156,50 +156,53 @@ std::uint64_t other_than_digits(const char* at) {
 
 // The number that the last `size` of the eight characters in front of `end` make, 1 to 8.
 std::int32_t number_before(const char* end, std::size_t size) {
-    text_word w = digit_values(end - WORD) & ~text_word{0} << 8 * (WORD - size);
+    text_word w = digit_values(end - WORD) & ~text_word{0} << (8 * (WORD - size)) % 64;
     w = (w * 10 + (w >> 8)) & 0x00FF00FF00FF00FF; // in twos, fours, all
     w = (w * 100 + (w >> 16)) & 0x0000FFFF0000FFFF;
-    return static_cast<std::int32_t>((w * 10000 + (w >> 32)) & 0xFFFFFFFF);
+    return static_cast<std::int32_t>(w * 10000 + (w >> 32));
 }
 
 // Takes the next line off the text when it is eight numbers of 1 to 8 digits with a blank between two, and eight
 // characters stand in front of it and a longest line behind; false, and nothing is taken, of any other.
-bool take_plain_line(const char* begin, std::string_view* text, std::array<std::int32_t, NPARAMS>* values) {
+bool take_plain_line(const char* begin, std::string_view* text, event* e) {
     const char* const at = text->data();
     if (!WORDS_WORK || text->size() < MOST_PLAIN || at - begin < static_cast<std::ptrdiff_t>(WORD))
         return false;
     constexpr std::uint64_t LAST = std::uint64_t{1} << (MOST_PLAIN - 1);
     std::uint64_t ends = other_than_digits(at);
-    std::uint64_t wrong = 0;
+    std::size_t sizes = 0; // less 1, all bits that any has
+    int wrong = 0;
     std::size_t from = 0;
-    for (std::size_t i = 0; i < NPARAMS; ++i) {
+#pragma GCC unroll 8
+    for (int i = 0; i < NPARAMS; ++i) {
         if (ends == 0) ends = other_than_digits(at + MOST_PLAIN / 2) << MOST_PLAIN / 2 | LAST;
         const auto end = static_cast<std::size_t>(std::countr_zero(ends));
         ends &= ends - 1;
-        const std::size_t size = end - from;
-        wrong |= static_cast<std::uint64_t>(size - 1 >= WORD);
-        wrong |= static_cast<std::uint64_t>(at[end] != (i == NPARAMS - 1 ? LINE_END : ' '));
-        (*values)[i] = number_before(at + end, (size - 1) % WORD + 1);
+        sizes |= end - from - 1;
+        wrong |= at[end] ^ (i == NPARAMS - 1 ? LINE_END : ' ');
+        event_param(*e, i) = number_before(at + end, end - from);
         from = end + 1;
     }
-    if (wrong) return false;
+    if (wrong != 0 || sizes >= WORD) return false;
     text->remove_prefix(from);
     return true;
 }
 
-// The values of the next line, which is taken off the text.
-std::array<std::int32_t, NPARAMS> take_values(const brisolan* x, const char* begin, std::string_view* text) {
+// Fills an event with the next line, which is taken off the text.
+void take_event(const brisolan* x, const char* begin, std::string_view* text, event* e) {
+    if (take_plain_line(begin, text, e)) return;
     std::array<std::int32_t, NPARAMS> values;
-    if (take_plain_line(begin, text, &values)) return values;
     const int count = parse_line(take_line(text), &values);
-    for (auto i = static_cast<std::size_t>(count); i < NPARAMS; ++i) values[i] = x->params[i].defvalue;
-    return values;
+    for (int i = 0; i < NPARAMS; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        event_param(*e, i) = i < count ? values[at] : x->params[at].defvalue.get();
+    }
 }
 
 // Puts the selected events' text on the clipboard; false, and the clipboard stays, when there is no memory for it.
 bool copy_selected(const brisolan* x) {
     text_block text;
-    for (const event* e = x->events; e; e = e->next) {
+    for (const event* e : brisolan_each(x)) {
         if (e->selected && !add_event(&text, *e)) return false;
     }
     TheZeroScrap();
@@ -215,8 +218,9 @@ std::vector<event*> events_from(const brisolan* x, std::string_view text) {
     std::vector<event*> pasted;
     pasted.reserve(text.size() / SHORT_LINE);
     while (!text.empty()) {
-        event* e = brisolan_newevent(take_values(x, begin, &text));
+        event* e = brisolan_newevent();
         if (!e) break;
+        take_event(x, begin, &text, e);
         if (!pasted.empty()) pasted.back()->next = e;
         pasted.push_back(e);
     }
@@ -290,7 +294,7 @@ void brisolan_paste(brisolan* x) {
 void brisolan_clr(brisolan* x) {
     {
         event_pen pen(x, x->nselected);
-        for (event* e = x->events; e; e = e->next) {
+        for (event* e : brisolan_each(x)) {
             if (e->selected) pen.erase(e);
         }
     }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/class.h"
+#include "core/sequence.h"
 
 namespace {
 
@@ -39,7 +40,7 @@ void brisolan_save(brisolan* x, host_atombuf* into) {
     save_descriptions(x, into);
     host_atombuf_append(into, receiver, host_symbol("restore"));
     std::int32_t before = 0;
-    for (const event* e = x->events; e; e = e->next) {
+    for (const event* e : brisolan_each(x)) {
         const std::int32_t time = e->time;
         host_atombuf_append(into, receiver, difference(time, before), e->pitch.get(), e->vel.get(),
                             e->dur.get(), e->chan.get(), e->track.get(), e->x1.get(), e->x2.get());

@@ -9,6 +9,7 @@
 
 #include "core/locked.h"
 #include "core/output.h"
+#include "core/sequence.h"
 #include "io/bufferedfile.h"
 #include "io/embedding.h"
 
@@ -325,7 +326,7 @@ void write_tracks(brisolan* x, bool timecode) {
     used_tracks used(x);
     std::vector<std::unique_ptr<track_writer>> writers(used.admitted());
     const std::int32_t first_channel = first_channel_of(x);
-    for (const event* e = x->events; e; e = e->next) {
+    for (const event* e : brisolan_each(x)) {
         const std::size_t place = used.mark(e->track);
         if (place >= writers.size()) continue;
         std::unique_ptr<track_writer>& writer = writers[place];
@@ -352,7 +353,7 @@ void write_all(brisolan* x, bool timecode) {
     stop_locked_out(x);
     track_writer writer(timecode, true);
     const std::int32_t first_channel = first_channel_of(x);
-    for (const event* e = x->events; e; e = e->next) writer.add(*e, first_channel);
+    for (const event* e : brisolan_each(x)) writer.add(*e, first_channel);
     write_track(&writer, false, LENGTH_AT);
 }
 
@@ -360,7 +361,7 @@ void write_all(brisolan* x, bool timecode) {
 
 void brisolan_counttracks(const brisolan* x, std::int32_t* count, std::int32_t* highest) {
     used_tracks used(x);
-    for (const event* e = x->events; e; e = e->next) used.mark(e->track);
+    for (const event* e : brisolan_each(x)) used.mark(e->track);
     *count = used.count();
     *highest = used.highest();
 }

@@ -101,7 +101,7 @@ bool is_under(const view_frame& f, const event& e, int h, int v) {
 }
 
 event* find_by_walk(const brisolan* x, const view_frame& f, int h, int v) {
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (brisolan_trackisshown(x, e->track) && is_under(f, *e, h, v)) return e;
     }
     return nullptr;

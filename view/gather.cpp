@@ -144,8 +144,7 @@ void put_in_list_order(const brisolan* x, view_index& ix) {
     ix.entries.clear();
     ix.ranks.clear();
     ix.drawn.resize(ix.drawings.size());
-    for (event* e = x->events; e; e = e->next) {
-        __builtin_prefetch(reinterpret_cast<const char*>(e) + EVENTS_AHEAD);
+    for (event* e : brisolan_each(x)) {
         const std::uint32_t rank = e->place - 1;
         ix.entries.push(ix.drawings[rank]);
         ix.ranks.push(rank);

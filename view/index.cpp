@@ -20,7 +20,7 @@ void drop_gathered(brisolan* x, view_index& ix) {
     ix.log.clear();
     ix.far_erased.clear();
     ix.drawings.clear();
-    for (event* e = x->events; e; e = e->next) e->needsdraw = std::uint8_t{1};
+    for (event* e : brisolan_each(x)) e->needsdraw = std::uint8_t{1};
 }
 
 } // namespace

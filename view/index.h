@@ -18,7 +18,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/instance.h"
+#include "core/sequence.h"
 #include "view/bars.h"
 #include "view/frame.h"
 #include "view/idset.h"
@@ -75,8 +75,6 @@ struct log_step {
     std::uint32_t drawing;
 };
 constexpr std::uint32_t FAR_ERASINGS = UINT32_MAX;
-
-constexpr std::ptrdiff_t EVENTS_AHEAD = 1024; // bytes, some twenty events
 
 struct view_index {
     view_frame frame;
@@ -178,9 +176,7 @@ template <class Found> void brisolan_overlapping(view_index& ix, const bar_box& 
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each) {
     brisolan_beginplaces(x, ix);
     ix.entries.clear();
-    for (event* e = x->events; e; e = e->next) {
-        // Events that were made one after the other mostly lie so.
-        __builtin_prefetch(reinterpret_cast<const char*>(e) + EVENTS_AHEAD);
+    for (event* e : brisolan_each(x)) {
         if (brisolan_isfaraway(ix.frame, *e)) continue;
         placed_event& entry = ix.entries.push();
         entry = {e, brisolan_look(ix.frame, *e), false, false, false};

@@ -33,13 +33,14 @@ ControlActionUPP brisolan_scrollUPP = nullptr; // made at its first use, kept fo
 // The event that reaches furthest; of equals the first; null when there is none. Compared in units of Time.
 const event* furthest_event(const brisolan* x) {
     const std::int64_t ratio = x->xzoom / brisolan_factor(x->lenzoom);
+    const int length = x->lenparam;
     const event* furthest = nullptr;
-    std::int64_t end = 0;
-    for (const event* e = x->events; e; e = e->next) {
-        const std::int64_t its_end = ratio * event_param(*e, x->lenparam) + e->time;
-        if (furthest && its_end <= end) continue;
-        furthest = e;
-        end = its_end;
+    std::int64_t end = INT64_MIN;
+    for (const event* e : brisolan_each(x)) {
+        const std::int64_t its_end = ratio * event_param(*e, length) + e->time;
+        const bool further = its_end > end; // no branch: while times rise it often is
+        furthest = further ? e : furthest;
+        end = further ? its_end : end;
     }
     return furthest;
 }

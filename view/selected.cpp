@@ -59,7 +59,7 @@ void brisolan_unselect(brisolan* x, event* e) {
 
 void brisolan_noselect(brisolan* x) {
     event_pen pen(x, x->nselected);
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (e->selected) deselect(&pen, e);
     }
     x->nselected = 0;
@@ -71,7 +71,7 @@ void brisolan_noselect(brisolan* x) {
 void brisolan_reviseselect(brisolan* x) {
     event_pen pen(x, 1);
     event* first_kept = nullptr;
-    for (event* e = x->events; e; e = e->next) {
+    for (event* e : brisolan_each(x)) {
         if (!e->selected) continue;
         if (brisolan_trackisshown(x, e->track)) {
             if (!first_kept) first_kept = e;
