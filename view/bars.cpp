@@ -228,42 +228,52 @@ void bar_pass::begin(const view_frame& f) {
     boxes.clear();
 }
 
-// Mostly nothing of it is seen, which one look at all that it may set tells.
-void bar_pass::add(const bar_look& look) {
-    const std::int32_t text_width = frame->labels ? LABEL_LEFT + look.label_width() : 0;
-    const std::int32_t width = std::max(look.length, text_width);
-    if (width > BITS || !cover.in_reach(look.left)) {
-        add_long(look);
-        return;
-    }
-    const bar_rows rows = rows_of(look);
-    add_visible(look, columns(0, width) & ~cover.hidden(look.left, rows.top, rows.bottom));
+inline std::int32_t bar_pass::width_of(const bar_look& look) const {
+    return std::max(look.length, frame->labels ? LABEL_LEFT + look.label_width() : 0);
 }
 
-void bar_pass::add(const bar_look& look, const bar_outlook& outlook) {
-    if (!outlook.known)
-        add(look);
-    else if (!outlook.buried)
-        add_visible(look, outlook.columns);
+inline bar_pass::bar_rows bar_pass::rows_of(const bar_look& look) const {
+    const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
+    return {look.y - std::max<std::int32_t>(look.half, text_above), look.y + std::max(below, text_below)};
 }
 
-// Of a solid bar without a label the look is all that there is to know.
-void bar_pass::add_visible(const bar_look& look, std::uint64_t visible) {
-    if (frame->labels || look.selected || look.black_key) {
-        if (visible || look.black_key) add_short(look, visible);
-        return;
-    }
-    visible &= columns(0, look.length);
-    if (!visible) return;
-    const bar_rows rows = rows_of(look);
+// A solid bar without a label: the look is all that there is to know.
+inline bool bar_pass::is_plain(const bar_look& look) const {
+    return !frame->labels && !look.selected && !look.black_key;
+}
+inline void bar_pass::add_plain(const bar_look& look, const bar_rows& rows, std::uint64_t visible) {
     cover.cover(look.left, rows.top, rows.bottom, columns(0, look.length));
     seen.push({&look, 0, PART_HEAD, static_cast<std::uint8_t>(std::countr_zero(visible)),
                static_cast<std::uint8_t>(BITS - std::countl_zero(visible))});
 }
 
-bar_pass::bar_rows bar_pass::rows_of(const bar_look& look) const {
-    const std::int32_t below = look.half + (frame->half == 0 ? 1 : 0);
-    return {look.y - std::max<std::int32_t>(look.half, text_above), look.y + std::max(below, text_below)};
+// Mostly nothing of it is seen, which one look at all that it may set tells.
+void bar_pass::add(const bar_look& look) {
+    const std::int32_t width = width_of(look);
+    if (width > BITS || !cover.in_reach(look.left)) {
+        add_long(look);
+        return;
+    }
+    const bar_rows rows = rows_of(look);
+    const std::uint64_t visible = columns(0, width) & ~cover.hidden(look.left, rows.top, rows.bottom);
+    if (!visible && !look.black_key) return;
+    if (is_plain(look))
+        add_plain(look, rows, visible);
+    else
+        add_short(look, visible);
+}
+
+void bar_pass::add(const bar_look& look, const bar_outlook& outlook) {
+    if (!outlook.known) {
+        add(look);
+        return;
+    }
+    if (!is_plain(look)) {
+        if (!outlook.buried) add_short(look, outlook.columns);
+        return;
+    }
+    const std::uint64_t visible = outlook.columns & columns(0, look.length);
+    if (visible) add_plain(look, rows_of(look), visible);
 }
 
 void bar_pass::add_short(const bar_look& look, std::uint64_t visible) {

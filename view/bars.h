@@ -51,8 +51,10 @@ private:
     struct bar_rows {
         std::int32_t top, bottom;
     };
-    bar_rows rows_of(const bar_look& look) const; // that it and its label take
-    void add_visible(const bar_look& look, std::uint64_t visible);
+    std::int32_t width_of(const bar_look& look) const; // columns and rows that it and its label take
+    bar_rows rows_of(const bar_look& look) const;
+    bool is_plain(const bar_look& look) const;
+    void add_plain(const bar_look& look, const bar_rows& rows, std::uint64_t visible);
     void add_short(const bar_look& look, std::uint64_t visible);
     void add_long(const bar_look& look);
     const view_frame* frame = nullptr;

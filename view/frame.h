@@ -129,8 +129,9 @@ inline bar_values brisolan_valuesof(const view_frame& f, const event& e) {
             e.track,
             e.selected != 0};
 }
-// Places the bar; the label is left for brisolan_measure. [main]
-inline bar_look brisolan_place(const view_frame& f, const bar_values& values) {
+// Places the bar; the label is left for brisolan_measure. Like what follows part of every long walk, where a call, and
+// the look handed over through memory, would weigh as much as the placing. [main]
+[[gnu::always_inline]] inline bar_look brisolan_place(const view_frame& f, const bar_values& values) {
     bar_look look;
     look.left = f.left + brisolan_pixels(values.time, f.time_scale);
     look.length = std::max(brisolan_pixels(values.extent, f.extent_scale), LEAST_BAR);
@@ -145,11 +146,11 @@ inline bar_look brisolan_place(const view_frame& f, const bar_values& values) {
     look.black_key = f.set.show_sharps && brisolan_isblackkey(values.value, f.set.yzoom);
     return look;
 }
-inline bar_look brisolan_place(const view_frame& f, const event& e) {
+[[gnu::always_inline]] inline bar_look brisolan_place(const view_frame& f, const event& e) {
     return brisolan_place(f, brisolan_valuesof(f, e));
 }
 // Measures the label. The window's port must be current at the first call. [main]
-inline void brisolan_measure(const view_frame& f, bar_look* look) {
+[[gnu::always_inline]] inline void brisolan_measure(const view_frame& f, bar_look* look) {
     if (f.set.labelparam < 0) return;
     const bool common = f.widths && look->label >= 0 && look->label < COMMON_LABELS;
     const std::int32_t width =
@@ -157,7 +158,7 @@ inline void brisolan_measure(const view_frame& f, bar_look* look) {
     look->label_room = static_cast<std::uint8_t>(width + LABEL_MARGIN);
 }
 // Places and measures. [main]
-inline bar_look brisolan_look(const view_frame& f, const event& e) {
+[[gnu::always_inline]] inline bar_look brisolan_look(const view_frame& f, const event& e) {
     bar_look look = brisolan_place(f, e);
     brisolan_measure(f, &look);
     return look;
