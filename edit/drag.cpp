@@ -71,16 +71,28 @@ int tweak_step(brisolan* x, Point where) {
     return step;
 }
 
+// The one event that is selected, where that can be told without looking for others: the counter never counts too few.
+event* only_selected(const brisolan* x) {
+    event* e = x->nselected == 1 ? static_cast<event*>(x->firstsel) : nullptr;
+    return e && e->selected ? e : nullptr;
+}
+
 } // namespace
 
 void brisolan_offset(brisolan* x, int index, std::int64_t delta) {
     event_pen pen(x, x->nselected);
-    for (event* e : brisolan_each(x)) {
-        if (!e->selected) continue;
+    const auto move = [&](event* e) {
         pen.erase(e);
         cell<std::int32_t>& value = event_param(*e, index);
         value = moved(x, index, value.get() + delta);
         e->needsdraw = std::uint8_t{1};
+    };
+    if (event* only = only_selected(x)) {
+        move(only);
+    } else {
+        for (event* e : brisolan_each(x)) {
+            if (e->selected) move(e);
+        }
     }
     if (index == PARAM_TIME) brisolan_resort(x);
 }
