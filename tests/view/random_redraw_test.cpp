@@ -49,10 +49,10 @@ protected:
     void link_one() {
         std::int32_t values[NPARAMS];
         for (std::int32_t& v : values) v = below(128);
-        values[PARAM_TIME] = below(time_range) - 500;
+        values[PARAM_TIME] = below(time_range) - (all_in_view ? 0 : 500);
         values[PARAM_PITCH] = below(pitch_range);
         values[PARAM_DUR] = once_in(6) ? below(40000) : below(1500);
-        values[PARAM_TRACK] = below(35);
+        values[PARAM_TRACK] = all_in_view ? 1 + below(32) : below(35);
         for (brisolan* each : {x, y}) {
             event* e = brisolan_newevent();
             for (int i = 0; i < NPARAMS; ++i) event_param(*e, i) = values[i];
@@ -161,14 +161,34 @@ protected:
         }
     }
 
-    void copy_and_paste() {
-        if (x->nevents > 400) return;
+    // Everything at once, and nothing else before it is drawn: selected as it is, or pasted where nothing was.
+    void edit_everything() {
+        SetPort(x->window->port);
+        if (once_in(2)) {
+            brisolan_selectall(x);
+            for (event* e = y->events; e; e = e->next) plain_select(y, e);
+        } else {
+            copy_and_paste(true);
+        }
+        SetPort(nullptr);
+    }
+
+    void copy_and_paste(bool cut = false) {
+        if (!cut && x->nevents > 400) return;
+        if (cut) {
+            brisolan_selectall(x);
+            for (event* e = y->events; e; e = e->next) plain_select(y, e);
+        }
         brisolan_copy(x);
         std::vector<std::array<std::int32_t, NPARAMS>> copied;
         for (event* e = y->events; e; e = e->next) {
             if (!e->selected) continue;
             std::array<std::int32_t, NPARAMS>& values = copied.emplace_back();
             for (int i = 0; i < NPARAMS; ++i) values[static_cast<std::size_t>(i)] = event_param(*e, i);
+        }
+        if (cut) {
+            remove_selected(true);
+            redraw_marked();
         }
         brisolan_paste(x);
         plain_noselect(y);
@@ -202,7 +222,8 @@ protected:
         const int xzooms[] = {25, 100, 200, 400};
         const int yzoom = yzooms[below(8)];
         const int xzoom = xzooms[below(4)];
-        const auto scroll = static_cast<std::int16_t>(once_in(3) ? below(60) : below(10));
+        const int scroll_range = once_in(3) ? 60 : 10;
+        const auto scroll = static_cast<std::int16_t>(all_in_view ? 0 : below(scroll_range));
         const int label = once_in(4) ? -1 : once_in(4) ? PARAM_PITCH : PARAM_VEL;
         const std::uint8_t names = once_in(3) ? 1 : 0;
         const std::uint8_t sharps = once_in(3) ? 1 : 0;
@@ -289,7 +310,8 @@ protected:
     std::mt19937 random;
     int time_range = 14000;
     int pitch_range = 128;
-    int batches = 0; // one edit in so many is followed by one of all at once; 0: none is
+    bool all_in_view = false; // events are made, and the view is moved, so that all of them are seen
+    int batches = 0;          // one edit in so many is followed by one of all at once; 0: none is
 };
 
 unsigned given_seed() {
@@ -306,6 +328,33 @@ TEST_F(random_redraw, sparse_and_dense_edits_equal_the_twin) {
         pitch_range = seed % 2 == 0 ? 12 : 128;
         play(40, 120);
         if (HasFatalFailure()) return;
+    }
+}
+
+// Many events one over the other, of which most lie out of sight below others.
+TEST_F(random_redraw, everything_selected_or_pasted_equals_the_twin) {
+    const unsigned first = given_seed();
+    std::printf("seed %u\n", first);
+    all_in_view = true;
+    for (seed = first; seed < first + 12; ++seed) {
+        random.seed(seed);
+        time_range = seed % 3 == 0 ? 5000 : 1500;
+        pitch_range = seed % 2 == 0 ? 12 : 128;
+        for (int round = 0; round < 12; ++round) {
+            while (x->nevents < 100 + below(500)) link_one();
+            change_frame();
+            edit_everything();
+            redraw_marked();
+            expect_same("after everything", round);
+            if (HasFatalFailure()) return;
+            if (once_in(2)) {
+                SetPort(x->window->port);
+                brisolan_noselect(x);
+                plain_noselect(y);
+                SetPort(nullptr);
+                redraw_marked();
+            }
+        }
     }
 }
 
