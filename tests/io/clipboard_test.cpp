@@ -2,7 +2,9 @@
 // Test layer. Run by ctest.
 #include "io/clipboard.h"
 
+#include <algorithm>
 #include <functional>
+#include <random>
 
 #include "host/kernel/dispatch.h"
 #include "host/toolbox/toolbox_host.h"
@@ -55,6 +57,39 @@ TEST_F(clipboard_test, a_paste_has_one_text_whatever_comes_onto_the_clipboard_me
     EXPECT_EQ(events(), (text_lines{"1 60 64 200 1 1 0 0", "2 60 64 200 1 1 0 0"}));
     paste_while([](int, std::string*) { return false; });
     EXPECT_EQ(x->nevents, 2);
+}
+
+// Alone a line is too short to be read in any but the plain way; among many it may be read a word at a time.
+TEST_F(clipboard_test, a_line_reads_the_same_alone_and_among_others) {
+    std::mt19937 random(2026);
+    const auto below = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    text_lines alone;
+    std::string all;
+    for (int i = 0; i < 400; ++i) {
+        // Mostly eight numbers as copying writes them; else longer ones, fewer or more, or something between them.
+        const bool odd = below(3) == 0;
+        const int count = odd && below(2) ? below(11) : int{NPARAMS};
+        std::string line;
+        for (int k = 0; k < count; ++k) {
+            if (k > 0) line += odd && below(4) == 0 ? " -x,\t."[below(6)] : ' ';
+            const int digits = odd && below(4) == 0 ? below(13) : 1 + below(5);
+            for (int d = 0; d < digits; ++d) line += static_cast<char>('0' + below(10));
+        }
+        line += '\r';
+        all += line;
+        have(line);
+        kel_private<"paste">(x);
+        const text_lines one = events();
+        ASSERT_EQ(one.size(), 1u) << line;
+        alone.push_back(one.front());
+        send("clear");
+    }
+    have(all);
+    kel_private<"paste">(x);
+    text_lines together = events();
+    std::sort(alone.begin(), alone.end());
+    std::sort(together.begin(), together.end());
+    EXPECT_EQ(together, alone);
 }
 
 TEST_F(clipboard_test, a_copy_that_there_is_no_memory_for_leaves_the_clipboard) {
