@@ -133,7 +133,7 @@ constexpr std::size_t MOST_PLAIN = 64; // characters of a line that is read so; 
 constexpr bool WORDS_WORK = std::endian::native == std::endian::little;
 
 constexpr text_word in_each(unsigned char c) {
-    return 0x0101010101010101 * c;
+    return text_word{0x0101010101010101} * c;
 }
 
 // The digits of eight characters as their values, others as something above 9.

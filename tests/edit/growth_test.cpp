@@ -7,6 +7,7 @@
 #include "edit/params.h"
 #include "edit/press.h"
 #include "edit/selection.h"
+#include "host/kernel/windows.h"
 #include "io/clipboard.h"
 #include "view/selected.h"
 
@@ -28,6 +29,12 @@ protected:
         g_grabbedthird = static_cast<std::int16_t>(third);
         x->dragvalue = brisolan_grabbedvalue(x, {200, 200});
         brisolan_movedrag(x, {204, 204}, true);
+    }
+    // The second step of a drag: the first places what has not been yet.
+    work_count count_dragging_one() {
+        count([this] { brisolan_select(x, brisolan_eventat(x, 50)); });
+        count([this] { drag(THIRD_BODY); });
+        return count([this] { drag(THIRD_BODY); });
     }
 };
 
@@ -76,10 +83,23 @@ TEST_F(edit_growth, dragging_all) {
 }
 
 TEST_F(edit_growth, dragging_one) {
-    expect_in_proportion(false, [this] {
-        brisolan_select(x, brisolan_eventat(x, x->nevents / 2));
-        drag(THIRD_BODY);
+    expect_growth(IN_PROPORTION, [this](int n) {
+        show(n);
+        return count_dragging_one();
     });
+}
+
+// The one selected event is not looked for among those that are further away.
+TEST_F(edit_growth, dragging_one_among_others_out_of_sight) {
+    expect_growth(
+        NOT_AT_ALL,
+        [this](int n) {
+            show(1);
+            fill(n); // 100 ms each: the first hundred are in view
+            kel_window_update(x->window);
+            return count_dragging_one();
+        },
+        10);
 }
 
 TEST_F(edit_growth, dragging_in_the_legend) {

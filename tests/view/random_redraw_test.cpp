@@ -74,6 +74,7 @@ protected:
                 n,
                 [](brisolan* b, event* e) {
                     e->selected = std::uint8_t{1};
+                    b->nselected += 1;
                     brisolan_eraseit(b, e);
                     brisolan_drawit(b, e);
                 },
@@ -151,7 +152,7 @@ protected:
         const int index = once_in(2) ? PARAM_VEL : PARAM_PITCH;
         const std::int32_t value = below(128);
         x->numparam = static_cast<std::uint8_t>(index);
-        x->nselected = 2; // whoever is selected, and not the anchor alone
+        x->nselected = x->nevents + 1; // whoever is selected, and not the anchor alone
         brisolan_paramtrack(x, value);
         for (event* e = y->events; e; e = e->next) {
             if (!e->selected) continue;
