@@ -26,16 +26,21 @@ void brisolan_params(brisolan* x, std::int32_t skip, std::int32_t window, std::i
 // Kept: `lasttime` goes on from where it stood, so that what is appended after a "clear" continues the old running
 // time; only "record" and "restore" begin again at 0.
 void brisolan_clear(brisolan* x) {
+    brisolan_freechain(brisolan_clearkeeping(x));
+}
+
+event* brisolan_clearkeeping(brisolan* x) {
     x->serial = 0;
     brisolan_stop(x);
     // Emptying scrolls to the beginning, where ruler and labels are others.
     if (x->window->hscroll_value != 0 || x->window->vscroll_value != 0)
         x->redraw.redraw_panel = std::uint8_t{1};
-    brisolan_detachall(x);
+    event* const events = brisolan_detachall(x);
     brisolan_unmuteall(x);
     x->redraw.changed = std::uint8_t{1};
     x->redraw.redraw_bg = std::uint8_t{1};
     brisolan_redraw(x);
+    return events;
 }
 
 void brisolan_at(brisolan* x, std::int32_t pitch, std::int32_t vel, std::int32_t chan) {

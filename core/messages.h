@@ -17,6 +17,10 @@ void brisolan_params(brisolan* x, std::int32_t skip, std::int32_t window, std::i
 // "clear": stops, deletes every event and mute, scrolls back to the start. `lasttime` stays. [scheduler]
 void brisolan_clear(brisolan* x);
 
+// The same, but the events, linked through `next`, are the caller's, to be freed or filled again; null when there were
+// none. [scheduler]
+event* brisolan_clearkeeping(brisolan* x);
+
 // Moves the cursor to the first event with this pitch, vel and chan; to null, with a notice, when there is none.
 // [scheduler]
 void brisolan_at(brisolan* x, std::int32_t pitch, std::int32_t vel, std::int32_t chan);

@@ -11,52 +11,45 @@ namespace {
 // How far ahead a chain's memory is fetched, bytes.
 constexpr std::size_t AHEAD = 512;
 
-// What is left of one chain. The event behind the first is looked at one turn early, so that taking the first out need
-// not wait for it to come from memory.
-struct chain_rest {
-    event* first;
-    event* second;
-    std::uint64_t second_rank;
-};
-
 // The chain whose first event comes next, found again in as many steps as there are bits in the number of chains. Entry
-// i of `nodes` is the least of entries 2i and 2i + 1; the upper half are the chains, as ranks: the first event's key, and
-// below it a number that puts the later chain first.
+// i of `ranks` is the least of entries 2i and 2i + 1; the upper half are the chains, later ones in front, as ranks: the
+// first event's key, and below it the number of the entry, which so puts the later chain first and tells the way back.
 class tournament {
 public:
     explicit tournament(const std::vector<event*>& heads)
-        : last(heads.size() - 1), leaves(std::bit_ceil(heads.size())), nodes(2 * leaves, NONE) {
-        rests.reserve(heads.size());
+        : leaves(std::bit_ceil(heads.size())), ranks(2 * leaves, NONE), rests(2 * leaves) {
         for (std::size_t i = 0; i < heads.size(); ++i) {
-            nodes[leaves + i] = rank_behind(heads[i], last - i);
+            const std::size_t leaf = leaves + heads.size() - 1 - i;
             event* second = heads[i]->next;
-            rests.push_back({heads[i], second, rank_behind(second, nodes[leaves + i])});
+            ranks[leaf] = rank_behind(heads[i], leaf);
+            rests[leaf] = {heads[i], second, rank_behind(second, ranks[leaf])};
         }
-        for (std::size_t n = leaves - 1; n > 0; --n) nodes[n] = std::min(nodes[2 * n], nodes[2 * n + 1]);
+        for (std::size_t n = leaves - 1; n > 0; --n) ranks[n] = std::min(ranks[2 * n], ranks[2 * n + 1]);
     }
 
-    // Takes the next event out; null when there is none.
-    event* take() {
-        const std::uint64_t least = nodes[1];
-        if (least == NONE) return nullptr;
-        const std::size_t i = last - static_cast<std::uint32_t>(least);
-        chain_rest& chain = rests[i];
-        event* taken = chain.first;
-        std::uint64_t rank = chain.second_rank;
-        std::size_t n = leaves + i;
-        nodes[n] = rank;
-        for (; n > 1; n /= 2) {
-            rank = std::min(rank, nodes[n ^ 1]);
-            nodes[n / 2] = rank;
+    // All events in order, as one list.
+    event* play() {
+        event* head = nullptr;
+        event* end = nullptr;
+        for (std::uint64_t least = ranks[1]; least != NONE;) {
+            std::size_t n = static_cast<std::uint32_t>(least);
+            chain_rest& chain = rests[n];
+            event* const taken = chain.first;
+            least = chain.second_rank;
+            ranks[n] = least;
+            for (; n > 1; n /= 2) {
+                least = std::min(least, ranks[n ^ 1]);
+                ranks[n / 2] = least;
+            }
+            chain.move_on();
+            if (end)
+                end->next = taken;
+            else
+                head = taken;
+            end = taken;
         }
-        chain.first = chain.second;
-        if (chain.first) {
-            chain.second = chain.first->next;
-            // A track's events mostly lie one behind the other: what is to come can be fetched before it is known.
-            __builtin_prefetch(reinterpret_cast<const char*>(chain.first) + AHEAD, 1);
-            chain.second_rank = rank_behind(chain.second, chain.second_rank);
-        }
-        return taken;
+        end->next = nullptr;
+        return head;
     }
 
 private:
@@ -71,25 +64,83 @@ private:
         return std::max(own, before);
     }
 
-    std::size_t last; // the index of the last chain
+    // What is left of one chain. The event behind the first is looked at one turn early, so that taking the first out
+    // need not wait for it to come from memory.
+    struct chain_rest {
+        event* first;
+        event* second;
+        std::uint64_t second_rank;
+
+        void move_on() {
+            first = second;
+            if (!first) return;
+            second = first->next;
+            // A track's events mostly lie one behind the other: what is to come can be fetched before it is known.
+            __builtin_prefetch(reinterpret_cast<const char*>(first) + AHEAD, 1);
+            second_rank = rank_behind(second, second_rank);
+        }
+    };
+
     std::size_t leaves;
-    std::vector<std::uint64_t> nodes;
+    std::vector<std::uint64_t> ranks;
     std::vector<chain_rest> rests;
 };
 
 } // namespace
 
+void note_chains::begin_chain(event* e) {
+    heads.push_back(e);
+    tail = e;
+    before_equals = nullptr;
+    key = e->time;
+}
+
+void note_chains::extend(event* e) {
+    if (e->time > key) {
+        before_equals = tail;
+        key = e->time;
+    }
+    tail->next = e;
+    tail = e;
+}
+
+void note_chains::put_before_equals(event* e) {
+    if (before_equals) {
+        e->next = static_cast<event*>(before_equals->next);
+        before_equals->next = e;
+    } else {
+        e->next = heads.back();
+        heads.back() = e;
+    }
+}
+
+bool note_chains::append_seldom(event* e, bool ordered) {
+    const std::int32_t time = e->time;
+    if (heads.empty()) {
+        begin_chain(e);
+        last_is_at_end = true;
+    } else if (!ordered) {
+        if (!last_is_at_end) return false;
+        if (time < last->time) falling = true;
+        extend(e);
+    } else {
+        if (time > key)
+            extend(e);
+        else if (time == key)
+            put_before_equals(e);
+        else
+            begin_chain(e);
+        last_is_at_end = time > latest;
+    }
+    latest = std::max(latest, time);
+    last = e;
+    ++count;
+    return true;
+}
+
 event* note_chains::merge() {
     event* head = heads.empty() ? nullptr : heads.front();
-    if (heads.size() > 1) {
-        tournament next(heads);
-        event* end = head = next.take();
-        while (event* e = next.take()) {
-            end->next = e;
-            end = e;
-        }
-        end->next = nullptr;
-    }
+    if (heads.size() > 1) head = tournament(heads).play();
     *this = note_chains();
     return head;
 }

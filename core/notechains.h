@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -29,14 +30,15 @@ public:
     // Whether times fall somewhere along the sequence-to-be: an unordered append went behind a later note.
     bool falls() const { return falling; }
 
-    // Takes a filled event in, ordered or at the end. False, and the event stays the caller's, when it is to go to the
-    // end but the note before it is not there. [both]
-    bool append(event* e, bool ordered);
+    // Takes a filled event of this time in, ordered or at the end. False, and the event stays the caller's, when it is to
+    // go to the end but the note before it is not there. [both]
+    bool append(event* e, std::int32_t time, bool ordered);
 
     // All notes as one list in the sequence's order; the chains are empty afterwards. [both]
     event* merge();
 
 private:
+    bool append_seldom(event* e, bool ordered);
     void begin_chain(event* e);
     void extend(event* e);
     void put_before_equals(event* e);
@@ -46,7 +48,7 @@ private:
     event* tail = nullptr;
     event* before_equals =
         nullptr;          // in front of the first event with the tail's key; null when that is the head
-    std::int32_t key = 0; // of the tail
+    std::int32_t key = std::numeric_limits<std::int32_t>::max(); // of the tail; no time is later while there is none
     // The sequence-to-be.
     event* last = nullptr;
     bool last_is_at_end = false;
@@ -55,52 +57,16 @@ private:
     std::int32_t count = 0;
 };
 
-inline void note_chains::begin_chain(event* e) {
-    heads.push_back(e);
-    tail = e;
-    before_equals = nullptr;
-    key = e->time;
-}
-
-inline void note_chains::extend(event* e) {
-    if (e->time > key) {
-        before_equals = tail;
-        key = e->time;
-    }
+// Mostly a note comes later than all of its chain.
+inline bool note_chains::append(event* e, std::int32_t time, bool ordered) {
+    if (time <= key || !(ordered || last_is_at_end)) [[unlikely]]
+        return append_seldom(e, ordered);
+    before_equals = tail;
     tail->next = e;
-    tail = e;
-}
-
-inline void note_chains::put_before_equals(event* e) {
-    if (before_equals) {
-        e->next = static_cast<event*>(before_equals->next);
-        before_equals->next = e;
-    } else {
-        e->next = heads.back();
-        heads.back() = e;
-    }
-}
-
-inline bool note_chains::append(event* e, bool ordered) {
-    const std::int32_t time = e->time;
-    if (heads.empty()) {
-        begin_chain(e);
-        last_is_at_end = true;
-    } else if (!ordered) {
-        if (!last_is_at_end) return false;
-        if (time < last->time) falling = true;
-        extend(e);
-    } else {
-        if (time > key)
-            extend(e);
-        else if (time == key)
-            put_before_equals(e);
-        else
-            begin_chain(e);
-        last_is_at_end = time > latest;
-    }
+    tail = last = e;
+    key = time;
+    last_is_at_end = !ordered || time > latest;
     latest = std::max(latest, time);
-    last = e;
     ++count;
     return true;
 }

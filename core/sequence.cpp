@@ -246,23 +246,24 @@ void brisolan_timeschanged(brisolan* x) {
     x->unordered = std::uint8_t{1};
 }
 
-void brisolan_detachall(brisolan* x) {
-    event* head;
-    {
-        relinking now(static_cast<host_critical*>(nullptr));
-        head = x->events;
-        x->window->hscroll_value = std::int16_t{0};
-        x->window->vscroll_value = std::int16_t{0};
-        x->current = nullptr;
-        x->firstsel = nullptr;
-        x->drawn = nullptr;
-        x->events = nullptr;
-        x->nevents = 0;
-        x->unordered = std::uint8_t{0};
-        brisolan_holdnothing(x);
-        brisolan_forgetnotes(x, [](const event&) { return true; });
-        order_changed_locked(x);
-    }
+event* brisolan_detachall(brisolan* x) {
+    relinking now(static_cast<host_critical*>(nullptr));
+    event* const head = x->events;
+    x->window->hscroll_value = std::int16_t{0};
+    x->window->vscroll_value = std::int16_t{0};
+    x->current = nullptr;
+    x->firstsel = nullptr;
+    x->drawn = nullptr;
+    x->events = nullptr;
+    x->nevents = 0;
+    x->unordered = std::uint8_t{0};
+    brisolan_holdnothing(x);
+    brisolan_forgetnotes(x, [](const event&) { return true; });
+    order_changed_locked(x);
+    return head;
+}
+
+void brisolan_freechain(event* head) {
     while (head) {
         event* following = head->next;
         brisolan_freeevent(head);

@@ -40,10 +40,15 @@ inline event_range brisolan_each(const brisolan* x) {
 // A new event with every value 0, not in any list; null when the host's memory limit is reached. [both]
 event* brisolan_newevent();
 
-// The same with these values. [both]
-inline event* brisolan_newevent(const std::array<std::int32_t, NPARAMS>& v) {
+// Makes an event with these values of a block of its size. [both]
+inline event* brisolan_fillevent(void* block, const std::array<std::int32_t, NPARAMS>& v) {
+    return new (block) event{{}, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]};
+}
+
+// A new event with these values; null as above. [both]
+inline event* brisolan_newevent(const std::array<std::int32_t, NPARAMS>& values) {
     void* block = host_getbytes(sizeof(event));
-    return block ? new (block) event{{}, v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7]} : nullptr;
+    return block ? brisolan_fillevent(block, values) : nullptr;
 }
 
 // Gives back an event that is in no list and that no list names. [both]
@@ -86,8 +91,12 @@ void brisolan_resort(brisolan* x);
 void brisolan_timeschanged(brisolan* x);
 
 // Empties the sequence: events, cursor, selection anchor, held and pending notes; scroll positions 0. The events are
-// freed after they are out of reach. Nothing else is reset or redrawn. [scheduler]
-void brisolan_detachall(brisolan* x);
+// out of reach and the caller's, linked through `next`; null when there were none. Nothing else is reset or redrawn.
+// [scheduler]
+event* brisolan_detachall(brisolan* x);
+
+// Gives back a chain of events that nothing else names. [both]
+void brisolan_freechain(event* head);
 
 // Clears the `isset` of one parameter, or of all eight when the index is -1; any other index does nothing. [scheduler]
 void brisolan_clearset(brisolan* x, int index);

@@ -3,6 +3,7 @@
 #include "io/midiread.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "core/locked.h"
@@ -10,6 +11,7 @@
 #include "core/notechains.h"
 #include "core/output.h"
 #include "core/sequence.h"
+#include "core/spareevents.h"
 #include "io/bufferedfile.h"
 
 midi_ending g_midi_ending = midi_ending::whole;
@@ -69,7 +71,8 @@ struct midi_import {
     std::int32_t bpm = DEFAULT_BPM;
     std::int32_t tpq = 1;
     int running_status = 0;
-    note_chains notes{}; // what was read, not yet in the sequence
+    spare_events spare{}; // of the sequence before
+    note_chains notes{};  // what was read, not yet in the sequence
     held_pair held{};
     std::int32_t lasttime = 0; // of the last append
     bool changed = false;      // a note-off has fixed a duration
@@ -194,12 +197,12 @@ step_result read_meta(midi_import& m) {
     return type == META_END_OF_TRACK ? step_result::end_of_track : step_result::more;
 }
 
-void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int vel) {
+[[gnu::always_inline]] inline void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int vel) {
     const std::int32_t time = abstime < 0 ? 0 : abstime;
-    event* e = brisolan_newevent({time, pitch, vel, PROVISIONAL_DUR, (status & 0x0F) + 1, m.tracknum, 0, 0});
+    event* e = m.spare.fill({time, pitch, vel, PROVISIONAL_DUR, (status & 0x0F) + 1, m.tracknum, 0, 0});
     if (!e) return; // the host's limit: the note is lost, the rest goes on
     const bool ordered = m.tracknum > 1 && !m.notes.empty();
-    if (m.notes.append(e, ordered)) {
+    if (m.notes.append(e, time, ordered)) {
         m.lasttime = time;
     } else {
         // Behind the last track number that there is, tracks count as first ones again.
@@ -210,7 +213,7 @@ void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int ve
     m.held.hold(m.notes.last_appended());
 }
 
-void note_off(midi_import& m, std::int32_t abstime, int pitch) {
+[[gnu::always_inline]] inline void note_off(midi_import& m, std::int32_t abstime, int pitch) {
     event* e = m.held.unhold(pitch, m.tracknum);
     if (!e) return;
     const std::int32_t dur = wrapped(std::int64_t{abstime} - e->time);
@@ -255,39 +258,57 @@ step_result read_event(midi_import& m, byte_cursor& in) {
 // Nearly every event of a file is a note-on or a note-off. Reads those that lie whole in the buffer, one after the other,
 // as read_event would, with what changes from one to the next in registers; stops in front of any other.
 void read_plain_notes(midi_import& m, byte_cursor& in) {
+    if (in.end - in.next < LONGEST_PLAIN_EVENT) return;
+    const bool halved = m.option != 0;
+    // Else times could run backwards or be too long for their integers.
+    if (!halved && (m.ticks_per_sec < 1 || m.carry >= 1.0)) return;
     const unsigned char* next = in.next;
-    std::uint32_t abstime = 0; // since here, as the ticks are
-    double carry = m.carry;
+    const unsigned char* const last = in.end - LONGEST_PLAIN_EVENT; // where one may begin that lies whole in front
     int status = m.running_status;
-    const std::uint32_t start = static_cast<std::uint32_t>(m.abstime);
+    auto time = static_cast<std::uint32_t>(m.abstime);
+    double carry = m.carry;
+    const double start = m.abstime + carry;
     const double per_second = m.ticks_per_sec;
-    while (in.end - next >= LONGEST_PLAIN_EVENT) {
+    const double ms_per_tick = 1000.0 / per_second;
+    std::uint32_t ticks = 0; // since here
+    while (next <= last) {
         // One byte of delta or two: it changes from note to note, and no branch is to guess it.
-        const std::uint32_t two = next[0] >> 7;
-        const std::uint32_t delta = (next[0] & 0x7FU) << 7 * two | (next[1] & 0x7FU & (0U - two));
-        if (next[1] & two << 7) break;
-        const unsigned char* at = next + 1 + two;
-        const int new_status = is_status(*at) ? *at++ : status;
+        const std::uint32_t first = next[0];
+        const std::uint32_t second = next[1];
+        if (first & second & 0x80) break;
+        const std::uint32_t two = first >> 7;
+        const std::uint32_t delta = first + ((0U - two) & (first * 127 + second - 0x4000));
+        const unsigned char* data = next + two + 1;
+        int new_status = status;
+        if (is_status(*data)) new_status = *data++;
         if (new_status >= 0xA0 || new_status < 0x80) break;
-        std::uint32_t step = delta / 2;
-        if (m.option == 0) {
-            const double f = carry + delta * 1000.0 / per_second;
-            if (!(f >= 0.0 && f < INT32_MAX)) break;
-            const auto whole = static_cast<std::int32_t>(f);
-            carry = f - whole;
-            step = static_cast<std::uint32_t>(whole);
-        }
-        abstime += step;
         status = new_status;
-        next = at + 2;
-        const auto now = static_cast<std::int32_t>(start + abstime);
-        if (status >= NOTE_ON && at[1] != 0)
-            note_on(m, now, status, at[0], at[1]);
+        next = data + 2;
+        if (halved) {
+            time += delta / 2;
+        } else {
+            // The time is foretold from the ticks so far, so that it need not wait for the rounding of the one before.
+            // The carry only confirms it; where it does not, it is what counts.
+            ticks += delta;
+            auto now = static_cast<std::uint32_t>(static_cast<std::int64_t>(start + ticks * ms_per_tick));
+            const double f = carry + delta * 1000.0 / per_second;
+            carry = f - static_cast<std::int32_t>(now - time);
+            if (std::bit_cast<std::uint64_t>(carry) >= std::bit_cast<std::uint64_t>(1.0)) [[unlikely]] {
+                const auto step = static_cast<std::int32_t>(f);
+                carry = f - step;
+                now = time + static_cast<std::uint32_t>(step);
+            }
+            time = now;
+        }
+        const int pitch = next[-2];
+        const int vel = next[-1];
+        if (status >= NOTE_ON && vel != 0)
+            note_on(m, static_cast<std::int32_t>(time), status, pitch, vel);
         else
-            note_off(m, now, at[0]);
+            note_off(m, static_cast<std::int32_t>(time), pitch);
     }
     in.next += next - in.next;
-    m.abstime = static_cast<std::int32_t>(start + abstime);
+    m.abstime = static_cast<std::int32_t>(time);
     m.carry = carry;
     m.running_status = status;
 }
@@ -323,7 +344,7 @@ step_result read_chunks(midi_import& m) {
 void read_notes(midi_import& m) {
     {
         locked_out now;
-        brisolan_clear(m.x);
+        m.spare.keep(brisolan_clearkeeping(m.x));
         m.x->restoring = std::uint8_t{1}; // the stop inside has lowered it
     }
     switch (read_chunks(m)) {

@@ -1,0 +1,28 @@
+// core/spareevents.h: the events of a sequence that was emptied, to be filled again.
+// Layer: core. Used by the MIDI reader: nearly always a file is read in place of another.
+#pragma once
+
+#include "core/sequence.h"
+
+class spare_events {
+public:
+    spare_events() = default;
+    ~spare_events() { brisolan_freechain(first); }
+    spare_events(const spare_events&) = delete;
+    spare_events& operator=(const spare_events&) = delete;
+
+    // Takes a chain over that nothing else names. Only while there is none here. [both]
+    void keep(event* head) { first = head; }
+
+    // An event with these values, not in any list: one of those kept, else a new one; null when the host's memory limit
+    // is reached. [both]
+    event* fill(const std::array<std::int32_t, NPARAMS>& values) {
+        if (!first) return brisolan_newevent(values);
+        void* block = first;
+        first = first->next;
+        return brisolan_fillevent(block, values);
+    }
+
+private:
+    event* first = nullptr;
+};
