@@ -171,6 +171,20 @@ bool was_being_written(std::string_view file) {
     return name.starts_with(BESIDE_PREFIX) && name.ends_with(BESIDE_ENDING);
 }
 
+// A type, and whether finding it has shown that the file is there, which then need not be asked.
+struct type_sought {
+    file_type type;
+    bool there;
+};
+
+type_sought sought_type(const std::string& file) {
+    if (was_being_written(file)) return {0, false};
+    unsigned char four[4];
+    if (::getxattr(file.c_str(), TYPE_ATTRIBUTE, four, sizeof four) == sizeof four)
+        return {type_of_bytes(four), true};
+    return {type_by_ending(file), errno == ENODATA};
+}
+
 // File systems without extended attributes leave the type to the name's ending.
 void keep_type(int fd, file_type type) {
     const unsigned char four[4] = {static_cast<unsigned char>(type >> 24),
@@ -353,11 +367,7 @@ std::string kel_filepath(const char* name, std::int16_t path) {
 }
 
 file_type kel_filetype(const std::string& file) {
-    if (was_being_written(file)) return 0;
-    unsigned char four[4];
-    if (::getxattr(file.c_str(), TYPE_ATTRIBUTE, four, sizeof four) == sizeof four)
-        return type_of_bytes(four);
-    return type_by_ending(file);
+    return sought_type(file).type;
 }
 
 file_type kel_typeofname(const char* name) {
@@ -408,17 +418,20 @@ host_err host_file_locate(const char* name, std::int16_t* path, file_type* type,
                           std::span<const file_type> types) {
     if (const host_err e = injected()) return e;
     if (name[0] == '\0') return HOST_ERR_NAME;
-    std::vector<std::int16_t> places{0};
-    if (name[0] != '/') places.insert(places.end(), search_path.begin(), search_path.end());
-    // A folder of that name is only found when there is no file; opening it then tells what it is.
+    const std::size_t places = name[0] == '/' ? 1 : 1 + search_path.size();
+    // A folder of that name is only found when there is no file; opening it then tells what it is. With a single place to
+    // look in either will do.
+    const bool any = places == 1;
     for (const found_there wanted : {found_there::file, found_there::directory}) {
-        for (const std::int16_t place : places) {
+        for (std::size_t i = 0; i < places; ++i) {
+            const std::int16_t place = i == 0 ? std::int16_t{0} : search_path[i - 1];
             const std::string file = kel_filepath(name, place);
-            if (look(file) != wanted) continue;
-            const file_type t = kel_filetype(file);
-            if (std::find(types.begin(), types.end(), t) == types.end()) continue;
+            if (!any && look(file) != wanted) continue;
+            const type_sought sought = sought_type(file);
+            if (std::find(types.begin(), types.end(), sought.type) == types.end()) continue;
+            if (any && !sought.there && look(file) == found_there::nothing) continue;
             *path = place;
-            *type = t;
+            *type = sought.type;
             return HOST_OK;
         }
     }
