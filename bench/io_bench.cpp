@@ -388,10 +388,11 @@ std::string small_name(int i) {
     return "small" + std::to_string(i) + ".mid";
 }
 
-void put_small_files(std::vector<std::string>* files, std::size_t* notes) {
+// Of about so many notes each.
+void put_small_files(int about, std::vector<std::string>* files, std::size_t* notes) {
     *notes = 0;
     for (int i = 0; i < SMALL_FILES; ++i) {
-        const int n = 300 + i % 7;
+        const int n = about + i % 7;
         files->push_back(make_midi(n, 1 + i % 4));
         put_file(small_name(i), files->back());
         *notes += static_cast<std::size_t>(n);
@@ -412,12 +413,12 @@ void read_small_files(State& state, const bench::preparation& floor, std::size_t
     });
 }
 
-// The files lie in the loop's memory before it begins. Asking the system for a file of two kilobytes takes as long as
-// decoding it, so this tells more of the system than of the object.
-void read_small_files_from_memory(State& state) {
+// The files lie in the loop's memory before it begins. Asking the system for a file of two kilobytes takes half as long as
+// decoding it, so of the smallest this tells of the system, too.
+void read_small_files_from_memory(State& state, int about) {
     std::vector<std::string> files;
     std::size_t notes = 0;
-    put_small_files(&files, &notes);
+    put_small_files(about, &files, &notes);
     read_small_files(state, bare([&files, notes] {
                          std::size_t all = 0;
                          std::vector<record> records;
@@ -432,10 +433,10 @@ void read_small_files_from_memory(State& state) {
 
 // The floor of the same work: the loop too opens, reads and closes each file, in as few calls as there can be, into one
 // buffer that is large enough for all of them.
-void read_small_files_opened(State& state) {
+void read_small_files_opened(State& state, int about) {
     std::vector<std::string> files;
     std::size_t notes = 0;
-    put_small_files(&files, &notes);
+    put_small_files(about, &files, &notes);
     const auto loop = [notes] {
         std::size_t all = 0;
         std::vector<record> records;
@@ -611,8 +612,14 @@ void add_rows() {
     for (const auto& [format, tracks] : formats)
         add_sizes(std::string("read_midi/loop_in_memory_laid_out/") + format,
                   read_midi<loop_memory::laid_out>, tracks);
-    bench::add_row("read_1000_small_midi_files/loop_in_memory", 300'000, read_small_files_from_memory);
-    bench::add_row("read_1000_small_midi_files/loop_opens_files", 300'000, read_small_files_opened);
+    for (const int about : {300, 1000, 3000}) {
+        const std::string name = "read_1000_small_midi_files/of_" + std::to_string(about) + "_notes/";
+        const std::int64_t notes = std::int64_t{SMALL_FILES} * about;
+        bench::add_row(name + "loop_in_memory", notes,
+                       [about](State& s) { read_small_files_from_memory(s, about); });
+        bench::add_row(name + "loop_opens_files", notes,
+                       [about](State& s) { read_small_files_opened(s, about); });
+    }
     for (const auto& [format, tracks] : formats)
         add_sizes(std::string("write_midi/") + format, write_midi, tracks);
     for (const auto& [format, tracks] : formats)

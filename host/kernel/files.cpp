@@ -248,6 +248,22 @@ void sync_folder_of(const std::string& file) {
 
 } // namespace
 
+// Bytes on their way. The one given back last is kept for the next file: for a small one to ask for so much memory, and to
+// give it back, takes as long as a call of the system.
+class file_buffer {
+public:
+    file_buffer() : bytes(kept ? std::move(kept) : std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE)) {}
+    ~file_buffer() { kept = std::move(bytes); }
+    file_buffer(const file_buffer&) = delete;
+    file_buffer& operator=(const file_buffer&) = delete;
+    std::byte* data() { return bytes.get(); }
+
+private:
+    static std::unique_ptr<std::byte[]> kept; // main level
+    std::unique_ptr<std::byte[]> bytes;
+};
+std::unique_ptr<std::byte[]> file_buffer::kept;
+
 // An open file. Read: bytes next to end of the buffer are still to be given. Written: bytes 0 to end are still to go.
 struct host_file {
     int fd = -1;
@@ -262,7 +278,7 @@ struct host_file {
     std::string name;      // as the caller gave it, for the console
     std::string target;    // where the file is to lie
     std::string temporary; // where it lies while it is written
-    std::array<std::byte, BUFFER_SIZE> buffer;
+    file_buffer buffer;
 };
 
 namespace {
@@ -312,7 +328,7 @@ host_err fill(host_file* f) {
     f->next = f->end = 0;
     // A file that was read as far as it reached when it was opened need not be asked whether that is its end.
     if (f->size != 0 && f->position == f->size) return HOST_OK;
-    const host_err e = read_some(f->fd, f->buffer.data(), f->buffer.size(), &f->end);
+    const host_err e = read_some(f->fd, f->buffer.data(), BUFFER_SIZE, &f->end);
     f->position += static_cast<std::int64_t>(f->end);
     return e;
 }

@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "host/kernel/memory.h"
 #include "io/bufferedfile.h"
 #include "tests/io/io_test.h"
 #include "tests/io/midi_bytes.h"
@@ -407,6 +408,49 @@ TEST_F(midiread, LeavesWhatAppendingOneByOneLeaves) {
         notes += found.size();
     }
     EXPECT_GT(notes, 50000U);
+}
+
+// Times come from one rounding after the other, whatever foretells them: at each division and tempo, and where the exact
+// time is a whole number, which the rounded one may just miss.
+TEST_F(midiread, TimesAreRoundedOneAfterTheOther) {
+    std::mt19937 generator(20);
+    const auto random = [&generator] { return static_cast<std::uint32_t>(generator()); };
+    for (int round = 0; round < 150; ++round) {
+        const int division = round % 3 == 0 ? 480 : 1 + static_cast<int>(random() % 0x7FFF);
+        const std::uint32_t tick = round % 2 ? 1 : 24; // 25 ms at 480
+        std::string content = tempo(0, round % 5 ? 1 + random() % 2000000 : 500000);
+        for (int n = 0; n < 300; ++n) {
+            const std::uint32_t delta = tick * (random() % (random() % 8 ? 20 : 600));
+            content += random() % 3 ? on(delta, 60 + n % 3) : off(delta, 60 + n % 3);
+        }
+        const std::string file = midi_header(0, 1, division) + chunk(content + end_of_track());
+        const std::string option = round % 10 ? "" : "1";
+        ASSERT_EQ(read(file, option), text_lines{});
+        const text_lines found = events();
+        midi_twin(x, file, round % 10 ? 0 : 1).run();
+        ASSERT_EQ(events(), found) << "round " << round;
+    }
+}
+
+// The notes of the file before are filled again, and those that are too many go.
+TEST_F(midiread, AFileLeavesNothingOfTheOneBefore) {
+    std::string many;
+    for (int n = 0; n < 50; ++n) many += on(1, 60) + off(1, 60);
+    read_track(on(0, 61));
+    const std::int64_t alive = kel_memory_blocks();
+    read_track(many);
+    EXPECT_EQ(x->nevents, 50);
+    EXPECT_EQ(kel_memory_blocks(), alive + 49);
+    x->events->selected = std::uint8_t{1};
+    x->events->needsdraw = std::uint8_t{0};
+    x->events->x1 = 5;
+    read_track(on(0, 61));
+    EXPECT_EQ(events(), text_lines{"0 61 100 10 1 1 0 0"});
+    EXPECT_EQ(x->events->selected, 0);
+    EXPECT_EQ(x->events->needsdraw, 1);
+    EXPECT_EQ(kel_memory_blocks(), alive);
+    read("no file of notes");
+    EXPECT_EQ(kel_memory_blocks(), alive);
 }
 
 // Behind track 32767 the numbers are negative, and their notes are appended at the end, or not at all.

@@ -165,6 +165,88 @@ TEST_F(files, AFileGoesBeforeAFolderOfItsName) {
     EXPECT_EQ(kel_filepath("a.mid", path), "one/a.mid");
 }
 
+// With a single place to look in fewer calls of the system tell it.
+TEST_F(files, LocateFindsTheSameWithAndWithoutASearchPath) {
+    put_file("file.mid", "x");
+    put_file("empty.mid", "");
+    put_file("locked.mid", "x");
+    fs::create_directories("folder.mid");
+    fs::create_symlink("file.mid", "link.mid");
+    fs::create_symlink("nowhere.mid", "dangling.mid");
+    fs::create_symlink("round.mid", "round.mid");
+    ASSERT_EQ(::mkfifo("pipe.mid", 0600), 0);
+    ASSERT_EQ(::chmod("locked.mid", 0), 0);
+    const ordinary_user now(folder.path());
+    const std::string absolute = (folder.path() / "file.mid").string();
+    const std::pair<std::string, host_err> wanted[] = {
+        {"file.mid", HOST_OK},
+        {"empty.mid", HOST_OK},
+        {"locked.mid", HOST_OK},
+        {"folder.mid", HOST_OK},
+        {"link.mid", HOST_OK},
+        {"pipe.mid", HOST_OK},
+        {absolute, HOST_OK},
+        {"dangling.mid", HOST_ERR_NOT_FOUND},
+        {"round.mid", HOST_ERR_NOT_FOUND},
+        {"missing.mid", HOST_ERR_NOT_FOUND},
+        {"missing/file.mid", HOST_ERR_NOT_FOUND},
+        {"file.mid/below.mid", HOST_ERR_NOT_FOUND},
+        {std::string(300, 'n') + ".mid", HOST_ERR_NOT_FOUND},
+    };
+    for (const std::vector<std::string>& places : {std::vector<std::string>{}, {"elsewhere"}}) {
+        kel_setsearchpath(places);
+        for (const auto& [name, code] : wanted) {
+            std::int16_t path = -1;
+            file_type type = 0;
+            EXPECT_EQ(locate(name.c_str(), &path, &type), code) << name << ", places: " << places.size();
+            EXPECT_EQ(path, code ? -1 : 0) << name;
+            EXPECT_EQ(type, code ? 0U : TYPE_MIDI) << name;
+        }
+    }
+    EXPECT_EQ(open_code("locked.mid"), HOST_ERR_PERMISSION);
+}
+
+TEST_F(files, ATypeThatWasKeptIsFoundWhateverTheName) {
+    ASSERT_EQ(save("take1", "x", TYPE_MIDI), HOST_OK);
+    if (::getxattr("take1", "user.brisolan.type", nullptr, 0) < 0)
+        GTEST_SKIP() << "no extended attributes on this file system";
+    put_file("long.mid", "x");
+    ASSERT_EQ(::setxattr("long.mid", "user.brisolan.type", "too long", 8, 0), 0);
+    for (const std::vector<std::string>& places : {std::vector<std::string>{}, {"elsewhere"}}) {
+        kel_setsearchpath(places);
+        std::int16_t path = -1;
+        file_type type = 0;
+        EXPECT_EQ(locate("take1", &path, &type), HOST_OK);
+        EXPECT_EQ(type, TYPE_MIDI);
+        EXPECT_EQ(locate("long.mid", &path, &type), HOST_OK);
+        EXPECT_EQ(type, TYPE_MIDI);
+    }
+}
+
+// What an earlier file left in the buffer is not the next one's.
+TEST_F(files, FilesThatAreOpenAtOnceKeepApart) {
+    put_file("a", "aaaa");
+    put_file("b", "bb");
+    for (int round = 0; round < 3; ++round) {
+        host_file* a = nullptr;
+        host_file* b = nullptr;
+        ASSERT_EQ(host_file_open("a", 0, &a), HOST_OK);
+        char into[8] = {};
+        std::int32_t count = 1;
+        EXPECT_EQ(host_file_read(a, &count, into), HOST_OK);
+        ASSERT_EQ(host_file_open("b", 0, &b), HOST_OK);
+        count = 8;
+        EXPECT_EQ(host_file_read(b, &count, into + 1), HOST_OK);
+        EXPECT_EQ(count, 2);
+        EXPECT_EQ(host_file_close(b), HOST_OK);
+        count = 8;
+        EXPECT_EQ(host_file_read(a, &count, into + 3), HOST_OK);
+        EXPECT_EQ(count, 3);
+        EXPECT_EQ(std::string(into, 6), "abbaaa");
+        EXPECT_EQ(host_file_close(a), HOST_OK);
+    }
+}
+
 TEST_F(files, AFolderHasOneIdentifier) {
     const std::int16_t a = kel_folder("somewhere");
     EXPECT_NE(a, 0);
