@@ -20,9 +20,8 @@ public:
         : leaves(std::bit_ceil(heads.size())), ranks(2 * leaves, NONE), rests(2 * leaves) {
         for (std::size_t i = 0; i < heads.size(); ++i) {
             const std::size_t leaf = leaves + heads.size() - 1 - i;
-            event* second = heads[i]->next;
             ranks[leaf] = rank_behind(heads[i], leaf);
-            rests[leaf] = {heads[i], second, rank_behind(second, ranks[leaf])};
+            rests[leaf] = chain_rest(heads[i], ranks[leaf]);
         }
         for (std::size_t n = leaves - 1; n > 0; --n) ranks[n] = std::min(ranks[2 * n], ranks[2 * n + 1]);
     }
@@ -64,20 +63,32 @@ private:
         return std::max(own, before);
     }
 
-    // What is left of one chain. The event behind the first is looked at one turn early, so that taking the first out
-    // need not wait for it to come from memory.
+    // What is left of one chain. The events behind the first are looked at before they are needed, so that taking the
+    // first out need not wait for them to come from memory.
     struct chain_rest {
         event* first;
-        event* second;
         std::uint64_t second_rank;
+        event* third = nullptr; // not behind the second: moved as one, the two would wait for their own writing
+        event* second;
+
+        chain_rest() = default;
+        chain_rest(event* head, std::uint64_t rank) : first(head), second(head->next) {
+            if (second) third = second->next;
+            second_rank = rank_behind(second, rank);
+        }
 
         void move_on() {
             first = second;
-            if (!first) return;
-            second = first->next;
-            // A track's events mostly lie one behind the other: what is to come can be fetched before it is known.
-            __builtin_prefetch(reinterpret_cast<const char*>(first) + AHEAD, 1);
+            second = third;
+            if (!second) {
+                second_rank = NONE;
+                return;
+            }
             second_rank = rank_behind(second, second_rank);
+            third = second->next;
+            // A track's events mostly lie one behind the other: what is to come can be fetched before it is known.
+            __builtin_prefetch(reinterpret_cast<const char*>(second) + AHEAD, 1);
+            __builtin_prefetch(third, 1);
         }
     };
 
