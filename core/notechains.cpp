@@ -125,7 +125,7 @@ void note_chains::put_before_equals(event* e) {
     }
 }
 
-bool note_chains::append_seldom(event* e, bool ordered) {
+bool note_chains::append(event* e, bool ordered) {
     const std::int32_t time = e->time;
     if (heads.empty()) {
         begin_chain(e);

@@ -30,15 +30,16 @@ public:
     // Whether times fall somewhere along the sequence-to-be: an unordered append went behind a later note.
     bool falls() const { return falling; }
 
-    // Takes a filled event of this time in, ordered or at the end. False, and the event stays the caller's, when it is to
-    // go to the end but the note before it is not there. [both]
-    bool append(event* e, std::int32_t time, bool ordered);
+    // Takes a filled event in, ordered or at the end. False, and the event stays the caller's, when it is to go to the
+    // end but the note before it is not there. [both]
+    bool append(event* e, bool ordered);
 
     // All notes as one list in the sequence's order; the chains are empty afterwards. [both]
     event* merge();
 
 private:
-    bool append_seldom(event* e, bool ordered);
+    friend class note_run;
+
     void begin_chain(event* e);
     void extend(event* e);
     void put_before_equals(event* e);
@@ -57,19 +58,48 @@ private:
     std::int32_t count = 0;
 };
 
-// Mostly a note comes later than all of its chain.
-inline bool note_chains::append(event* e, std::int32_t time, bool ordered) {
-    if (time <= key || !(ordered || last_is_at_end)) [[unlikely]]
-        return append_seldom(e, ordered);
-    before_equals = tail;
-    tail->next = e;
-    tail = last = e;
-    key = time;
-    last_is_at_end = !ordered || time > latest;
-    latest = std::max(latest, time);
-    ++count;
-    return true;
-}
+// Appends of one mode, for as long as each note comes later than all of its chain; what changes is told at the end of the
+// run, and nothing else is appended meanwhile.
+class note_run {
+public:
+    note_run(note_chains* owner, bool in_order)
+        : chains(owner), tail(owner->tail), key(owner->key), ordered(in_order) {
+        if (!ordered && !owner->last_is_at_end) key = std::numeric_limits<std::int32_t>::max();
+    }
+    note_run(const note_run&) = delete;
+    note_run& operator=(const note_run&) = delete;
+
+    // Whether a note of this time can be appended here. [both]
+    bool takes(std::int32_t time) const { return time > key; }
+
+    // Appends a filled event of a time that it takes. [both]
+    void append(event* e, std::int32_t time) {
+        tail->next = e;
+        before = tail;
+        tail = e;
+        key = time;
+        ++n;
+    }
+
+    // Once, at the end. [both]
+    void finish() const {
+        if (n == 0) return;
+        chains->before_equals = before;
+        chains->tail = chains->last = tail;
+        chains->key = key;
+        chains->last_is_at_end = !ordered || key > chains->latest;
+        chains->latest = std::max(chains->latest, key);
+        chains->count += n;
+    }
+
+private:
+    note_chains* chains;
+    event* tail;
+    event* before = nullptr;
+    std::int32_t key;
+    std::int32_t n = 0;
+    bool ordered;
+};
 
 // The notes that await their note-off while a file is read: the instance's held list with the rule of core/heldnotes.h,
 // which never keeps more than two, without a node for each note.

@@ -14,10 +14,12 @@ public:
     // Takes a chain over that nothing else names. Only while there is none here. [both]
     void keep(event* head) { first = head; }
 
+    bool empty() const { return !first; }
+
     // An event with these values, not in any list: one of those kept, else a new one; null when the host's memory limit
     // is reached. [both]
     event* fill(const std::array<std::int32_t, NPARAMS>& values) {
-        if (!first) return brisolan_newevent(values);
+        if (empty()) return brisolan_newevent(values);
         void* block = first;
         first = first->next;
         return brisolan_fillevent(block, values);

@@ -197,12 +197,12 @@ step_result read_meta(midi_import& m) {
     return type == META_END_OF_TRACK ? step_result::end_of_track : step_result::more;
 }
 
-[[gnu::always_inline]] inline void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int vel) {
+void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int vel) {
     const std::int32_t time = abstime < 0 ? 0 : abstime;
     event* e = m.spare.fill({time, pitch, vel, PROVISIONAL_DUR, (status & 0x0F) + 1, m.tracknum, 0, 0});
     if (!e) return; // the host's limit: the note is lost, the rest goes on
     const bool ordered = m.tracknum > 1 && !m.notes.empty();
-    if (m.notes.append(e, time, ordered)) {
+    if (m.notes.append(e, ordered)) {
         m.lasttime = time;
     } else {
         // Behind the last track number that there is, tracks count as first ones again.
@@ -213,7 +213,7 @@ step_result read_meta(midi_import& m) {
     m.held.hold(m.notes.last_appended());
 }
 
-[[gnu::always_inline]] inline void note_off(midi_import& m, std::int32_t abstime, int pitch) {
+void note_off(midi_import& m, std::int32_t abstime, int pitch) {
     event* e = m.held.unhold(pitch, m.tracknum);
     if (!e) return;
     const std::int32_t dur = wrapped(std::int64_t{abstime} - e->time);
@@ -256,7 +256,9 @@ step_result read_event(midi_import& m, byte_cursor& in) {
 }
 
 // Nearly every event of a file is a note-on or a note-off. Reads those that lie whole in the buffer, one after the other,
-// as read_event would, with what changes from one to the next in registers; stops in front of any other.
+// as read_event would; stops in front of any other, and in front of a note that needs more than to be filled in and put
+// behind the one before it, which is again read_event's. So nothing is called from inside, and what changes from one to
+// the next stays in registers.
 void read_plain_notes(midi_import& m, byte_cursor& in) {
     if (in.end - in.next < LONGEST_PLAIN_EVENT) return;
     const bool halved = m.option != 0;
@@ -271,6 +273,8 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
     const double per_second = m.ticks_per_sec;
     const double ms_per_tick = 1000.0 / per_second;
     std::uint32_t ticks = 0; // since here
+    const std::int32_t track = m.tracknum;
+    note_run run(&m.notes, track > 1);
     while (next <= last) {
         // One byte of delta or two: it changes from note to note, and no branch is to guess it.
         const std::uint32_t first = next[0];
@@ -282,31 +286,39 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
         int new_status = status;
         if (is_status(*data)) new_status = *data++;
         if (new_status >= 0xA0 || new_status < 0x80) break;
-        status = new_status;
-        next = data + 2;
-        if (halved) {
-            time += delta / 2;
-        } else {
+        std::uint32_t now = time + delta / 2;
+        double left = carry;
+        if (!halved) {
             // The time is foretold from the ticks so far, so that it need not wait for the rounding of the one before.
             // The carry only confirms it; where it does not, it is what counts.
-            ticks += delta;
-            auto now = static_cast<std::uint32_t>(static_cast<std::int64_t>(start + ticks * ms_per_tick));
+            now = static_cast<std::uint32_t>(static_cast<std::int64_t>(start + (ticks + delta) * ms_per_tick));
             const double f = carry + delta * 1000.0 / per_second;
-            carry = f - static_cast<std::int32_t>(now - time);
-            if (std::bit_cast<std::uint64_t>(carry) >= std::bit_cast<std::uint64_t>(1.0)) [[unlikely]] {
+            left = f - static_cast<std::int32_t>(now - time);
+            if (std::bit_cast<std::uint64_t>(left) >= std::bit_cast<std::uint64_t>(1.0)) [[unlikely]] {
                 const auto step = static_cast<std::int32_t>(f);
-                carry = f - step;
+                left = f - step;
                 now = time + static_cast<std::uint32_t>(step);
             }
-            time = now;
         }
-        const int pitch = next[-2];
-        const int vel = next[-1];
-        if (status >= NOTE_ON && vel != 0)
-            note_on(m, static_cast<std::int32_t>(time), status, pitch, vel);
-        else
-            note_off(m, static_cast<std::int32_t>(time), pitch);
+        const auto abstime = static_cast<std::int32_t>(now);
+        const int pitch = data[0];
+        const int vel = data[1];
+        if (new_status >= NOTE_ON && vel != 0) {
+            if (!run.takes(abstime) || m.spare.empty()) break;
+            event* e = m.spare.fill({abstime, pitch, vel, PROVISIONAL_DUR, (new_status & 0x0F) + 1, track, 0, 0});
+            run.append(e, abstime);
+            m.held.hold(e);
+            m.lasttime = abstime;
+        } else {
+            note_off(m, abstime, pitch);
+        }
+        ticks += delta;
+        time = now;
+        carry = left;
+        status = new_status;
+        next = data + 2;
     }
+    run.finish();
     in.next += next - in.next;
     m.abstime = static_cast<std::int32_t>(time);
     m.carry = carry;

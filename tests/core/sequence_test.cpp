@@ -289,7 +289,7 @@ TEST_F(sequence, what_was_recorded_while_a_file_was_read_stays_among_its_notes) 
     append(100, 2, false);
     note_chains read;
     for (const auto& [time, id] : {std::pair{50, 3}, {100, 4}, {150, 5}, {300, 6}})
-        ASSERT_TRUE(read.append(make(time, id), time, false));
+        ASSERT_TRUE(read.append(make(time, id), false));
     brisolan_adopt(x, &read);
     EXPECT_EQ(shown(), "50:3 100:4 100:1 150:5 200:2 300:6 ");
     EXPECT_EQ(x->nevents, 6);
