@@ -16,6 +16,13 @@ public:
 
     bool empty() const { return !first; }
 
+    // Takes a new one from the host; false when the host's memory limit is reached. Only while there is none here. [both]
+    bool get_one() {
+        void* block = host_getbytes(sizeof(event));
+        if (block) first = new (block) event;
+        return block != nullptr;
+    }
+
     // An event with these values, not in any list: one of those kept, else a new one; null when the host's memory limit
     // is reached. [both]
     event* fill(const std::array<std::int32_t, NPARAMS>& values) {

@@ -213,7 +213,7 @@ void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int ve
     m.held.hold(m.notes.last_appended());
 }
 
-void note_off(midi_import& m, std::int32_t abstime, int pitch) {
+[[gnu::always_inline]] inline void note_off(midi_import& m, std::int32_t abstime, int pitch) {
     event* e = m.held.unhold(pitch, m.tracknum);
     if (!e) return;
     const std::int32_t dur = wrapped(std::int64_t{abstime} - e->time);
@@ -259,7 +259,7 @@ step_result read_event(midi_import& m, byte_cursor& in) {
 // as read_event would; stops in front of any other, and in front of a note that needs more than to be filled in and put
 // behind the one before it, which is again read_event's. So nothing is called from inside, and what changes from one to
 // the next stays in registers.
-void read_plain_notes(midi_import& m, byte_cursor& in) {
+template <bool fresh> void read_plain_notes(midi_import& m, byte_cursor& in) {
     if (in.end - in.next < LONGEST_PLAIN_EVENT) return;
     const bool halved = m.option != 0;
     // Else times could run backwards or be too long for their integers.
@@ -272,7 +272,7 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
     const double start = m.abstime + carry;
     const double per_second = m.ticks_per_sec;
     const double ms_per_tick = 1000.0 / per_second;
-    std::uint32_t ticks = 0; // since here
+    std::int32_t ticks = 0; // since here
     const std::int32_t track = m.tracknum;
     note_run run(&m.notes, track > 1);
     while (next <= last) {
@@ -281,12 +281,12 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
         const std::uint32_t second = next[1];
         if (first & second & 0x80) break;
         const std::uint32_t two = first >> 7;
-        const std::uint32_t delta = first + ((0U - two) & (first * 127 + second - 0x4000));
+        const auto delta = static_cast<std::int32_t>(first + ((0U - two) & (first * 127 + second - 0x4000)));
         const unsigned char* data = next + two + 1;
         int new_status = status;
         if (is_status(*data)) new_status = *data++;
         if (new_status >= 0xA0 || new_status < 0x80) break;
-        std::uint32_t now = time + delta / 2;
+        std::uint32_t now = time + static_cast<std::uint32_t>(delta) / 2;
         double left = carry;
         if (!halved) {
             // The time is foretold from the ticks so far, so that it need not wait for the rounding of the one before.
@@ -304,7 +304,8 @@ void read_plain_notes(midi_import& m, byte_cursor& in) {
         const int pitch = data[0];
         const int vel = data[1];
         if (new_status >= NOTE_ON && vel != 0) {
-            if (!run.takes(abstime) || m.spare.empty()) break;
+            if (!run.takes(abstime)) break;
+            if (m.spare.empty() && !(fresh && m.spare.get_one())) break;
             event* e = m.spare.fill({abstime, pitch, vel, PROVISIONAL_DUR, (new_status & 0x0F) + 1, track, 0, 0});
             run.append(e, abstime);
             m.held.hold(e);
@@ -329,7 +330,8 @@ step_result read_track(midi_import& m) {
     byte_cursor in;
     step_result r = step_result::more;
     while (r == step_result::more) {
-        read_plain_notes(m, in);
+        if (!m.spare.empty()) read_plain_notes<false>(m, in);
+        if (m.spare.empty()) read_plain_notes<true>(m, in);
         r = read_event(m, in);
     }
     in.give_back();
