@@ -48,8 +48,9 @@ private:
     // The chain begun last.
     event* tail = nullptr;
     event* before_equals =
-        nullptr;          // in front of the first event with the tail's key; null when that is the head
-    std::int32_t key = std::numeric_limits<std::int32_t>::max(); // of the tail; no time is later while there is none
+        nullptr; // in front of the first event with the tail's key; null when that is the head
+    std::int32_t key =
+        std::numeric_limits<std::int32_t>::max(); // of the tail; no time is later while there is none
     // The sequence-to-be.
     event* last = nullptr;
     bool last_is_at_end = false;

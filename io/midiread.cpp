@@ -213,6 +213,7 @@ void note_on(midi_import& m, std::int32_t abstime, int status, int pitch, int ve
     m.held.hold(m.notes.last_appended());
 }
 
+// One of its two callers is a loop that must not call anything.
 [[gnu::always_inline]] inline void note_off(midi_import& m, std::int32_t abstime, int pitch) {
     event* e = m.held.unhold(pitch, m.tracknum);
     if (!e) return;
@@ -255,24 +256,67 @@ step_result read_event(midi_import& m, byte_cursor& in) {
     return r;
 }
 
-// Nearly every event of a file is a note-on or a note-off. Reads those that lie whole in the buffer, one after the other,
-// as read_event would; stops in front of any other, and in front of a note that needs more than to be filled in and put
-// behind the one before it, which is again read_event's. So nothing is called from inside, and what changes from one to
-// the next stays in registers.
-template <bool fresh> void read_plain_notes(midi_import& m, byte_cursor& in) {
-    if (in.end - in.next < LONGEST_PLAIN_EVENT) return;
-    const bool halved = m.option != 0;
+// The time along a row of plain notes, as convert counts it. It is foretold from the ticks so far, so that it need not wait
+// for the rounding of the one before; what that leaves over only confirms it, and where it does not, is what counts.
+class plain_clock {
+public:
+    explicit plain_clock(const midi_import& m)
+        : time(static_cast<std::uint32_t>(m.abstime)), carry(m.carry), halved(m.option != 0),
+          start(m.abstime + m.carry), per_second(m.ticks_per_sec), ms_per_tick(1000.0 / m.ticks_per_sec) {}
+
     // Else times could run backwards or be too long for their integers.
-    if (!halved && (m.ticks_per_sec < 1 || m.carry >= 1.0)) return;
+    bool serves() const { return halved || (per_second >= 1.0 && carry < 1.0); }
+
+    // Goes to the event that comes `delta` ticks after the one before; `delta` has at most two bytes.
+    void go(std::int32_t delta) {
+        carry_before = carry;
+        time_before = time;
+        ticks += delta;
+        if (halved) {
+            time += static_cast<std::uint32_t>(delta) / 2;
+            return;
+        }
+        time = static_cast<std::uint32_t>(static_cast<std::int64_t>(start + ticks * ms_per_tick));
+        const double f = carry + delta * 1000.0 / per_second;
+        carry = f - static_cast<std::int32_t>(time - time_before);
+        // Not from 0 to below 1, looked at as bits.
+        if (std::bit_cast<std::uint64_t>(carry) >= std::bit_cast<std::uint64_t>(1.0)) [[unlikely]] {
+            const auto step = static_cast<std::int32_t>(f);
+            carry = f - step;
+            time = time_before + static_cast<std::uint32_t>(step);
+        }
+    }
+
+    // Takes the last step back. No other may follow.
+    void go_back() {
+        carry = carry_before;
+        time = time_before;
+    }
+
+    std::int32_t abstime() const { return static_cast<std::int32_t>(time); }
+    double left_over() const { return carry; }
+
+private:
+    std::uint32_t time; // milliseconds
+    std::uint32_t time_before = 0;
+    double carry;
+    double carry_before = 0.0;
+    std::int32_t ticks = 0;
+    const bool halved;
+    const double start, per_second, ms_per_tick;
+};
+
+// Nearly every event of a file is a note-on or a note-off. Reads those that lie whole in the buffer, one after the other,
+// as read_event would; stops in front of any other, and of a note that does not simply go behind the one before it. What
+// changes from one to the next stays in registers, which only works while nothing is called: so there is one loop for as
+// long as events are left of the sequence before, and one that gets fresh ones.
+template <bool fresh> void read_plain_notes(midi_import& m, byte_cursor& in) {
+    plain_clock clock(m);
+    if (in.end - in.next < LONGEST_PLAIN_EVENT || !clock.serves()) return;
     const unsigned char* next = in.next;
-    const unsigned char* const last = in.end - LONGEST_PLAIN_EVENT; // where one may begin that lies whole in front
+    const unsigned char* const last =
+        in.end - LONGEST_PLAIN_EVENT; // the last place where one is sure to lie whole
     int status = m.running_status;
-    auto time = static_cast<std::uint32_t>(m.abstime);
-    double carry = m.carry;
-    const double start = m.abstime + carry;
-    const double per_second = m.ticks_per_sec;
-    const double ms_per_tick = 1000.0 / per_second;
-    std::int32_t ticks = 0; // since here
     const std::int32_t track = m.tracknum;
     note_run run(&m.notes, track > 1);
     while (next <= last) {
@@ -281,48 +325,34 @@ template <bool fresh> void read_plain_notes(midi_import& m, byte_cursor& in) {
         const std::uint32_t second = next[1];
         if (first & second & 0x80) break;
         const std::uint32_t two = first >> 7;
-        const auto delta = static_cast<std::int32_t>(first + ((0U - two) & (first * 127 + second - 0x4000)));
+        const std::uint32_t delta = first + ((0U - two) & (first * 127 + second - 0x4000));
         const unsigned char* data = next + two + 1;
-        int new_status = status;
-        if (is_status(*data)) new_status = *data++;
+        const int new_status = is_status(*data) ? *data++ : status;
         if (new_status >= 0xA0 || new_status < 0x80) break;
-        std::uint32_t now = time + static_cast<std::uint32_t>(delta) / 2;
-        double left = carry;
-        if (!halved) {
-            // The time is foretold from the ticks so far, so that it need not wait for the rounding of the one before.
-            // The carry only confirms it; where it does not, it is what counts.
-            now = static_cast<std::uint32_t>(static_cast<std::int64_t>(start + (ticks + delta) * ms_per_tick));
-            const double f = carry + delta * 1000.0 / per_second;
-            left = f - static_cast<std::int32_t>(now - time);
-            if (std::bit_cast<std::uint64_t>(left) >= std::bit_cast<std::uint64_t>(1.0)) [[unlikely]] {
-                const auto step = static_cast<std::int32_t>(f);
-                left = f - step;
-                now = time + static_cast<std::uint32_t>(step);
-            }
-        }
-        const auto abstime = static_cast<std::int32_t>(now);
+        clock.go(static_cast<std::int32_t>(delta));
+        const std::int32_t time = clock.abstime();
         const int pitch = data[0];
         const int vel = data[1];
         if (new_status >= NOTE_ON && vel != 0) {
-            if (!run.takes(abstime)) break;
-            if (m.spare.empty() && !(fresh && m.spare.get_one())) break;
-            event* e = m.spare.fill({abstime, pitch, vel, PROVISIONAL_DUR, (new_status & 0x0F) + 1, track, 0, 0});
-            run.append(e, abstime);
+            if (!run.takes(time) || (m.spare.empty() && !(fresh && m.spare.get_one()))) {
+                clock.go_back();
+                break;
+            }
+            event* e =
+                m.spare.fill({time, pitch, vel, PROVISIONAL_DUR, (new_status & 0x0F) + 1, track, 0, 0});
+            run.append(e, time);
             m.held.hold(e);
-            m.lasttime = abstime;
+            m.lasttime = time;
         } else {
-            note_off(m, abstime, pitch);
+            note_off(m, time, pitch);
         }
-        ticks += delta;
-        time = now;
-        carry = left;
         status = new_status;
         next = data + 2;
     }
     run.finish();
     in.next += next - in.next;
-    m.abstime = static_cast<std::int32_t>(time);
-    m.carry = carry;
+    m.abstime = clock.abstime();
+    m.carry = clock.left_over();
     m.running_status = status;
 }
 

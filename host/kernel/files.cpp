@@ -252,7 +252,8 @@ void sync_folder_of(const std::string& file) {
 // give it back, takes as long as a call of the system.
 class file_buffer {
 public:
-    file_buffer() : bytes(kept ? std::move(kept) : std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE)) {}
+    file_buffer()
+        : bytes(kept ? std::move(kept) : std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE)) {}
     ~file_buffer() { kept = std::move(bytes); }
     file_buffer(const file_buffer&) = delete;
     file_buffer& operator=(const file_buffer&) = delete;
