@@ -135,22 +135,25 @@ bool is_whole(const brisolan* x, const view_index& ix) {
 }
 
 // The drawings become the places, in the list's order. Where it is not theirs, `ranks` tells of each entry the drawing's
-// number and `drawn` the other way about.
-void put_in_list_order(const brisolan* x, view_index& ix) {
+// number and `drawn` the other way about. False when the scheduler has taken events away this moment.
+bool put_in_list_order(const brisolan* x, view_index& ix) {
     if (ix.in_order) {
         ix.entries.swap(ix.drawings);
-        return;
+        return true;
     }
     ix.entries.clear();
     ix.ranks.clear();
     ix.drawn.resize(ix.drawings.size());
     for (event* e : brisolan_each(x)) {
+        const placed_event* d = brisolan_drawingof(ix, e, e->place);
+        if (!d) continue; // it was recorded this moment
         const std::uint32_t rank = e->place - 1;
-        ix.entries.push(ix.drawings[rank]);
+        ix.entries.push(*d);
         ix.ranks.push(rank);
         ix.drawn[rank] = brisolan_lastentry(ix);
         e->place = brisolan_lastentry(ix) + 1;
     }
+    return ix.entries.size() == ix.drawings.size();
 }
 
 // Entries from `first` to before `behind` are a run of drawings, too: those of the same numbers, in whatever order.
@@ -183,9 +186,12 @@ void find_touched_in_run(view_index& ix, std::size_t first, std::size_t behind) 
 // Every event was erased and drawn. Those that were touched later are drawn in the list's order over all that was erased
 // and drawn, as everywhere. From the last to the first one walk finds both who was touched and what stays in sight.
 void settle_whole(brisolan* x, view_index& ix) {
+    if (!put_in_list_order(x, ix)) {
+        settle_log(x, ix, settling::all);
+        return;
+    }
     const event_clip clip(x);
-    brisolan_beginplaces(x, ix);
-    put_in_list_order(x, ix);
+    brisolan_clearplaces(ix); // what they hold for was told when the first was gathered
     ix.touches.begin(ix.frame);
     ix.pass.begin(ix.frame);
     ix.wanted.clear(); // those of which anything may stay in sight, the last drawn first

@@ -97,6 +97,10 @@ void brisolan_beginplaces(const brisolan* x, view_index& ix) {
     ix.relinked = x->relinked;
     ix.reshaped = x->reshaped;
     ix.nevents = x->nevents;
+    brisolan_clearplaces(ix);
+}
+
+void brisolan_clearplaces(view_index& ix) {
     ix.bands.clear();
     ix.loose.clear();
     ix.dirty.clear();

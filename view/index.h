@@ -123,8 +123,9 @@ bool brisolan_isplaced(const brisolan* x, const view_index& ix);
 std::int64_t brisolan_entryof(const view_index& ix, const event* e);
 // The drawing that waits for an event whose `place` this is; null when there is none. [main]
 placed_event* brisolan_drawingof(view_index& ix, const event* e, std::uint32_t place);
-// The memory is placed by what follows, for the list as it is now. [main]
+// The memory is placed by what follows: for the list as it is now; for the list that it was placed for last. [main]
 void brisolan_beginplaces(const brisolan* x, view_index& ix);
+void brisolan_clearplaces(view_index& ix);
 // Places every event in sight anew and calls each(e, look, place) for those, `look` being in its entry, which is the last
 // one, and `place` the event's old one. [main]
 template <class Each> void brisolan_placeall(brisolan* x, view_index& ix, Each each);

@@ -345,6 +345,31 @@ TEST_F(view_events, erasing_marks_what_it_touched_and_redraws_it) {
     EXPECT_EQ(now(), before) << difference(now(), before);
 }
 
+// What the scheduler does to the list while it is walked over shows before the counters tell of it.
+TEST_F(view_events, a_list_that_loses_an_event_while_all_are_drawn_is_drawn_all_the_same) {
+    std::vector<event*> all;
+    for (int i = 0; i < 40; ++i) all.push_back(add(i * 100, 30 + i));
+    open();
+    SetPort(x->window->port);
+    {
+        event_pen pen(x, 40);
+        for (auto e = all.rbegin(); e != all.rend(); ++e) {
+            (*e)->selected = std::uint8_t{1};
+            pen.again(*e);
+        }
+    }
+    event* const lost = all[1];
+    all[0]->next = static_cast<event*>(lost->next);
+    SetPort(nullptr);
+    kel_run_queue();
+    all[0]->next = lost;
+    for (const event* e : all) {
+        if (e == lost) continue;
+        EXPECT_EQ(e->needsdraw, 0) << e->time;
+    }
+    EXPECT_EQ(now(), full()) << difference(now(), full());
+}
+
 TEST_F(view_events, labels_reach_six_pixels_to_either_side) {
     event* erased = add(1000, 60, 64, 1000); // y 200: rows 198 to 202
     event* above = add(1000, 63, 64, 1000);  // y 194 + 6 > 198
