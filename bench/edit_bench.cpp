@@ -241,14 +241,22 @@ void paste_all(benchmark::State& state, std::int64_t n, sight how) {
           side{[&] { on.e.edit([&] { brisolan_paste(x); }); }, [&] { on.e.edit([&] { brisolan_clr(x); }); }});
 }
 
-// Without drawing, beside a loop that reads the text, too: no paste can do less.
+// Beside a loop that reads the text, and with drawing a full update as well: no paste can do less.
 void paste_all_beside_reading(benchmark::State& state, std::int64_t n, sight how) {
     stage on(n, how);
     brisolan* x = on.e.x;
     on.e.edit([&] { brisolan_copy(x); });
     bare_reading bare(x);
+    const side floor{[&] {
+                         bare.read();
+                         if (how == sight::all) on.e.update();
+                     },
+                     [&] {
+                         bare.free_all();
+                         if (how == sight::all) on.select_again();
+                     }};
     bench::in_turns(
-        state, static_cast<double>(n), on.target(), side{[&] { bare.read(); }, [&] { bare.free_all(); }},
+        state, static_cast<double>(n), on.target(), floor,
         side{[&] { on.e.edit([&] { brisolan_paste(x); }); }, [&] { on.e.edit([&] { brisolan_clr(x); }); }});
 }
 
@@ -323,7 +331,8 @@ template <class Run> void add(const std::string& name, std::int64_t n, Run run) 
         add("legend_drag", n,
             [](benchmark::State& state, std::int64_t m) { legend_drag(state, m, sight::all); });
         add("copy_all", n, copy_all);
-        for (const shown& s : {shown{"_off_screen", sight::off_screen}, shown{"_hidden", sight::hidden}}) {
+        for (const shown& s : {shown{"", sight::all}, shown{"_off_screen", sight::off_screen},
+                               shown{"_hidden", sight::hidden}}) {
             add(std::string("paste_all_beside_reading") + s.name, n,
                 [s](benchmark::State& state, std::int64_t m) { paste_all_beside_reading(state, m, s.how); });
         }
