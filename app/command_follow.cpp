@@ -12,7 +12,6 @@
 #include "app/performance.h"
 #include "app/play_patch.h"
 #include "app/source.h"
-#include "core/locked.h"
 #include "host/boxes/midi_device.h"
 
 namespace {
@@ -142,7 +141,7 @@ int run_performance(const follow_options& o) {
 
 // Whether the score has been played to its end and every note of it has ended.
 bool following_is_over(const brisolan* score) {
-    const locked_out now;
+    const host_locked_out now;
     return !score->current && !score->held && kel_next_due() < 0;
 }
 

@@ -64,9 +64,10 @@ void end(host_patcher* p) {
     for (host_object* x : kel_patcher_objects(p)) {
         if (std::strcmp(kel_class_name(x->cls), "makenote") == 0) kel_send(x, host_symbol("stop"), {});
     }
-    const bool before = host_lockout_set(true);
-    midi_silence();
-    host_lockout_set(before);
+    {
+        const host_locked_out now;
+        midi_silence();
+    }
     kel_run_queue();
     kel_patcher_free(p);
 }

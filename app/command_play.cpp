@@ -48,9 +48,8 @@ int status_of(const live_session& session) {
 
 // Whatever the patch did: no note is left sounding.
 void end_notes() {
-    const bool before = host_lockout_set(true);
+    const host_locked_out now;
     midi_silence();
-    host_lockout_set(before);
 }
 
 // Plays until the last note has ended or a signal came; then whatever still sounds is ended.

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "app/live.h"
-#include "core/locked.h"
 #include "host/desktop/synth.h"
 #include "host/kernel/kernel.h"
 
@@ -66,7 +65,7 @@ void note_outputs::poll() {
 }
 
 void note_outputs::silence() {
-    const locked_out now;
+    const host_locked_out now;
     for (const std::unique_ptr<midi_sender>& s : senders) s->silence();
 }
 

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/patch_files.h"
-#include "core/locked.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/objects.h"
 #include "host/kernel/patchfile.h"
@@ -91,7 +90,7 @@ bool edit_patch::play(std::int64_t from) {
     event* const first = first_from(from);
     if (!first) return false;
     resting_at = from;
-    const locked_out now;
+    const host_locked_out now;
     tell_box("go", {atom(host_symbol("bang"))});
     if (from > 0) {
         x->current = first;
@@ -106,7 +105,7 @@ bool edit_patch::step() {
     if (!going_on) stop();
     event* const first = going_on ? static_cast<event*>(x->current) : first_from(from);
     if (!first) return false;
-    const locked_out now;
+    const host_locked_out now;
     tell_box("step", {atom(host_symbol("bang"))});
     if (!going_on) start_at(first, from);
     stepping = true;
@@ -124,7 +123,7 @@ void edit_patch::record() {
 
 void edit_patch::follow(std::int32_t n) {
     stop();
-    const locked_out now;
+    const host_locked_out now;
     tell_box("follow", {atom(host_symbol("bang"))});
     if (n > 0) kel_send(x, host_symbol("follow"), std::vector<atom>{atom(n)});
 }
@@ -147,7 +146,7 @@ int edit_patch::mode() const {
 }
 
 std::int64_t edit_patch::position() const {
-    const locked_out now;
+    const host_locked_out now;
     if (stepping || x->mode == MODE_IDLE) return resting_at;
     if (x->mode == MODE_RECORD) return (kel_now() - recorded_from) / NS_PER_MS;
     if (x->mode == MODE_FOLLOW) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <tuple>
 
-#include "core/locked.h"
 #include "host/boxes/midi_device.h"
 #include "host/kernel/kernel.h"
 #include "host/kernel/objects.h"
@@ -126,7 +125,7 @@ live_performance::live_performance(brisolan* score)
       ring(ROOM) {}
 
 live_performance::~live_performance() {
-    const locked_out now;
+    const host_locked_out now;
     watch.reset();
 }
 
@@ -159,6 +158,6 @@ std::vector<follow_output> live_performance::taken() {
 }
 
 follow_summary live_performance::summary() const {
-    const locked_out now;
+    const host_locked_out now;
     return counts;
 }

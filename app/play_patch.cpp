@@ -7,7 +7,6 @@
 
 #include "app/patch_files.h"
 #include "app/session.h"
-#include "core/locked.h"
 #include "host/boxes/boxes.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/patchfile.h"
@@ -42,7 +41,7 @@ bool start_playing(brisolan* score, std::int32_t from, double speed) {
     if (!first) return false;
     tell("tempo", "speed", {atom(static_cast<float>(speed))});
     // Started whole, and put where it shall begin before the first wait is over.
-    const locked_out now;
+    const host_locked_out now;
     tell("go", "bang");
     if (from <= 0) return true;
     score->current = first;
@@ -51,7 +50,7 @@ bool start_playing(brisolan* score, std::int32_t from, double speed) {
 }
 
 bool playing_is_over(const brisolan* score) {
-    const locked_out now; // between two callbacks: one that runs may set the next clock
+    const host_locked_out now; // between two callbacks: one that runs may set the next clock
     return score->mode == MODE_IDLE && kel_next_due() < 0;
 }
 

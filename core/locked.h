@@ -4,17 +4,7 @@
 
 #include "core/instance.h"
 
-// The scheduler's callbacks kept off for the scope's life, as they were before at its end.
-class locked_out {
-public:
-    locked_out() : before(host_lockout_set(true)) {}
-    ~locked_out() { host_lockout_set(before); }
-    locked_out(const locked_out&) = delete;
-    locked_out& operator=(const locked_out&) = delete;
-
-private:
-    bool before;
-};
+using locked_out = host_locked_out; // the rooms' shorter name
 
 // The lockout and then a critical region, the instance's or (null) the host's global one. Given back in the order in
 // which they were taken: a waiting callback finds the region still closed for a moment, never the other way about.

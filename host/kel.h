@@ -440,6 +440,19 @@ void host_defer_low(T* x, symbol* selector, std::int32_t argc, const atom* argv)
 // it on at main level waits out the scheduler callback that runs and keeps the next ones off. Nests. [both]
 bool host_lockout_set(bool on);
 
+// The lockout on for the scope's life, and at its end as it was before: no callback of the scheduler comes in between.
+// [both]
+class host_locked_out {
+public:
+    host_locked_out() : before(host_lockout_set(true)) {}
+    ~host_locked_out() { host_lockout_set(before); }
+    host_locked_out(const host_locked_out&) = delete;
+    host_locked_out& operator=(const host_locked_out&) = delete;
+
+private:
+    bool before;
+};
+
 // A critical region: one thread at a time inside; the same thread may enter again. Null stands for the host's global
 // region. Entering may wait: take the lockout first, always in that order. [both]
 host_critical* host_critical_new();

@@ -104,9 +104,8 @@ static void send(host_object* x, const char* name, std::vector<atom> atoms = {})
         for (std::size_t i = atoms.size(); i < h.words.size(); ++i)
             atoms.push_back(h.words[i] == ARG_DEFSYM ? atom(host_symbol("")) : atom(0));
     }
-    const bool before = host_lockout_set(true);
+    const host_locked_out now;
     h.deliver(x, host_symbol(name), count, atoms.data());
-    host_lockout_set(before);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -18,9 +18,8 @@ void loadbang_bang(loadbang* x) {
 
 // The host loads at main level: nothing of the scheduler's may come in between.
 void loadbang_loaded(loadbang* x) {
-    const bool before = host_lockout_set(true);
+    const host_locked_out now;
     loadbang_bang(x);
-    host_lockout_set(before);
 }
 
 loadbang* loadbang_new() {

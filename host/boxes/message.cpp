@@ -67,9 +67,8 @@ void message_float(message* x, float value) {
 
 // A person's click comes at main level: nothing of the scheduler's may come in between.
 int message_click(message* x, Point, int) {
-    const bool before = host_lockout_set(true);
+    const host_locked_out now;
     message_bang(x);
-    host_lockout_set(before);
     return 1;
 }
 

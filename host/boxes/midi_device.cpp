@@ -22,17 +22,6 @@ std::bitset<128>& keys_of(int port, int channel) {
     return sounding[static_cast<std::size_t>((port - 1) * 16 + channel - 1)];
 }
 
-class locked_out {
-public:
-    locked_out() : before(host_lockout_set(true)) {}
-    ~locked_out() { host_lockout_set(before); }
-    locked_out(const locked_out&) = delete;
-    locked_out& operator=(const locked_out&) = delete;
-
-private:
-    bool before;
-};
-
 bool in_range(int port, int channel, int pitch, int velocity) {
     return port >= 1 && port <= MIDI_PORTS && channel >= 1 && channel <= 16 && pitch >= 0 && pitch <= 127 &&
            velocity >= 0 && velocity <= 127;
@@ -41,7 +30,7 @@ bool in_range(int port, int channel, int pitch, int velocity) {
 } // namespace
 
 bool midi_device_add(const midi_device* device) {
-    const locked_out now;
+    const host_locked_out now;
     const auto free = std::find(devices.begin(), devices.end(), nullptr);
     if (free == devices.end()) return false;
     *free = device;
@@ -49,7 +38,7 @@ bool midi_device_add(const midi_device* device) {
 }
 
 void midi_device_remove(const midi_device* device) {
-    const locked_out now;
+    const host_locked_out now;
     std::replace(devices.begin(), devices.end(), device, static_cast<const midi_device*>(nullptr));
 }
 
@@ -84,14 +73,14 @@ void midi_arrived(void*, std::int32_t place, std::int32_t key) {
 }
 
 void midi_ports_enter(notein* x) {
-    const locked_out now;
+    const host_locked_out now;
     notein** last = &first_notein;
     while (*last) last = &(*last)->next;
     *last = x;
 }
 
 void midi_ports_leave(notein* x) {
-    const locked_out now;
+    const host_locked_out now;
     notein** at = &first_notein;
     while (*at && *at != x) at = &(*at)->next;
     if (*at) *at = x->next;

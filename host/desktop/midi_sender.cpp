@@ -42,9 +42,10 @@ midi_sender::midi_sender(std::unique_ptr<midi_wire> wire) : to(std::move(wire)) 
 midi_sender::~midi_sender() {
     midi_device_remove(&device);
     make_room();
-    const bool before = host_lockout_set(true);
-    silence();
-    host_lockout_set(before);
+    {
+        const host_locked_out now;
+        silence();
+    }
     ending = true;
     sem_post(&waiting);
     thread.join();

@@ -238,14 +238,13 @@ void host_atombuf_eval(const host_atombuf* b) {
     line_reader lines(b);
     std::span<const atom> line = lines.next();
     while (!line.empty()) {
-        const bool before = host_lockout_set(true);
+        const host_locked_out now;
         for (int i = 0; i < LINES_AT_A_TIME && !line.empty(); ++i, line = lines.next()) {
             if (line[0].type == A_SYM)
                 kel_message(line[0].s, line.subspan(1));
             else
                 host_error("host: a line that begins with a number has no receiver");
         }
-        host_lockout_set(before);
     }
 }
 

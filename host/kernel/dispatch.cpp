@@ -37,7 +37,7 @@ thread_local nesting t_nesting;
 // One delivery. Messages that the main level sends for a person, and those of the scheduler, never overlap.
 class delivery {
 public:
-    delivery() : before(host_lockout_set(true)) {
+    delivery() {
         nesting& n = t_nesting;
         const bool deep = ++n.depth > MAX_NESTING;
         if (n.unwinding || (!deep && ++n.set_off <= max_set_off.load(std::memory_order_relaxed))) return;
@@ -46,7 +46,6 @@ public:
     }
     ~delivery() {
         if (--t_nesting.depth == 0) t_nesting = {};
-        host_lockout_set(before);
     }
     delivery(const delivery&) = delete;
     delivery& operator=(const delivery&) = delete;
@@ -54,7 +53,7 @@ public:
     bool allowed() const { return !t_nesting.unwinding; }
 
 private:
-    bool before;
+    host_locked_out now;
 };
 
 std::int32_t truncated(float f) {

@@ -20,15 +20,6 @@ std::set<host_object*>& alive() {
     return all;
 }
 
-class locked_out_here {
-public:
-    locked_out_here() : before(host_lockout_set(true)) {}
-    ~locked_out_here() { host_lockout_set(before); }
-
-private:
-    bool before;
-};
-
 void free_outlets(host_object* x) {
     while (host_outlet* o = x->outlets) {
         x->outlets = o->right;
@@ -68,7 +59,7 @@ void host_object_free(host_object* x) {
     if (!x) return;
     host_expect_main("host_object_free");
     {
-        const locked_out_here now;
+        const host_locked_out now;
         cut_cords_to(x);
         for (host_outlet* o = x->outlets; o; o = o->right) {
             o->cords.clear();
@@ -145,7 +136,7 @@ bool kel_has_inlet(const host_object* x, int inlet) {
 bool kel_connect(host_object* from, int outlet, host_object* to, int inlet) {
     host_outlet* o = kel_outlet(from, outlet);
     if (!o || inlet < 0 || inlet > MAX_INLET) return false;
-    const locked_out_here now;
+    const host_locked_out now;
     const bool there = std::any_of(o->cords.begin(), o->cords.end(),
                                    [&](const kel_cord& c) { return c.to == to && c.inlet == inlet; });
     if (!there) o->cords.push_back({to, inlet});
@@ -155,7 +146,7 @@ bool kel_connect(host_object* from, int outlet, host_object* to, int inlet) {
 bool kel_disconnect(host_object* from, int outlet, host_object* to, int inlet) {
     host_outlet* o = kel_outlet(from, outlet);
     if (!o) return false;
-    const locked_out_here now;
+    const host_locked_out now;
     return std::erase_if(o->cords, [&](const kel_cord& c) { return c.to == to && c.inlet == inlet; }) > 0;
 }
 
@@ -168,7 +159,7 @@ std::span<const kel_cord> kel_cords(const host_object* from, int outlet) {
 void kel_watch_outlet(host_object* x, int outlet, kel_watch watch, void* context) {
     host_outlet* o = kel_outlet(x, outlet);
     if (!o) return;
-    const locked_out_here now;
+    const host_locked_out now;
     o->watch_context = context;
     o->watch_number = outlet;
     o->watch = watch;

@@ -348,12 +348,11 @@ void host_clock_unset(host_clock* c) {
 void host_clock_free(host_clock* c) {
     if (!c) return;
     host_expect_main("host_clock_free");
-    const bool before = host_lockout_set(true);
+    const host_locked_out now;
     host_clock_unset(c);
     {
         std::lock_guard in(state().guard);
         --state().nclocks;
     }
     delete c;
-    host_lockout_set(before);
 }

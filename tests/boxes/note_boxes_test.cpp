@@ -56,15 +56,16 @@ TEST_F(notein_test, a_box_listens_to_its_port_and_channel_only) {
 
 TEST_F(notein_test, what_is_no_note_is_dropped) {
     load("#N notein; #N print pitch; #P cord 0 0 1 0;");
-    const bool before = host_lockout_set(true);
-    midi_receive(1, 0, 60, 64);
-    midi_receive(1, 17, 60, 64);
-    midi_receive(1, 1, 128, 64);
-    midi_receive(1, 1, -1, 64);
-    midi_receive(1, 1, 60, 128);
-    midi_receive(1, 1, 60, -1);
-    midi_receive(0, 1, 60, 64);
-    host_lockout_set(before);
+    {
+        const host_locked_out now;
+        midi_receive(1, 0, 60, 64);
+        midi_receive(1, 17, 60, 64);
+        midi_receive(1, 1, 128, 64);
+        midi_receive(1, 1, -1, 64);
+        midi_receive(1, 1, 60, 128);
+        midi_receive(1, 1, 60, -1);
+        midi_receive(0, 1, 60, 64);
+    }
     EXPECT_EQ(taken(), texts{});
 }
 

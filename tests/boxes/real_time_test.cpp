@@ -14,7 +14,6 @@
 #include "app/play_patch.h"
 #include "app/recording.h"
 #include "app/session.h"
-#include "core/locked.h"
 #include "core/sequence.h"
 #include "host/boxes/boxes.h"
 #include "host/boxes/midi_device.h"
@@ -78,7 +77,7 @@ public:
     real_time_patch& operator=(const real_time_patch&) = delete;
 
     void fill() {
-        const locked_out now;
+        const host_locked_out now;
         event* chain = nullptr;
         for (int i = NOTES; i-- > 0;) {
             event* e = brisolan_newevent();

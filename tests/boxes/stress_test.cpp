@@ -17,7 +17,6 @@
 #include "app/live.h"
 #include "app/session.h"
 #include "core/check.h"
-#include "core/locked.h"
 #include "host/boxes/boxes.h"
 #include "host/boxes/midi_device.h"
 #include "host/kernel/dispatch.h"
@@ -85,7 +84,7 @@ public:
 
     // Between two callbacks of the scheduler, everything that always holds does.
     void check() const {
-        const locked_out now;
+        const host_locked_out now;
         for (const brisolan* x : scores) brisolan_checkinvariants(x);
     }
 

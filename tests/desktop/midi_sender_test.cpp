@@ -59,14 +59,12 @@ protected:
         EXPECT_TRUE(headless_end());
     }
     void play(int channel, int pitch, int velocity) {
-        const bool before = host_lockout_set(true);
+        const host_locked_out now;
         midi_send(1, channel, pitch, velocity);
-        host_lockout_set(before);
     }
     void silence() {
-        const bool before = host_lockout_set(true);
+        const host_locked_out now;
         sender->silence();
-        host_lockout_set(before);
     }
     // Everything that went down the wire until its sender has ended.
     std::vector<message> end() {

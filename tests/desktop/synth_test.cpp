@@ -154,9 +154,8 @@ protected:
         in_a_folder::TearDown();
     }
     void play(int channel, int pitch, int velocity) {
-        const bool before = host_lockout_set(true);
+        const host_locked_out now;
         midi_send(1, channel, pitch, velocity);
-        host_lockout_set(before);
     }
     // Two notes of half a second, at 500 and at 2000 ms.
     std::string two_notes(const std::string& name) {

@@ -152,10 +152,11 @@ TEST_F(dispatch, carries_values_down_every_cord_in_order_of_connecting) {
     ASSERT_TRUE(kel_connect(x, 0, a, 0));
     ASSERT_TRUE(kel_connect(x, 0, a, 0)); // there already
     EXPECT_FALSE(kel_connect(x, 2, a, 0));
-    const bool before = host_lockout_set(true);
-    host_outlet_int(x->left, 9);
-    host_outlet_int(x->right, 8);
-    host_lockout_set(before);
+    {
+        const host_locked_out now;
+        host_outlet_int(x->left, 9);
+        host_outlet_int(x->right, 8);
+    }
     EXPECT_EQ(heard, (lines_of{"in1 9", "int 9"}));
     host_object_free(a);
     EXPECT_TRUE(kel_cords(x, 0).empty());

@@ -187,11 +187,14 @@ void beat_due(beat* b) {
 TEST_F(real_time, fires_at_exact_multiples_of_its_own_time) {
     beat b;
     b.clock = host_clock_new<beat_due>(&b);
-    const bool before = host_lockout_set(true); // no callback until both are known
-    const kel_time start = kel_now();
-    host_clock_delay(b.clock, 5);
-    const kel_time set = kel_now();
-    host_lockout_set(before);
+    kel_time start = 0;
+    kel_time set = 0;
+    {
+        const host_locked_out now; // no callback until both are known
+        start = kel_now();
+        host_clock_delay(b.clock, 5);
+        set = kel_now();
+    }
     while (b.count < 20) std::this_thread::sleep_for(1ms);
     EXPECT_GE(b.last, start + 20 * 5 * NS_PER_MS);
     EXPECT_LE(b.last, set + 20 * 5 * NS_PER_MS);
@@ -202,11 +205,12 @@ TEST_F(real_time, keeps_callbacks_off_while_the_lockout_is_on) {
     beat b;
     b.clock = host_clock_new<beat_due>(&b);
     host_clock_delay(b.clock, 1);
-    const bool before = host_lockout_set(true);
-    const int seen = b.count;
-    std::this_thread::sleep_for(50ms);
-    EXPECT_EQ(b.count, seen);
-    host_lockout_set(before);
+    {
+        const host_locked_out now;
+        const int seen = b.count;
+        std::this_thread::sleep_for(50ms);
+        EXPECT_EQ(b.count, seen);
+    }
     while (b.count < 20) std::this_thread::sleep_for(1ms);
     host_clock_free(b.clock);
 }
