@@ -7,9 +7,8 @@
 #include "app/session.h"
 #include "fuzz/support/drive.h"
 #include "host/boxes/boxes.h"
-#include "host/kernel/atombuf.h"
 #include "host/kernel/patchfile.h"
-#include "host/kernel/textform.h"
+#include "tests/support/atombuf_text.h"
 
 namespace {
 
@@ -25,15 +24,7 @@ std::string run(std::string_view text, bool must_parse) {
     kel_run_queue();
     wait_a_little(MOMENT_MS, CLOCKS);
     check_scores(p);
-    host_atombuf* const lines = host_atombuf_new();
-    kel_patch_save(p, lines);
-    std::string saved;
-    kel_atombuf_lines(lines, [&saved](std::span<const atom> line) {
-        kel_format_atoms(line, &saved);
-        saved += ";\n";
-        return true;
-    });
-    host_atombuf_free(lines);
+    const std::string saved = text_of(p);
     kel_patcher_free(p);
     kel_run_queue();
     return saved;

@@ -5,10 +5,9 @@
 #include <utility>
 
 #include "host/boxes/boxes.h"
-#include "host/kernel/atombuf.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/patchfile.h"
-#include "host/kernel/textform.h"
+#include "tests/support/atombuf_text.h"
 
 void boxes_test::SetUp() {
     host_test::SetUp();
@@ -32,16 +31,7 @@ bool boxes_test::load(const std::string& text) {
 }
 
 std::string boxes_test::saved() {
-    host_atombuf* patch = host_atombuf_new();
-    kel_patch_save(patcher, patch);
-    std::string text;
-    kel_atombuf_lines(patch, [&text](std::span<const atom> line) {
-        kel_format_atoms(line, &text);
-        text += ";\n";
-        return true;
-    });
-    host_atombuf_free(patch);
-    return text;
+    return text_of(patcher);
 }
 
 host_object* boxes_test::box(int place) {
@@ -49,14 +39,7 @@ host_object* boxes_test::box(int place) {
 }
 
 void boxes_test::send(int place, const std::string& message) {
-    std::string error;
-    std::vector<atom> atoms;
-    for (const script_word& w : script_split(message, error)) {
-        const std::optional<atom> a = script_atom(w, error);
-        ASSERT_TRUE(a) << error;
-        atoms.push_back(*a);
-    }
-    kel_message(box(place), atoms);
+    kel_message(box(place), atoms_of(message));
     kel_run_queue();
 }
 

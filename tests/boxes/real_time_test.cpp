@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -112,20 +113,12 @@ public:
 // The longest that a thread which does nothing but sleep was kept from going on: what the machine itself does.
 class stalls_of_the_machine {
 public:
-    stalls_of_the_machine() = default;
-    ~stalls_of_the_machine() {
-        over = true;
-        sleeper.join();
-    }
-    stalls_of_the_machine(const stalls_of_the_machine&) = delete;
-    stalls_of_the_machine& operator=(const stalls_of_the_machine&) = delete;
-
     kel_time longest() const { return worst; }
 
 private:
-    void sleep_and_look() {
+    void sleep_and_look(const std::stop_token& over) {
         constexpr std::chrono::milliseconds NAP{2};
-        for (kel_time before = ear::clock(); !over;) {
+        for (kel_time before = ear::clock(); !over.stop_requested();) {
             std::this_thread::sleep_for(NAP);
             const kel_time now = ear::clock();
             worst = std::max<kel_time>(worst, now - before);
@@ -133,9 +126,8 @@ private:
         }
     }
 
-    std::atomic<bool> over{false};
     std::atomic<kel_time> worst{0};
-    std::thread sleeper{[this] { sleep_and_look(); }};
+    std::jthread sleeper{[this](const std::stop_token& over) { sleep_and_look(over); }};
 };
 
 // Notes wait for nothing that the main level does: most of the piece falls into its sleep. They may be late by a twentieth of

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <random>
+#include <stop_token>
 #include <thread>
 
 #include <unistd.h>
@@ -147,12 +148,6 @@ private:
 class memory_watch {
 public:
     memory_watch() = default;
-    ~memory_watch() {
-        over = true;
-        watcher.join();
-    }
-    memory_watch(const memory_watch&) = delete;
-    memory_watch& operator=(const memory_watch&) = delete;
 
 private:
     static std::int64_t resident() {
@@ -162,18 +157,17 @@ private:
         in >> all >> pages;
         return pages * sysconf(_SC_PAGESIZE);
     }
-    void watch() const {
+    static void watch(const std::stop_token& over) {
         constexpr std::int64_t MOST = std::int64_t{3} << 30;
         constexpr std::chrono::milliseconds EVERY{100};
-        for (; !over; std::this_thread::sleep_for(EVERY)) {
+        for (; !over.stop_requested(); std::this_thread::sleep_for(EVERY)) {
             if (resident() < MOST) continue;
             std::fprintf(stderr, "the stress takes more than 3 GB\n");
             std::abort();
         }
     }
 
-    std::atomic<bool> over{false};
-    std::thread watcher{[this] { watch(); }};
+    std::jthread watcher{watch};
 };
 
 TEST(RealTimeStress, EverythingAtOnceKeepsWhatAlwaysHolds) {

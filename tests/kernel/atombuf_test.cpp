@@ -4,7 +4,7 @@
 
 #include "host/kernel/dispatch.h"
 #include "host/kernel/files.h"
-#include "host/kernel/textform.h"
+#include "tests/support/atombuf_text.h"
 #include "tests/support/host_test.h"
 #include "tests/support/scratch_folder.h"
 
@@ -20,16 +20,6 @@ protected:
         kel_file_fault(0);
         host_atombuf_free(b);
         host_test::TearDown();
-    }
-
-    static std::string text_of(const host_atombuf* lines) {
-        std::string text;
-        kel_atombuf_lines(lines, [&text](std::span<const atom> line) {
-            kel_format_atoms(line, &text);
-            text += ";\n";
-            return true;
-        });
-        return text;
     }
 
     void fill() {

@@ -20,6 +20,18 @@ std::vector<std::string> host_test::taken() {
     return std::exchange(lines, {});
 }
 
+std::vector<atom> host_test::atoms_of(const std::string& message) {
+    std::string error;
+    std::vector<atom> atoms;
+    for (const script_word& w : script_split(message, error)) {
+        const std::optional<atom> a = script_atom(w, error);
+        if (!a) break;
+        atoms.push_back(*a);
+    }
+    EXPECT_EQ(error, "") << message;
+    return atoms;
+}
+
 void object_test::SetUp() {
     host_test::SetUp();
     load_brisolan();
@@ -35,15 +47,7 @@ void object_test::TearDown() {
 }
 
 void object_test::send(const std::string& message) {
-    std::string error;
-    std::vector<atom> atoms;
-    for (const script_word& w : script_split(message, error)) {
-        const std::optional<atom> a = script_atom(w, error);
-        ASSERT_TRUE(a) << error;
-        atoms.push_back(*a);
-    }
-    ASSERT_EQ(error, "");
-    kel_message(x, atoms);
+    kel_message(x, atoms_of(message));
     kel_run_queue();
 }
 

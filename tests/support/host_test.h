@@ -20,6 +20,9 @@ protected:
     // The lines printed since the last call.
     std::vector<std::string> taken();
 
+    // A message written as in a script; one that is none fails the test.
+    static std::vector<atom> atoms_of(const std::string& message);
+
     headless machine;
     std::vector<std::string> lines;
 };
