@@ -7,8 +7,6 @@
 #include <cstdlib>
 #include <vector>
 
-#include "core/locked.h"
-
 namespace {
 
 // Every event that something beside the list names, by address.
@@ -71,7 +69,7 @@ const char* broken_roles(const brisolan* x) {
 } // namespace
 
 const char* brisolan_brokeninvariant(const brisolan* x) {
-    const locked_out now;
+    const host_locked_out now;
     if (const char* broken = broken_list(x)) return broken;
     if (const char* broken = broken_heldnotes(x)) return broken;
     return broken_roles(x);

@@ -4,8 +4,6 @@
 
 #include "core/instance.h"
 
-using locked_out = host_locked_out; // the rooms' shorter name
-
 // The lockout and then a critical region, the instance's or (null) the host's global one. Given back in the order in
 // which they were taken: a waiting callback finds the region still closed for a moment, never the other way about.
 class relinking {

@@ -70,7 +70,7 @@ void brisolan_unmute(brisolan* x, std::int32_t index, std::int32_t value) {
 }
 
 void brisolan_unmuteall(brisolan* x) {
-    locked_out now;
+    host_locked_out now;
     while (mute_entry* m = x->mutes) {
         x->mutes = m->next;
         host_freebytes(m, sizeof *m);

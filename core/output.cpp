@@ -4,7 +4,6 @@
 
 #include "core/class.h"
 #include "core/heldnotes.h"
-#include "core/locked.h"
 #include "core/sequence.h"
 
 bool brisolan_mutethis(const brisolan* x, const event* e) {
@@ -31,7 +30,7 @@ void brisolan_sendevt(brisolan* x, const event* e, int on) {
 }
 
 void brisolan_stop(brisolan* x) {
-    locked_out now;
+    host_locked_out now;
     x->mode = MODE_IDLE;
     brisolan_clearparamset(x);
     brisolan_holdnothing(x);

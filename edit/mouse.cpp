@@ -4,7 +4,6 @@
 
 #include <array>
 
-#include "core/locked.h"
 #include "core/sequence.h"
 #include "edit/drag.h"
 #include "edit/params.h"
@@ -57,7 +56,7 @@ void place_at(brisolan* x, event* e, Point where) {
 
 // The scheduler may have cleared the sequence since the event was linked.
 void hold_drawn(brisolan* x, event* e) {
-    const locked_out now;
+    const host_locked_out now;
     x->drawn = e->alive == 1 ? e : nullptr;
 }
 

@@ -6,7 +6,6 @@
 #include <bit>
 #include <cstring>
 
-#include "core/locked.h"
 #include "core/messages.h"
 #include "core/notechains.h"
 #include "core/output.h"
@@ -387,7 +386,7 @@ step_result read_chunks(midi_import& m) {
 
 void read_notes(midi_import& m) {
     {
-        locked_out now;
+        host_locked_out now;
         m.spare.keep(brisolan_clearkeeping(m.x));
         m.x->restoring = std::uint8_t{1}; // the stop inside has lowered it
     }
@@ -425,6 +424,6 @@ void brisolan_importmidi(brisolan* x, const char* name, std::int32_t import_opti
         read_notes(m);
     }
     t_close();
-    locked_out now;
+    host_locked_out now;
     brisolan_stop(x);
 }

@@ -7,7 +7,6 @@
 #include <memory>
 #include <vector>
 
-#include "core/locked.h"
 #include "core/output.h"
 #include "core/sequence.h"
 #include "io/bufferedfile.h"
@@ -290,7 +289,7 @@ void write_length() {
 }
 
 void stop_locked_out(brisolan* x) {
-    locked_out now;
+    host_locked_out now;
     brisolan_stop(x);
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "core/locked.h"
 #include "core/sequence.h"
 #include "view/events.h"
 #include "view/geometry.h"
@@ -30,7 +29,7 @@ void deselect(event_pen* pen, event* e) {
 // this call while the event does not.
 void brisolan_setfirstsel(brisolan* x, event* e) {
     {
-        const locked_out now;
+        const host_locked_out now;
         x->firstsel = e && e->alive == 1 ? e : nullptr;
     }
     x->redraw.redraw_values = std::uint8_t{1};

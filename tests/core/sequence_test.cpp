@@ -8,7 +8,6 @@
 
 #include "core/check.h"
 #include "core/heldnotes.h"
-#include "core/locked.h"
 #include "core/messages.h"
 #include "core/notechains.h"
 #include "host/kernel/memory.h"
@@ -248,7 +247,7 @@ TEST_F(sequence, a_delete_moves_the_cursor_to_the_first_event_behind_that_stays)
 TEST_F(sequence, a_delete_takes_held_and_pending_nodes_of_its_events_along) {
     for (std::int32_t i = 1; i <= 4; ++i) append(10, i, false);
     {
-        const locked_out now;
+        const host_locked_out now;
         brisolan_hold(x, brisolan_eventat(x, 0));
         brisolan_hold(x, brisolan_eventat(x, 1));
         x->follow_pending = brisolan_newnode(brisolan_eventat(x, 2), x->follow_pending);

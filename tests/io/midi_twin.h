@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 
-#include "core/locked.h"
 #include "core/messages.h"
 #include "core/output.h"
 #include "core/sequence.h"
@@ -18,7 +17,7 @@ public:
         : x(instance), data(std::move(file)), option(import_option) {}
 
     void run() {
-        locked_out now;
+        host_locked_out now;
         x->restoring = std::uint8_t{1};
         if (header()) {
             brisolan_clear(x);
