@@ -60,17 +60,10 @@ int run_convert(const convert_options& o) {
         std::fprintf(stderr, "%s\n", why.c_str());
         return EXIT_FAILED;
     }
-    if (!to_pipe) {
-        const std::string why =
-            write_from(session.machine.print, x, {o.out, type, o.time_base == "timecode", o.format});
-        return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
-    }
-    std::string why;
-    const spooled_output spool(ending(type), why);
-    if (why.empty())
-        why = write_from(session.machine.print, x, {spool.path(), type, o.time_base == "timecode", o.format});
-    if (why.empty()) why = spool.copy_out();
-    return why.empty() ? EXIT_DONE : complain("standard output: " + why, EXIT_FAILED);
+    const std::string why = write_out(o.out, ending(type), [&](const std::string& file) {
+        return write_from(session.machine.print, x, {file, type, o.time_base == "timecode", o.format});
+    });
+    return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include "app/devices.h"
 #include "app/live.h"
 #include "app/note_view.h"
+#include "app/pipes.h"
 #include "app/play_patch.h"
 #include "app/source.h"
 #include "host/boxes/midi_device.h"
@@ -76,6 +77,16 @@ int render_through(const live_session& session, const brisolan* score, synth_ren
     return why.empty() ? EXIT_DONE : fail("brisolan: " + why);
 }
 
+// The same from its beginning, where the asked sound font is to be had.
+int render_into(const live_session& session, brisolan* score, const play_options& o,
+                const std::string& file) {
+    std::string why;
+    const std::unique_ptr<synth_render> render = synth_render_open(o.output.soundfont, file, why);
+    if (!render) return fail("brisolan: " + why);
+    start_playing(score, o.from, o.speed);
+    return render_through(session, score, *render);
+}
+
 // Opens what the notes are to go to. Asked for nothing, tries the synth, and goes on without it.
 std::string open_outputs(note_outputs& outputs, const play_options& o) {
     if (o.output.any()) return outputs.open(o.output);
@@ -117,15 +128,18 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
 }
 
 int render_score(live_session& session, brisolan* score, const play_options& o) {
-    if (!o.force && access(o.wav.c_str(), F_OK) == 0)
+    const bool to_pipe = o.wav == "-";
+    if (!to_pipe && !o.force && access(o.wav.c_str(), F_OK) == 0)
         return fail("brisolan: " + o.wav + ": exists; --force replaces it");
     if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
-    std::string why;
     session.catch_signals();
-    const std::unique_ptr<synth_render> render = synth_render_open(o.output.soundfont, o.wav, why);
-    if (!render) return fail("brisolan: " + why);
-    start_playing(score, o.from, o.speed);
-    return render_through(session, score, *render);
+    if (!to_pipe) return render_into(session, score, o, o.wav);
+    std::string why;
+    spooled_output spool("out.wav", why);
+    if (!why.empty()) return fail("brisolan: standard output: " + why);
+    if (const int status = render_into(session, score, o, spool.path()); status != EXIT_DONE) return status;
+    why = spool.copy_out();
+    return why.empty() ? EXIT_DONE : fail("brisolan: standard output: " + why);
 }
 
 // What is no number is not beyond a range's ends either.
@@ -163,8 +177,8 @@ void add_play_command(CLI::App& program, int& status) {
     c->add_option("--import-option", o->import_option,
                   "MIDI times: 0 by the file's tempo, other numbers half the ticks as milliseconds");
     add_output_options(c, o->output);
-    CLI::Option* const wav =
-        c->add_option("--wav", o->wav, "Render the sound to this WAV file, faster than real time");
+    CLI::Option* const wav = c->add_option(
+        "--wav", o->wav, "Render the sound to this WAV file, faster than real time; - for standard output");
     for (const char* other : {"--port", "--virtual", "--synth"}) wav->excludes(other);
     c->add_flag("--force", o->force, "Replace a file that exists")->needs(wav);
     c->callback([o, &status] { status = run_play(*o); });

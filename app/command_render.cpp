@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/pipes.h"
 #include "app/png.h"
 #include "app/source.h"
 #include "host/kernel/windows.h"
@@ -156,8 +157,11 @@ int run_render(const render_options& o) {
     x->relayout = 1;
     kel_run_queue();
     kel_window_update(x->window);
-    const std::string why = write_png(x->window->port, o.out, o.scale);
-    return why.empty() ? EXIT_DONE : complain(o.out + ": " + why, EXIT_FAILED);
+    const std::string why = write_out(o.out, "out.png", [&](const std::string& file) {
+        const std::string failed = write_png(x->window->port, file, o.scale);
+        return failed.empty() ? "" : file + ": " + failed;
+    });
+    return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
 }
 
 } // namespace

@@ -27,6 +27,12 @@ const char* ending_of(std::string_view start) {
     return start.find('\0') == std::string_view::npos && !start.starts_with("kelb") ? ".kel" : ".kelb";
 }
 
+// Why there is no temporary file.
+std::string no_temporary() {
+    const int why = errno;
+    return "nothing can be kept in " + temporary_folder() + ": " + std::strerror(why);
+}
+
 // Everything of `from` into `to`; false when reading or writing failed.
 bool copy_all(FILE* from, FILE* to) {
     std::array<char, PIECE> piece;
@@ -46,7 +52,7 @@ spooled_input::spooled_input(std::string& error) {
     const int fd = mkstemps(name.data(), static_cast<int>(std::strlen(ending)));
     FILE* to = fd < 0 ? nullptr : fdopen(fd, "wb");
     if (!to) {
-        error = std::strerror(errno);
+        error = no_temporary();
         return;
     }
     file = name;
@@ -62,7 +68,7 @@ spooled_input::~spooled_input() {
 spooled_output::spooled_output(const std::string& name, std::string& error) {
     std::string made = temporary_folder() + "/brisolan-XXXXXX";
     if (!mkdtemp(made.data())) {
-        error = std::strerror(errno);
+        error = no_temporary();
         return;
     }
     folder = made;
@@ -70,16 +76,33 @@ spooled_output::spooled_output(const std::string& name, std::string& error) {
 }
 
 spooled_output::~spooled_output() {
+    clear();
+}
+
+void spooled_output::clear() {
     if (folder.empty()) return;
     unlink(file.c_str());
     rmdir(folder.c_str());
+    folder.clear();
 }
 
-std::string spooled_output::copy_out() const {
+std::string spooled_output::copy_out() {
     FILE* from = std::fopen(file.c_str(), "rb");
     if (!from) return std::strerror(errno);
+    // A reader who goes ends this program in the midst of the copying.
+    clear();
     const bool whole = copy_all(from, stdout);
     const int why = errno;
     std::fclose(from);
     return whole ? "" : std::strerror(why);
+}
+
+std::string write_out(const std::string& out, const std::string& name,
+                      const std::function<std::string(const std::string&)>& write) {
+    if (out != "-") return write(out);
+    std::string why;
+    spooled_output spool(name, why);
+    if (why.empty()) why = write(spool.path());
+    if (why.empty()) why = spool.copy_out();
+    return why.empty() ? "" : "standard output: " + why;
 }

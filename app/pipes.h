@@ -2,6 +2,7 @@
 // Layer: program.
 #pragma once
 
+#include <functional>
 #include <string>
 
 // Standard input to its end, in a temporary file whose name's ending tells the kind that its first bytes show. The file
@@ -28,10 +29,17 @@ public:
     spooled_output& operator=(const spooled_output&) = delete;
     const std::string& path() const { return file; }
 
-    // Copies the file to standard output; an empty string, or why it could not.
-    std::string copy_out() const;
+    // Copies the file, which goes at once, to standard output; an empty string, or why it could not. Once.
+    std::string copy_out();
 
 private:
+    void clear();
+
     std::string folder;
     std::string file;
 };
+
+// Has `write` write the file `out`; where that is "-", a temporary one called `name`, which is then copied to standard
+// output. An empty string, or why it could not be: in the words of `write`, behind "standard output: " for "-".
+std::string write_out(const std::string& out, const std::string& name,
+                      const std::function<std::string(const std::string&)>& write);

@@ -2,17 +2,17 @@
 // Layer: program.
 #include "app/png.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
+#include <functional>
 #include <vector>
 
 #include <png.h>
 
+#include "host/kernel/newfile.h"
 #include "host/toolbox/toolbox_host.h"
 
 namespace {
+
+constexpr file_type TYPE_PNG = host_type("PNGf");
 
 // One row as three bytes a pixel, each pixel `scale` times.
 void fill_row(const std::uint32_t* pixels, int width, int scale, std::vector<png_byte>& row) {
@@ -27,15 +27,25 @@ void fill_row(const std::uint32_t* pixels, int width, int scale, std::vector<png
     }
 }
 
-// libpng reports errors by a jump; nothing with a destructor lives in here.
-bool encode(FILE* to, GrafPtr port, int scale, std::vector<png_byte>& row) {
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+// What is written is kept by whom it is written to, with what goes wrong; libpng has nothing to say.
+void write_bytes(png_structp png, png_bytep bytes, png_size_t size) {
+    static_cast<new_file*>(png_get_io_ptr(png))->write(bytes, size);
+}
+void write_no_more(png_structp) {}
+[[noreturn]] void give_up(png_structp png, png_const_charp) {
+    png_longjmp(png, 1);
+}
+void overhear(png_structp, png_const_charp) {}
+
+// libpng reports errors, of which only a lack of memory is left, by a jump; nothing with a destructor lives in here.
+bool encode(new_file& to, GrafPtr port, int scale, std::vector<png_byte>& row) {
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, give_up, overhear);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (!info || setjmp(png_jmpbuf(png))) {
         png_destroy_write_struct(&png, &info);
         return false;
     }
-    png_init_io(png, to);
+    png_set_write_fn(png, &to, write_bytes, write_no_more);
     const int width = toolbox_port_width(port);
     const int height = toolbox_port_height(port);
     png_set_IHDR(png, info, static_cast<png_uint_32>(width * scale), static_cast<png_uint_32>(height * scale),
@@ -56,13 +66,7 @@ bool encode(FILE* to, GrafPtr port, int scale, std::vector<png_byte>& row) {
 
 std::string write_png(GrafPtr port, const std::string& file, int scale) {
     std::vector<png_byte> row(static_cast<std::size_t>(toolbox_port_width(port) * scale) * 3);
-    if (file == "-")
-        return encode(stdout, port, scale, row) && std::fflush(stdout) == 0 ? "" : std::strerror(errno);
-    FILE* to = std::fopen(file.c_str(), "wb");
-    if (!to) return std::strerror(errno);
-    const bool encoded = encode(to, port, scale, row);
-    const int why = errno;
-    if (std::fclose(to) == 0 && encoded) return "";
-    std::remove(file.c_str());
-    return std::strerror(encoded ? errno : why);
+    new_file to;
+    if (std::string why = to.open(file, TYPE_PNG); !why.empty()) return why;
+    return encode(to, port, scale, row) ? to.finish() : "no memory";
 }

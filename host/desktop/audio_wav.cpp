@@ -4,12 +4,8 @@
 
 #include <array>
 #include <bit>
-#include <cerrno>
 #include <cstring>
 #include <vector>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -17,6 +13,7 @@ constexpr std::size_t HEADER_SIZE = 44;
 constexpr std::uint64_t MOST_BYTES = 0xFFFFFFFFU - (HEADER_SIZE - 8); // the form counts bytes in 32 bits
 constexpr int BYTES_A_FRAME = AUDIO_CHANNELS * 2;
 constexpr std::uint16_t INTEGER_SAMPLES = 1; // the form's number for them
+constexpr file_type TYPE_WAV = host_type("WAVE");
 
 using header = std::array<unsigned char, HEADER_SIZE>;
 
@@ -49,46 +46,24 @@ header make_header(std::uint64_t bytes) {
     return h;
 }
 
-// The rights that a new file gets.
-mode_t usual_rights() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
-}
-
 } // namespace
 
-wav_file::~wav_file() {
-    if (out) std::fclose(out);
-    if (!beside.empty()) unlink(beside.c_str());
-}
-
-std::string wav_file::failed(int code) const {
-    return target + ": " + std::strerror(code);
+std::string wav_file::named(const std::string& why) const {
+    return why.empty() ? "" : target + ": " + why;
 }
 
 std::string wav_file::open(const std::string& file) {
     target = file;
-    struct stat about {};
-    if (stat(file.c_str(), &about) == 0 && !S_ISREG(about.st_mode))
-        return S_ISDIR(about.st_mode) ? failed(EISDIR) : target + ": not a regular file";
-    std::string name = file + ".XXXXXX";
-    const int fd = mkstemp(name.data());
-    if (fd < 0) return failed(errno);
-    beside = name;
-    fchmod(fd, usual_rights());
-    out = fdopen(fd, "wb");
+    std::string why = out.open(file, TYPE_WAV);
+    if (!why.empty()) return named(why);
     const header none = make_header(0);
-    if (std::fwrite(none.data(), 1, none.size(), out) != none.size()) error = errno;
+    out.write(none.data(), none.size());
     return "";
 }
 
 void wav_file::write(std::span<const std::int16_t> samples) {
-    if (error) return;
-    if (bytes + samples.size_bytes() > MOST_BYTES) {
-        error = EFBIG;
-        return;
-    }
+    too_long = too_long || bytes + samples.size_bytes() > MOST_BYTES;
+    if (too_long) return;
     bytes += samples.size_bytes();
     std::vector<unsigned char> data(samples.size_bytes());
     for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -96,19 +71,13 @@ void wav_file::write(std::span<const std::int16_t> samples) {
         data[2 * i] = static_cast<unsigned char>(s);
         data[2 * i + 1] = static_cast<unsigned char>(s >> 8);
     }
-    if (std::fwrite(data.data(), 1, data.size(), out) != data.size()) error = errno;
+    out.write(data.data(), data.size());
 }
 
 std::string wav_file::finish() {
+    if (too_long) return named("the sound is longer than a WAV file can be");
     const header whole = make_header(bytes);
-    if (!error && (std::fseek(out, 0, SEEK_SET) != 0 ||
-                   std::fwrite(whole.data(), 1, whole.size(), out) != whole.size() || std::fflush(out) != 0 ||
-                   fsync(fileno(out)) != 0))
-        error = errno;
-    if (std::fclose(out) != 0 && !error) error = errno;
-    out = nullptr;
-    if (!error && std::rename(beside.c_str(), target.c_str()) != 0) error = errno;
-    if (error) return failed(error);
-    beside.clear();
-    return "";
+    out.rewind();
+    out.write(whole.data(), whole.size());
+    return named(out.finish());
 }

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <span>
 #include <string>
+
+#include "host/kernel/newfile.h"
 
 constexpr int AUDIO_RATE = 44100; // frames a second
 constexpr int AUDIO_CHANNELS = 2;
@@ -13,11 +14,6 @@ constexpr int AUDIO_CHANNELS = 2;
 // The file grows beside its target, which finish() replaces; without that it goes with the record.
 class wav_file {
 public:
-    wav_file() = default;
-    ~wav_file();
-    wav_file(const wav_file&) = delete;
-    wav_file& operator=(const wav_file&) = delete;
-
     // Empty, or in one line why the file cannot be written. [main]
     std::string open(const std::string& file);
 
@@ -28,11 +24,10 @@ public:
     std::string finish();
 
 private:
-    std::string failed(int code) const;
+    std::string named(const std::string& why) const;
 
+    new_file out;
     std::string target;
-    std::string beside; // empty: nothing lies there
-    std::FILE* out = nullptr;
     std::uint64_t bytes = 0; // of samples
-    int error = 0;           // the first one, as errno
+    bool too_long = false;   // more came than the form can count
 };

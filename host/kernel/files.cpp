@@ -315,13 +315,17 @@ host_err settle(host_file* f) {
     return HOST_OK;
 }
 
-host_err close_written(host_file* f, host_err failure) {
+// Puts it in place, or takes away what was written when it failed before or does now.
+host_err end_written(host_file* f, host_err failure) {
     if (!failure) failure = settle(f);
     (void)::close(f->fd);
-    if (failure) {
-        (void)::unlink(f->temporary.c_str());
-        host_error("%s was not saved: %s", f->name.c_str(), kel_filereason(failure));
-    }
+    if (failure) (void)::unlink(f->temporary.c_str());
+    return failure;
+}
+
+host_err close_written(host_file* f, host_err failure) {
+    failure = end_written(f, failure);
+    if (failure) host_error("%s was not saved: %s", f->name.c_str(), kel_filereason(failure));
     return failure;
 }
 
@@ -586,6 +590,16 @@ host_err host_file_close(host_file* f) {
     if (f->writing) return close_written(f, failure);
     (void)::close(f->fd);
     return failure;
+}
+
+host_err kel_file_finish(host_file* f) {
+    const std::unique_ptr<host_file> owned(f);
+    return end_written(f, injected());
+}
+
+void kel_file_discard(host_file* f) {
+    const std::unique_ptr<host_file> owned(f);
+    (void)end_written(f, HOST_CANCELLED);
 }
 
 std::int16_t host_default_path() {

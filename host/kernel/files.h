@@ -44,6 +44,13 @@ void kel_files_protect(bool on);
 // Allows one file, by the place that its name stands for now, or a folder with all below it. [main]
 void kel_file_allow(const std::string& file);
 
+// The end of a created file for a program that speaks for itself: as host_file_close, but a failure is only returned,
+// not said on the console. [main]
+host_err kel_file_finish(host_file* f);
+
+// Closes and frees the record of a created file that is not wanted after all: the target stays as it was. [main]
+void kel_file_discard(host_file* f);
+
 // For tests: the k-th operation from now on, counted from 1, fails with `code`; 0 ends that. Each host_file_… call and
 // each call of the system inside it is one operation. kel_file_faulted tells whether the failure has happened. [main]
 void kel_file_fault(int k, host_err code = HOST_ERR_IO);

@@ -47,10 +47,23 @@ std::unique_ptr<process> command_test::start(const std::vector<std::string>& wor
     return std::make_unique<process>(folder, "program" + std::to_string(++programs), all);
 }
 
+namespace {
+
+finished end_of(process& p) {
+    const int status = p.wait(60'000);
+    return {status, p.out(), p.err()};
+}
+
+} // namespace
+
 finished command_test::run(const std::vector<std::string>& words) {
-    const std::unique_ptr<process> p = start(words);
-    const int status = p->wait(60'000);
-    return {status, p->out(), p->err()};
+    return end_of(*start(words));
+}
+
+finished command_test::shell(const std::string& line) {
+    process p(folder, "shell" + std::to_string(++programs),
+              {"/bin/sh", "-c", "cd '" + folder.string() + "' && " + line, BRISOLAN_PROGRAM});
+    return end_of(p);
 }
 
 std::vector<std::string> lines_of(const std::string& text) {

@@ -42,6 +42,9 @@ protected:
     std::unique_ptr<process> start(const std::vector<std::string>& words);
     finished run(const std::vector<std::string>& words);
 
+    // Runs a line of the shell in the folder, in which "$0" is the program.
+    finished shell(const std::string& line);
+
     std::filesystem::path folder;
 
 private:

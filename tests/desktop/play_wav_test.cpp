@@ -83,13 +83,23 @@ TEST_F(play_wav, AFileThatExistsIsReplacedWithForceAlone) {
     EXPECT_EQ(contents("a.wav").substr(0, 4), "RIFF");
 }
 
+TEST_F(play_wav, AMinusIsStandardOutput) {
+    EXPECT_EQ(play({piece, "--wav", out("a.wav"), "--from", "60000"})->wait(60'000), 0);
+    const std::unique_ptr<process> p = play({piece, "--wav", "-", "--from", "60000"});
+    EXPECT_EQ(p->wait(60'000), 0) << p->err();
+    EXPECT_EQ(p->out().substr(0, 4), "RIFF");
+    EXPECT_TRUE(p->out() == contents("a.wav"));
+    EXPECT_EQ(p->err(), "");
+    EXPECT_EQ(files(), 1U);
+}
+
 TEST_F(play_wav, WhatIsMissingIsSaidInOneLineAndLeavesNothing) {
     const std::unique_ptr<process> font = play({piece, "--wav", out("a.wav"), "--soundfont", "/no/font.sf2"});
     EXPECT_EQ(font->wait(30'000), 1);
     EXPECT_EQ(font->err(), "brisolan: sound font /no/font.sf2: No such file or directory\n");
     const std::unique_ptr<process> place = play({piece, "--wav", "/no/a.wav"});
     EXPECT_EQ(place->wait(30'000), 1);
-    EXPECT_EQ(place->err(), "brisolan: /no/a.wav: No such file or directory\n");
+    EXPECT_EQ(place->err(), "brisolan: /no/a.wav: no such file or folder\n");
     EXPECT_EQ(files(), 0U);
 }
 

@@ -13,6 +13,7 @@
 #include "host/boxes/midi_device.h"
 #include "host/desktop/audio_wav.h"
 #include "host/headless/headless.h"
+#include "tests/support/ordinary_user.h"
 
 namespace {
 
@@ -104,13 +105,34 @@ TEST_F(WavFile, ASecondFinishedFileReplacesTheFirst) {
     EXPECT_EQ(contents(file).size(), 44U);
 }
 
+TEST_F(WavFile, GoesWhereALinkLeadsAndKeepsTheRights) {
+    const fs::path target = make("target.wav", "old");
+    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_symlink("target.wav", folder / "a.wav");
+    wav_file wav;
+    ASSERT_EQ(wav.open((folder / "a.wav").string()), "");
+    ASSERT_EQ(wav.finish(), "");
+    EXPECT_TRUE(fs::is_symlink(folder / "a.wav"));
+    EXPECT_EQ(contents(target).size(), 44U);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(WavFile, DoesNotReplaceWhatIsProtectedFromWriting) {
+    const ordinary_user now(folder);
+    const std::string file = make("a.wav", "old");
+    fs::permissions(file, fs::perms::owner_read);
+    wav_file wav;
+    EXPECT_EQ(wav.open(file), file + ": not allowed");
+    EXPECT_EQ(contents(file), "old");
+}
+
 TEST_F(WavFile, WhatCannotBeWrittenIsNamed) {
     wav_file wav;
-    EXPECT_EQ(wav.open("/nowhere/a.wav"), "/nowhere/a.wav: No such file or directory");
+    EXPECT_EQ(wav.open("/nowhere/a.wav"), "/nowhere/a.wav: no such file or folder");
     wav_file over;
-    EXPECT_EQ(over.open(folder.string()), folder.string() + ": Is a directory");
+    EXPECT_EQ(over.open(folder.string()), folder.string() + ": a folder, or not to be opened as a file");
     wav_file device;
-    EXPECT_EQ(device.open("/dev/full"), "/dev/full: not a regular file");
+    EXPECT_EQ(device.open("/dev/full"), "/dev/full: a folder, or not to be opened as a file");
 }
 
 #if BRISOLAN_HAVE_FLUIDSYNTH

@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "tests/support/host_test.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -51,24 +52,6 @@ protected:
     }
 
     scratch_folder folder;
-};
-
-// Gives up an administrator's rights over files for a scope's life, in a folder that is then the ordinary user's.
-class ordinary_user {
-public:
-    explicit ordinary_user(const fs::path& folder) {
-        constexpr uid_t nobody = 65534;
-        if (administrator && (::chown(folder.c_str(), nobody, nobody) != 0 || ::seteuid(nobody) != 0))
-            std::abort();
-    }
-    ~ordinary_user() {
-        if (administrator && ::seteuid(0) != 0) std::abort();
-    }
-    ordinary_user(const ordinary_user&) = delete;
-    ordinary_user& operator=(const ordinary_user&) = delete;
-
-private:
-    const bool administrator = ::geteuid() == 0;
 };
 
 TEST_F(files, AnEndingTellsTheTypeOfAFileFromElsewhere) {
