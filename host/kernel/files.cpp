@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +16,9 @@
 #include <span>
 #include <string_view>
 
+#include "host/kernel/filetypes.h"
+#include "host/kernel/systemcalls.h"
+
 namespace {
 
 // Large enough that a program which reads or writes a kilobyte at a time costs one system call in 64.
@@ -25,40 +27,8 @@ constexpr std::size_t BUFFER_SIZE = 65536;
 // How much is written before the disk is told to begin with it.
 constexpr std::int64_t WRITE_OUT_EVERY = 1 << 20;
 
-// The extended attribute that keeps a file's type, four bytes.
-constexpr const char* TYPE_ATTRIBUTE = "user.brisolan.type";
-
-// What a file is called while it is written.
-constexpr std::string_view BESIDE_PREFIX = ".brisolan-";
-constexpr std::string_view BESIDE_ENDING = ".part";
-
 // Symbolic links followed from a target before it counts as a loop.
 constexpr int MAX_LINKS = 40;
-
-// ---------------------------------------------------------------------------------------------------------------------
-// Error codes
-
-struct error_row {
-    int system;
-    host_err code;
-};
-
-constexpr error_row error_table[] = {
-    {ENOENT, HOST_ERR_NOT_FOUND}, {ENOTDIR, HOST_ERR_NOT_FOUND}, {EACCES, HOST_ERR_PERMISSION},
-    {EPERM, HOST_ERR_PERMISSION}, {EROFS, HOST_ERR_PERMISSION},  {EISDIR, HOST_ERR_BUSY},
-    {EBUSY, HOST_ERR_BUSY},       {ETXTBSY, HOST_ERR_BUSY},      {ENXIO, HOST_ERR_BUSY},
-    {EEXIST, HOST_ERR_EXISTS},    {ENOSPC, HOST_ERR_FULL},       {EDQUOT, HOST_ERR_FULL},
-    {EFBIG, HOST_ERR_FULL},       {ENAMETOOLONG, HOST_ERR_NAME}, {EINVAL, HOST_ERR_NAME},
-    {ELOOP, HOST_ERR_NAME},       {ENOMEM, HOST_ERR_MEMORY},     {EMFILE, HOST_ERR_MEMORY},
-    {ENFILE, HOST_ERR_MEMORY},
-};
-
-host_err code_of(int system) {
-    for (const error_row& row : error_table) {
-        if (row.system == system) return row.code;
-    }
-    return HOST_ERR_IO;
-}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Process-wide state. Written by the routines of files.h; survives every file. Main level.
@@ -74,125 +44,6 @@ std::vector<std::int16_t> search_path;
 bool protecting = false;
 std::vector<std::filesystem::path> allowed; // whole paths, without links
 
-int operations_to_fault = 0; // 0: none is to fail
-host_err fault_code = HOST_OK;
-bool fault_happened = false;
-
-// Whether this operation is the one that a test wants to fail.
-host_err injected() {
-    if (operations_to_fault == 0 || --operations_to_fault > 0) return HOST_OK;
-    fault_happened = true;
-    return fault_code;
-}
-
-// ---------------------------------------------------------------------------------------------------------------------
-// The system's calls, each an operation that a test can make fail
-
-host_err read_some(int fd, std::byte* into, std::size_t size, std::size_t* got) {
-    *got = 0;
-    if (const host_err e = injected()) return e;
-    for (;;) {
-        const ssize_t n = ::read(fd, into, size);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return code_of(errno);
-        *got = static_cast<std::size_t>(n);
-        return HOST_OK;
-    }
-}
-
-host_err write_all(int fd, const std::byte* from, std::size_t size) {
-    while (size > 0) {
-        if (const host_err e = injected()) return e;
-        const ssize_t n = ::write(fd, from, size);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return code_of(errno);
-        from += n;
-        size -= static_cast<std::size_t>(n);
-    }
-    return HOST_OK;
-}
-
-host_err seek_to(int fd, std::int64_t position) {
-    if (const host_err e = injected()) return e;
-    return ::lseek(fd, position, SEEK_SET) < 0 ? HOST_ERR_IO : HOST_OK;
-}
-
-host_err sync_file(int fd) {
-    if (const host_err e = injected()) return e;
-    return ::fsync(fd) != 0 ? code_of(errno) : HOST_OK;
-}
-
-host_err rename_file(const std::string& from, const std::string& to) {
-    if (const host_err e = injected()) return e;
-    return ::rename(from.c_str(), to.c_str()) != 0 ? code_of(errno) : HOST_OK;
-}
-
-host_err open_file(const std::string& file, int flags, mode_t mode, int* fd) {
-    if (const host_err e = injected()) return e;
-    do {
-        *fd = ::open(file.c_str(), flags | O_CLOEXEC, mode);
-    } while (*fd < 0 && errno == EINTR);
-    return *fd < 0 ? code_of(errno) : HOST_OK;
-}
-
-// ---------------------------------------------------------------------------------------------------------------------
-// Types
-
-file_type type_of_bytes(const unsigned char* four) {
-    return static_cast<file_type>(four[0]) << 24 | static_cast<file_type>(four[1]) << 16 |
-           static_cast<file_type>(four[2]) << 8 | static_cast<file_type>(four[3]);
-}
-
-file_type type_by_ending(std::string_view file) {
-    struct row {
-        std::string_view ending;
-        file_type type;
-    };
-    static constexpr row rows[] = {{".mid", TYPE_MIDI}, {".midi", TYPE_MIDI}, {".smf", TYPE_MIDI},
-                                   {".kar", TYPE_MIDI}, {".kelb", TYPE_KELB}, {".kel", TYPE_TEXT},
-                                   {".txt", TYPE_TEXT}};
-    // A name that is nothing but an ending has none.
-    const std::size_t base = file.rfind('/') + 1; // 0 when there is no slash
-    const std::size_t dot = file.rfind('.');
-    if (dot == std::string_view::npos || dot <= base) return 0;
-    std::string ending(file.substr(dot));
-    for (char& c : ending) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    for (const row& r : rows) {
-        if (ending == r.ending) return r.type;
-    }
-    return 0;
-}
-
-// A file that a killed program left behind in the writing, which may have got its type already, is never a document.
-bool was_being_written(std::string_view file) {
-    const std::string_view name = file.substr(file.rfind('/') + 1); // from 0 when there is no slash
-    return name.starts_with(BESIDE_PREFIX) && name.ends_with(BESIDE_ENDING);
-}
-
-// A type, and whether finding it has shown that the file is there, which then need not be asked.
-struct type_sought {
-    file_type type;
-    bool there;
-};
-
-type_sought sought_type(const std::string& file) {
-    if (was_being_written(file)) return {0, false};
-    unsigned char four[4];
-    if (::getxattr(file.c_str(), TYPE_ATTRIBUTE, four, sizeof four) == sizeof four)
-        return {type_of_bytes(four), true};
-    return {type_by_ending(file), errno == ENODATA};
-}
-
-// File systems without extended attributes leave the type to the name's ending.
-void keep_type(int fd, file_type type) {
-    const unsigned char four[4] = {static_cast<unsigned char>(type >> 24),
-                                   static_cast<unsigned char>(type >> 16),
-                                   static_cast<unsigned char>(type >> 8), static_cast<unsigned char>(type)};
-    (void)::fsetxattr(fd, TYPE_ATTRIBUTE, four, sizeof four, 0);
-}
-
 // ---------------------------------------------------------------------------------------------------------------------
 // The place beside a target
 
@@ -206,7 +57,7 @@ host_err follow_links(std::string* file) {
     for (int i = 0; i < MAX_LINKS; ++i) {
         std::array<char, HOST_NAME_SIZE> to;
         const ssize_t n = ::readlink(file->c_str(), to.data(), to.size());
-        if (n < 0) return errno == EINVAL || errno == ENOENT ? HOST_OK : code_of(errno);
+        if (n < 0) return errno == EINVAL || errno == ENOENT ? HOST_OK : system_code(errno);
         std::string target(to.data(), static_cast<std::size_t>(n));
         *file = target.starts_with('/') ? target : folder_of(*file) + target;
     }
@@ -218,9 +69,9 @@ host_err follow_links(std::string* file) {
 host_err open_beside(const std::string& target, mode_t mode, std::string* temporary, int* fd) {
     static unsigned counter = 0;
     for (int attempt = 0; attempt < 10000; ++attempt) {
-        *temporary = folder_of(target) + std::string(BESIDE_PREFIX) + std::to_string(::getpid()) + "-" +
-                     std::to_string(counter++) + std::string(BESIDE_ENDING);
-        const host_err e = open_file(*temporary, O_RDWR | O_CREAT | O_EXCL, mode, fd);
+        *temporary = folder_of(target) + std::string(BEING_WRITTEN_PREFIX) + std::to_string(::getpid()) +
+                     "-" + std::to_string(counter++) + std::string(BEING_WRITTEN_ENDING);
+        const host_err e = system_open(*temporary, O_RDWR | O_CREAT | O_EXCL, mode, fd);
         if (e != HOST_ERR_EXISTS) return e;
     }
     return HOST_ERR_EXISTS;
@@ -299,7 +150,7 @@ void start_writing_out(host_file* f) {
 host_err flush(host_file* f) {
     const std::size_t waiting = std::exchange(f->end, 0);
     if (f->failed || waiting == 0) return f->failed;
-    f->failed = write_all(f->fd, f->buffer.data(), waiting);
+    f->failed = system_write(f->fd, f->buffer.data(), waiting);
     f->position += static_cast<std::int64_t>(waiting);
     start_writing_out(f);
     return f->failed;
@@ -309,8 +160,8 @@ host_err flush(host_file* f) {
 host_err settle(host_file* f) {
     if (const host_err e = flush(f)) return e;
     keep_type(f->fd, f->type);
-    if (const host_err e = sync_file(f->fd)) return e;
-    if (const host_err e = rename_file(f->temporary, f->target)) return e;
+    if (const host_err e = system_sync(f->fd)) return e;
+    if (const host_err e = system_rename(f->temporary, f->target)) return e;
     sync_folder_of(f->target);
     return HOST_OK;
 }
@@ -333,7 +184,7 @@ host_err fill(host_file* f) {
     f->next = f->end = 0;
     // A file that was read as far as it reached when it was opened need not be asked whether that is its end.
     if (f->size != 0 && f->position == f->size) return HOST_OK;
-    const host_err e = read_some(f->fd, f->buffer.data(), BUFFER_SIZE, &f->end);
+    const host_err e = system_read(f->fd, f->buffer.data(), BUFFER_SIZE, &f->end);
     f->position += static_cast<std::int64_t>(f->end);
     return e;
 }
@@ -387,30 +238,6 @@ std::string kel_filepath(const char* name, std::int16_t path) {
     return folder + (folder.ends_with('/') ? "" : "/") + name;
 }
 
-file_type kel_filetype(const std::string& file) {
-    return sought_type(file).type;
-}
-
-file_type kel_typeofname(const char* name) {
-    return type_by_ending(name);
-}
-
-const char* kel_filereason(host_err code) {
-    switch (code) {
-    case HOST_OK: return "no error";
-    case HOST_ERR_FULL: return "no space left";
-    case HOST_ERR_IO: return "reading or writing failed";
-    case HOST_ERR_NAME: return "not a possible name";
-    case HOST_ERR_NOT_FOUND: return "no such file or folder";
-    case HOST_ERR_BUSY: return "a folder, or not to be opened as a file";
-    case HOST_ERR_EXISTS: return "a file of that name exists";
-    case HOST_ERR_PERMISSION: return "not allowed";
-    case HOST_ERR_MEMORY: return "no memory";
-    case HOST_ERR_FORMAT: return "the content is not what it should be";
-    default: return "unknown error";
-    }
-}
-
 void kel_files_protect(bool on) {
     protecting = on;
     if (!on) allowed.clear();
@@ -425,19 +252,9 @@ void kel_file_allow(const std::string& file) {
     if (!place.empty()) allowed.push_back(place);
 }
 
-void kel_file_fault(int k, host_err code) {
-    operations_to_fault = k;
-    fault_code = code;
-    fault_happened = false;
-}
-
-bool kel_file_faulted() {
-    return fault_happened;
-}
-
 host_err host_file_locate(const char* name, std::int16_t* path, file_type* type,
                           std::span<const file_type> types) {
-    if (const host_err e = injected()) return e;
+    if (const host_err e = operation_fault()) return e;
     if (name[0] == '\0') return HOST_ERR_NAME;
     const std::size_t places = name[0] == '/' ? 1 : 1 + search_path.size();
     // A folder of that name is only found when there is no file; opening it then tells what it is. With a single place to
@@ -461,11 +278,11 @@ host_err host_file_locate(const char* name, std::int16_t* path, file_type* type,
 
 host_err host_file_open(const char* name, std::int16_t path, host_file** file) {
     *file = nullptr;
-    if (const host_err e = injected()) return e;
+    if (const host_err e = operation_fault()) return e;
     if (name[0] == '\0') return HOST_ERR_NAME;
     const std::string where = kel_filepath(name, path);
     int fd = -1;
-    if (const host_err e = open_file(where, O_RDONLY, 0, &fd)) return e;
+    if (const host_err e = system_open(where, O_RDONLY, 0, &fd)) return e;
     struct stat about;
     const bool known = ::fstat(fd, &about) == 0;
     if (known && S_ISDIR(about.st_mode)) {
@@ -481,7 +298,7 @@ host_err host_file_open(const char* name, std::int16_t path, host_file** file) {
 
 host_err host_file_create(const char* name, std::int16_t path, file_type type, host_file** file) {
     *file = nullptr;
-    if (const host_err e = injected()) return e;
+    if (const host_err e = operation_fault()) return e;
     std::string target = kel_filepath(name, path);
     if (name[0] == '\0' || target.ends_with('/')) return HOST_ERR_NAME;
     if (const host_err e = follow_links(&target)) return e;
@@ -491,10 +308,10 @@ host_err host_file_create(const char* name, std::int16_t path, file_type type, h
     }
     struct stat about;
     const bool replaces = ::stat(target.c_str(), &about) == 0;
-    if (!replaces && errno != ENOENT) return code_of(errno);
+    if (!replaces && errno != ENOENT) return system_code(errno);
     if (replaces && !S_ISREG(about.st_mode)) return HOST_ERR_BUSY;
     // A file that its owner protected from writing is not to be replaced behind its back.
-    if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return code_of(errno);
+    if (replaces && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return system_code(errno);
     expect_size_limit();
     int fd = -1;
     std::string temporary;
@@ -513,7 +330,7 @@ host_err host_file_create(const char* name, std::int16_t path, file_type type, h
 host_err host_file_read(host_file* f, std::int32_t* count, void* into) {
     const std::size_t wanted = static_cast<std::size_t>(std::max(*count, 0));
     *count = 0;
-    if (const host_err e = injected()) return e;
+    if (const host_err e = operation_fault()) return e;
     if (f->writing) return HOST_ERR_PERMISSION;
     std::byte* to = static_cast<std::byte*>(into);
     std::size_t got = 0;
@@ -521,7 +338,7 @@ host_err host_file_read(host_file* f, std::int32_t* count, void* into) {
     while (got < wanted && !failure) {
         if (f->next == f->end && wanted - got >= BUFFER_SIZE) {
             std::size_t n = 0;
-            failure = read_some(f->fd, to + got, wanted - got, &n);
+            failure = system_read(f->fd, to + got, wanted - got, &n);
             f->position += static_cast<std::int64_t>(n);
             got += n;
             if (n == 0) break;
@@ -542,12 +359,12 @@ host_err host_file_write(host_file* f, std::int32_t* count, const void* from) {
     const std::size_t wanted = static_cast<std::size_t>(std::max(*count, 0));
     *count = 0;
     if (!f->writing) return HOST_ERR_PERMISSION;
-    if (!f->failed) f->failed = injected();
+    if (!f->failed) f->failed = operation_fault();
     const std::byte* at = static_cast<const std::byte*>(from);
     if (f->end + wanted > BUFFER_SIZE) flush(f);
     if (f->failed) return f->failed;
     if (wanted > BUFFER_SIZE) {
-        f->failed = write_all(f->fd, at, wanted);
+        f->failed = system_write(f->fd, at, wanted);
         f->position += static_cast<std::int64_t>(wanted);
     } else {
         std::memcpy(f->buffer.data() + f->end, at, wanted);
@@ -559,7 +376,7 @@ host_err host_file_write(host_file* f, std::int32_t* count, const void* from) {
 
 host_err host_file_getpos(host_file* f, std::int32_t* position) {
     *position = 0;
-    if (const host_err e = injected()) {
+    if (const host_err e = operation_fault()) {
         // Who writes by positions would now write to the wrong place.
         if (f->writing && !f->failed) f->failed = e;
         return e;
@@ -570,10 +387,10 @@ host_err host_file_getpos(host_file* f, std::int32_t* position) {
 }
 
 host_err host_file_setpos(host_file* f, std::int32_t position) {
-    host_err failure = injected();
+    host_err failure = operation_fault();
     if (!failure && position < 0) failure = HOST_ERR_IO;
     if (!failure && f->writing) failure = flush(f);
-    if (!failure) failure = seek_to(f->fd, position);
+    if (!failure) failure = system_seek(f->fd, position);
     if (failure) {
         // What would be written next belongs elsewhere.
         if (f->writing && !f->failed) f->failed = failure;
@@ -586,7 +403,7 @@ host_err host_file_setpos(host_file* f, std::int32_t position) {
 
 host_err host_file_close(host_file* f) {
     const std::unique_ptr<host_file> owned(f);
-    const host_err failure = injected();
+    const host_err failure = operation_fault();
     if (f->writing) return close_written(f, failure);
     (void)::close(f->fd);
     return failure;

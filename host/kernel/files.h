@@ -1,5 +1,6 @@
 // host/kernel/files.h: what the file service offers beyond the object interface: folders, types, faults for tests.
-// Layer: kernel. Called by platforms, the command line, the atom buffers and tests.
+// Layer: kernel. Called by platforms, the command line, the atom buffers and tests. Done in files.cpp, of types in filetypes.cpp, of
+// reasons and faults in systemcalls.cpp.
 #pragma once
 
 #include <cstdint>
