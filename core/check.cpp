@@ -70,6 +70,7 @@ const char* broken_roles(const brisolan* x) {
 
 const char* brisolan_brokeninvariant(const brisolan* x) {
     const host_locked_out now;
+    if (x->sending_now || x->walking_now) return "an output or a walk that has ended is still watched";
     if (const char* broken = broken_list(x)) return broken;
     if (const char* broken = broken_heldnotes(x)) return broken;
     return broken_roles(x);

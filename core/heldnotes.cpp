@@ -46,12 +46,27 @@ void brisolan_forgetnotes(brisolan* x, bool (*gone)(const event&)) {
             at = &(*at)->next;
     }
     for (event_node** at = &x->follow_pending; *at;) {
-        event_node* n = *at;
-        if (gone(*n->note)) {
-            *at = n->next;
-            brisolan_freenode(n);
-        } else {
-            at = &n->next;
-        }
+        if (gone(*(*at)->note))
+            brisolan_droppending(x, at);
+        else
+            at = &(*at)->next;
     }
+}
+
+void brisolan_pushpending(brisolan* x, event* note) {
+    event_node* n = brisolan_newnode(note, x->follow_pending);
+    if (!n) return;
+    for (pending_walk* w = x->walking_now; w; w = w->outer) {
+        if (w->at == &x->follow_pending) w->at = &n->next;
+    }
+    x->follow_pending = n;
+}
+
+void brisolan_droppending(brisolan* x, event_node** at) {
+    event_node* n = *at;
+    for (pending_walk* w = x->walking_now; w; w = w->outer) {
+        if (w->at == &n->next) w->at = at;
+    }
+    *at = n->next;
+    brisolan_freenode(n);
 }

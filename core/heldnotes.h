@@ -16,8 +16,39 @@ template <class Matches> event* brisolan_unhold(brisolan* x, Matches matches);
 // Frees every held node. The events stay as they are. [scheduler]
 void brisolan_holdnothing(brisolan* x);
 
-// Drops the held and pending nodes whose event is about to be freed: those for which `gone(event)` holds. [scheduler]
+// Drops the held and pending nodes of the events for which `gone(event)` holds. [scheduler]
 void brisolan_forgetnotes(brisolan* x, bool (*gone)(const event&));
+
+// Notes the performer has passed over, newest first: takes one more in, unless the host's memory limit is reached; takes out and
+// frees the one that `at`, a link of that list, refers to. [scheduler]
+void brisolan_pushpending(brisolan* x, event* note);
+void brisolan_droppending(brisolan* x, event_node** at);
+
+// A walk over the passed-over notes from the newest on, which stays sound when the list changes under it: it meets each
+// that is there when it comes by, and none that came in after it began. Only on the stack. [scheduler]
+class pending_walk {
+public:
+    explicit pending_walk(brisolan* owner) : x(owner), at(&owner->follow_pending), outer(owner->walking_now) {
+        x->walking_now = this;
+    }
+    ~pending_walk() { x->walking_now = outer; }
+    pending_walk(const pending_walk&) = delete;
+    pending_walk& operator=(const pending_walk&) = delete;
+
+    // The note that the walk has come to; null at the end.
+    event* note() const { return *at ? (*at)->note : nullptr; }
+    // Goes to the next one; the first leaves this one in the list, the second takes it out.
+    void keep() { at = &(*at)->next; }
+    void drop() { brisolan_droppending(x, at); }
+
+private:
+    friend void brisolan_pushpending(brisolan*, event*);
+    friend void brisolan_droppending(brisolan*, event_node**);
+
+    brisolan* x;
+    event_node** at; // the link to the node that it has come to
+    pending_walk* outer;
+};
 
 // A node of either list, and its freeing. [scheduler]
 event_node* brisolan_newnode(event* note, event_node* next);

@@ -83,7 +83,9 @@ struct redraw_flags {
     cell<std::uint8_t> hide_check{0};
 };
 
-struct view_index; // view/index.h: which events stand where on screen
+struct view_index;  // view/index.h: which events stand where on screen
+class sent_event;   // core/output.h: an event that is being put out
+class pending_walk; // core/heldnotes.h: a walk over the passed-over notes
 
 constexpr int NTRACKS = 32;
 // Eight 32-bit numbers of up to 11 characters with " . " between them, and the null.
@@ -152,6 +154,11 @@ struct brisolan : host_object {
         0}; // counts changes of events' values at scheduler level: what remembers those must look again
     cell<std::uint8_t> unordered{
         0}; // 1 since times were changed in place or wrapped, until the list is empty again
+
+    // What is under way in a message, innermost first: on the stack, null between messages. Scheduler level, or main level
+    // under the lockout.
+    sent_event* sending_now = nullptr;
+    pending_walk* walking_now = nullptr;
 
     // View geometry. Main level.
     std::uint8_t show_sharps = 0;

@@ -10,10 +10,10 @@ void brisolan_nth(brisolan* x, std::int32_t n) {
     event* e = brisolan_eventat(x, n);
     if (!e) return;
     std::int32_t time = e->time;
-    const std::uint32_t relinked = x->relinked;
+    const sent_event sent(x, e);
     brisolan_sendevt(x, e, 1);
     // What the output set off may have moved the sequence, or taken the event away.
-    if (x->relinked == relinked || brisolan_contains(x, e)) time = e->time;
+    if (sent.get()) time = e->time;
     host_outlet_int(x->params[PARAM_TIME].outlet, time);
 }
 

@@ -29,15 +29,19 @@ void brisolan_sendevt(brisolan* x, const event* e, int on) {
     brisolan_writeevt(x, e, on ? e->vel.get() : 0);
 }
 
+void brisolan_forgetevents(brisolan* x, bool (*gone)(const event&)) {
+    for (sent_event* s = x->sending_now; s; s = s->outer) {
+        if (s->sent && gone(*s->sent)) s->sent = nullptr;
+    }
+    brisolan_forgetnotes(x, gone);
+}
+
 void brisolan_stop(brisolan* x) {
     host_locked_out now;
     x->mode = MODE_IDLE;
     brisolan_clearparamset(x);
     brisolan_holdnothing(x);
-    while (event_node* n = x->follow_pending) {
-        x->follow_pending = n->next;
-        brisolan_freenode(n);
-    }
+    while (x->follow_pending) brisolan_droppending(x, &x->follow_pending);
     x->nheld = std::int16_t{0};
     x->restoring = std::uint8_t{0};
     brisolan_nextserial += 1;

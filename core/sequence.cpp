@@ -8,6 +8,7 @@
 #include "core/heldnotes.h"
 #include "core/locked.h"
 #include "core/notechains.h"
+#include "core/output.h"
 #include "core/saturated.h"
 
 namespace {
@@ -191,7 +192,7 @@ void brisolan_adopt(brisolan* x, note_chains* notes) {
 
 void brisolan_removeselected(brisolan* x) {
     relinking now(x);
-    brisolan_forgetnotes(x, is_selected);
+    brisolan_forgetevents(x, is_selected);
     move_off_locked(x->current, is_selected);
     move_off_locked(x->firstsel, is_selected);
     if (x->drawn && is_selected(*x->drawn)) x->drawn = nullptr;
@@ -258,7 +259,7 @@ event* brisolan_detachall(brisolan* x) {
     x->nevents = 0;
     x->unordered = std::uint8_t{0};
     brisolan_holdnothing(x);
-    brisolan_forgetnotes(x, [](const event&) { return true; });
+    brisolan_forgetevents(x, [](const event&) { return true; });
     order_changed_locked(x);
     return head;
 }
@@ -298,13 +299,6 @@ event* brisolan_eventat(const brisolan* x, std::int32_t n) {
     event* e = x->events;
     for (; n > 0; --n) e = e->next;
     return e;
-}
-
-bool brisolan_contains(const brisolan* x, const event* e) {
-    for (const event* at = x->events; at; at = at->next) {
-        if (at == e) return true;
-    }
-    return false;
 }
 
 void brisolan_redraw(brisolan* x) {

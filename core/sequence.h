@@ -111,8 +111,5 @@ event* brisolan_findnote(const brisolan* x, std::int32_t pitch, std::int32_t vel
 // The n-th event from 0; null if there is none. Borrowed as above. [scheduler]
 event* brisolan_eventat(const brisolan* x, std::int32_t n);
 
-// Whether the event is in the sequence: a walk. [scheduler]
-bool brisolan_contains(const brisolan* x, const event* e);
-
 // Raises the queued redraw with the given flags' cells set by the caller. Never draws. [both]
 void brisolan_redraw(brisolan* x);

@@ -23,23 +23,19 @@ bool matches(const brisolan* x, const event& e, std::int32_t p) {
 // matched. A note's age does not keep it from matching.
 bool play_candidates(brisolan* x, std::int32_t p) {
     bool matched = false;
-    // The kept ones, so far, are in front of `at`. Output can empty the list under us: a node is taken out first.
-    const std::int32_t serial = x->serial;
-    for (event_node** at = &x->follow_pending; *at;) {
-        event_node* n = *at;
-        event* e = n->note;
+    pending_walk walk(x);
+    while (event* e = walk.note()) {
         const bool hit = matches(x, *e, p);
         const bool old = std::int64_t{x->follow_time.get()} - e->time >= x->follow_window;
         if (!hit && !old) {
-            at = &n->next;
+            walk.keep();
             continue;
         }
-        *at = n->next;
-        brisolan_freenode(n);
+        // Before the output: a note that comes back from inside it shall not find the same candidate again.
+        walk.drop();
         if (!hit) continue;
         matched = true;
         brisolan_sendevt(x, e, 1);
-        if (x->serial != serial) return true; // stopped from inside the output
     }
     return matched;
 }
@@ -63,20 +59,19 @@ event* find_match(const brisolan* x, event* start, std::int32_t p) {
 }
 
 // What lies between the old position and the match: the performer's notes become candidates, the rest sounds now. A stop
-// from inside the output keeps the rest sounding but leaves no candidates behind. False when the output emptied the
-// sequence under us.
-bool pass_over(brisolan* x, event* start, const event* found) {
-    const std::uint32_t relinked = x->relinked;
+// from inside the output keeps the rest sounding but leaves no candidates behind. Ends when the output takes the match away,
+// or the event it has come to.
+void pass_over(brisolan* x, event* start, const sent_event& match) {
     const std::int32_t serial = x->serial;
-    for (event* e = start; e != found; e = e->next) {
+    for (event* e = start; e != match.get(); e = e->next) {
         if (e->chan != PERFORMER_CHANNEL) {
+            const sent_event sent(x, e);
             brisolan_sendevt(x, e, 1);
-            if (x->relinked != relinked) return false;
+            if (!sent.get() || !match.get()) return;
         } else if (x->serial == serial) {
-            if (event_node* n = brisolan_newnode(e, x->follow_pending)) x->follow_pending = n;
+            brisolan_pushpending(x, e);
         }
     }
-    return true;
 }
 
 void hold_followed(brisolan* x, event* found) {
@@ -122,10 +117,12 @@ void brisolan_dofollow(brisolan* x, std::int32_t p) {
     if (play_candidates(x, p) || !start) return;
     event* found = find_match(x, start, p);
     if (!found) return;
+    // Notes that come back from inside the output are looked for from the match on.
+    x->current = found;
     x->follow_time = found->time.get();
     hold_followed(x, found);
-    if (!pass_over(x, start, found)) return;
-    const std::uint32_t relinked = x->relinked;
-    brisolan_sendevt(x, found, 1);
-    if (x->relinked == relinked || brisolan_contains(x, found)) x->current = found->next;
+    const sent_event match(x, found);
+    pass_over(x, start, match);
+    if (match.get()) brisolan_sendevt(x, found, 1);
+    if (match.get()) x->current = found->next;
 }

@@ -43,11 +43,11 @@ void brisolan_startat(brisolan* x, std::int32_t pitch, std::int32_t vel, std::in
     event* found = x->current;
     event* following = found ? static_cast<event*>(found->next) : nullptr;
     if (!following) return;
-    const std::uint32_t relinked = x->relinked;
+    const sent_event behind(x, following);
     send_time(x, difference(following->time, found->time));
     x->mode = MODE_PLAY;
     // What the output set off may have taken the sequence away.
-    if (x->relinked == relinked || brisolan_contains(x, following)) x->current = following;
+    if (behind.get()) x->current = following;
 }
 
 void brisolan_next(brisolan* x) {
@@ -60,12 +60,11 @@ void brisolan_next(brisolan* x) {
         host_post("not playing");
         return;
     }
-    const std::uint32_t relinked = x->relinked;
+    const sent_event sent(x, playing);
     brisolan_sendevt(x, playing, 1);
     // What the output set off may have taken the played event away; there is then nothing to follow it. Or it has moved
     // the sequence: both times are read now.
-    const bool gone = x->relinked != relinked && !brisolan_contains(x, playing);
-    event* following = gone ? nullptr : static_cast<event*>(playing->next);
+    event* following = sent.get() ? static_cast<event*>(playing->next) : nullptr;
     x->current = following;
     if (following) {
         send_time(x, difference(following->time, playing->time));

@@ -112,7 +112,7 @@ host_err system_rename(const std::string& from, const std::string& to) {
     return ::rename(from.c_str(), to.c_str()) != 0 ? system_code(errno) : HOST_OK;
 }
 
-host_err system_open(const std::string& file, int flags, mode_t mode, int* fd) {
+host_err system_open(const std::string& file, int flags, unsigned mode, int* fd) {
     if (const host_err e = operation_fault()) return e;
     do {
         *fd = ::open(file.c_str(), flags | O_CLOEXEC, mode);

@@ -2,8 +2,6 @@
 // Layer: kernel. Used by the file service.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -28,4 +26,4 @@ host_err system_seek(int fd, std::int64_t position);
 host_err system_sync(int fd);
 host_err system_rename(const std::string& from, const std::string& to);
 // *fd is the caller's to close.
-host_err system_open(const std::string& file, int flags, mode_t mode, int* fd);
+host_err system_open(const std::string& file, int flags, unsigned mode, int* fd);

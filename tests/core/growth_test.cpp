@@ -15,7 +15,7 @@ TEST_F(growth, a_walk_for_each_event_is_noticed) {
         fill(n);
         return count([this] {
             for (const event* e = x->events; e; e = e->next) {
-                if (!brisolan_contains(x, e)) return;
+                if (!in_sequence(x, e)) return;
             }
         });
     };

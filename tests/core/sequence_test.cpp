@@ -226,8 +226,8 @@ TEST_P(random_sequence, keeps_the_order_of_the_plain_rules_and_no_reference_to_w
         ASSERT_EQ(shown(), plain.shown()) << "after step " << i;
         ASSERT_EQ(brisolan_brokeninvariant(x), nullptr) << "after step " << i;
         ASSERT_EQ(static_cast<std::size_t>(x->nevents), plain.notes.size());
-        ASSERT_TRUE(!x->current || brisolan_contains(x, x->current));
-        ASSERT_TRUE(!x->firstsel || brisolan_contains(x, x->firstsel));
+        ASSERT_TRUE(!x->current || in_sequence(x, x->current));
+        ASSERT_TRUE(!x->firstsel || in_sequence(x, x->firstsel));
     }
 }
 
@@ -250,8 +250,8 @@ TEST_F(sequence, a_delete_takes_held_and_pending_nodes_of_its_events_along) {
         const host_locked_out now;
         brisolan_hold(x, brisolan_eventat(x, 0));
         brisolan_hold(x, brisolan_eventat(x, 1));
-        x->follow_pending = brisolan_newnode(brisolan_eventat(x, 2), x->follow_pending);
-        x->follow_pending = brisolan_newnode(brisolan_eventat(x, 3), x->follow_pending);
+        brisolan_pushpending(x, brisolan_eventat(x, 2));
+        brisolan_pushpending(x, brisolan_eventat(x, 3));
     }
     brisolan_eventat(x, 0)->selected = std::uint8_t{1};
     brisolan_eventat(x, 2)->selected = std::uint8_t{1};

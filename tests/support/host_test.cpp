@@ -6,6 +6,13 @@
 
 #include "host/kernel/dispatch.h"
 
+bool in_sequence(const brisolan* x, const event* e) {
+    for (const event* at = x->events; at; at = at->next) {
+        if (at == e) return true;
+    }
+    return false;
+}
+
 void host_test::SetUp() {
     machine.print = [this](const std::string& line) { lines.push_back(line); };
     headless_start(&machine);
@@ -20,7 +27,7 @@ std::vector<std::string> host_test::taken() {
     return std::exchange(lines, {});
 }
 
-std::vector<atom> host_test::atoms_of(const std::string& message) {
+std::vector<atom> atoms_of(const std::string& message) {
     std::string error;
     std::vector<atom> atoms;
     for (const script_word& w : script_split(message, error)) {

@@ -11,6 +11,12 @@
 #include "app/script.h"
 #include "app/session.h"
 
+// Whether the event is in the instance's sequence: a walk.
+bool in_sequence(const brisolan* x, const event* e);
+
+// A message written as in a script; one that is none fails the test.
+std::vector<atom> atoms_of(const std::string& message);
+
 // The host on the played machine, with the lines that it prints. Ends with no small block alive.
 class host_test : public testing::Test {
 protected:
@@ -19,9 +25,6 @@ protected:
 
     // The lines printed since the last call.
     std::vector<std::string> taken();
-
-    // A message written as in a script; one that is none fails the test.
-    static std::vector<atom> atoms_of(const std::string& message);
 
     headless machine;
     std::vector<std::string> lines;
