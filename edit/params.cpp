@@ -32,9 +32,9 @@ bool describes_param(std::int32_t argc, const atom* argv) {
     return argv[0].l >= 0 && argv[0].l < NPARAMS;
 }
 
-// The display argument of "setparam" is one more than the role, 0 standing for none as well.
-int role_of_display(std::int32_t display) {
-    return display == 0 ? 0 : display - 1;
+// The display argument of "setparam" is one more than the role, 0 standing for none as well. Roles have 8 bits.
+std::uint8_t role_of_display(std::int32_t display) {
+    return display == 0 ? ROLE_NONE : static_cast<std::uint8_t>(static_cast<std::uint32_t>(display) - 1);
 }
 
 bool has_label(const brisolan* x) {

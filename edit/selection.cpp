@@ -58,13 +58,14 @@ void set_band(Point a, Point b) {
 }
 
 // Whether the event's bar and the band share a point, edges included. The bar's height plays no part.
+// Kept: places are compared in 16 bits, as rectangles have them, so that a bar 65536 pixels away counts as one in sight.
 bool in_band(const brisolan* x, const event* e) {
-    const std::int32_t y = brisolan_valuetov(x, event_param(*e, x->yparam));
+    const auto y = static_cast<std::int16_t>(brisolan_valuetov(x, event_param(*e, x->yparam)));
     if (y < r.top || y > r.bottom) return false;
     const std::int32_t left = brisolan_timetoh(x, e->time);
-    if (left > r.right) return false;
+    if (static_cast<std::int16_t>(left) > r.right) return false;
     const std::int32_t width = x->labelparam < 0 ? brisolan_barlength(x, e) : brisolan_nwidth(x, e);
-    return left + width >= r.left;
+    return static_cast<std::int16_t>(left + width) >= r.left;
 }
 
 // One step of the band over the sequence, in list order.

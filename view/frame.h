@@ -28,7 +28,7 @@ struct view_frame {
     std::int64_t xzoom = 1, lenzoom = 1;
     double time_scale = 1, value_scale = 1, extent_scale = 1; // pixels for a unit, of brisolan_scale
     std::int32_t left = 0;                                    // window x of Time 0
-    std::int32_t content_bottom = 0;                          // content y of value 0
+    std::int16_t content_bottom = 0;                          // content y of value 0
     std::int32_t half = 0;                                    // half a bar's height
     bool labels = false;                                      // bars carry labels at this zoom
     Rect data{};                                              // the data area
@@ -135,8 +135,8 @@ inline bar_values brisolan_valuesof(const view_frame& f, const event& e) {
     bar_look look;
     look.left = f.left + brisolan_pixels(values.time, f.time_scale);
     look.length = std::max(brisolan_pixels(values.extent, f.extent_scale), LEAST_BAR);
-    const auto above = static_cast<std::int16_t>(brisolan_quotient(values.value, f.value_scale));
-    look.y = static_cast<std::int16_t>(f.content_bottom - above) - f.set.vscroll;
+    look.y =
+        brisolan_contentrow(f.content_bottom, brisolan_quotient(values.value, f.value_scale)) - f.set.vscroll;
     look.label = values.label;
     look.half = static_cast<std::int8_t>(f.half + (values.selected ? 1 : 0));
     look.label_room = 0;

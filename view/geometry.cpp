@@ -77,8 +77,7 @@ int YHEIGHT(const brisolan* x) {
 std::int16_t YLOC(const brisolan* x, std::int32_t value) {
     if (x->show_sharps) sharp = brisolan_isblackkey(value, x->yzoom) ? 1 : 0;
     const std::int64_t above = std::int64_t{value} * UNIT / brisolan_factor(x->yzoom);
-    const int bottom = brisolan_contentbottom(YDATAHEIGHT(x));
-    return static_cast<std::int16_t>(bottom - static_cast<std::int16_t>(above));
+    return brisolan_contentrow(brisolan_contentbottom(YDATAHEIGHT(x)), above);
 }
 
 std::int32_t YVAL(const brisolan* x, std::int32_t y) {

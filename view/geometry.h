@@ -52,10 +52,14 @@ std::int32_t brisolan_barlength(const brisolan* x, const event* e);
 // Units of the length parameter in a number of pixels, shifted: (pixels * lenzoom) >> 3. [main]
 std::int32_t brisolan_pixelstolength(const brisolan* x, std::int32_t pixels);
 
-// The arithmetic behind these, of bounds and sizes: YDATAHEIGHT of a range; content y of value 0 for a data height; the
-// data area of a window; whether a value falls on a black key. [main]
+// The arithmetic behind these, of bounds and sizes: YDATAHEIGHT of a range; content y of value 0 for a data height, and
+// that of a value so many pixels above it, which keeps 16 bits; the data area of a window; whether a value falls on a
+// black key. [main]
 std::int16_t brisolan_dataheight(std::int32_t min, std::int32_t max, std::int32_t yzoom);
 std::int16_t brisolan_contentbottom(std::int16_t height);
+inline std::int16_t brisolan_contentrow(std::int16_t bottom, std::int64_t above) {
+    return static_cast<std::int16_t>(bottom - static_cast<std::int16_t>(above));
+}
 void brisolan_dataarea(std::int16_t height, int window_width, int window_height, Rect* r);
 bool brisolan_isblackkey(std::int32_t value, std::int32_t yzoom);
 

@@ -4,7 +4,7 @@
 #include "view/grid.h"
 
 #include <algorithm>
-#include <array>
+#include <numeric>
 
 #include "view/draw.h"
 #include "view/events.h"
@@ -13,7 +13,10 @@
 namespace {
 
 constexpr std::int64_t LINES_IN_INTERVAL = 4;
-constexpr std::int64_t CONTENT_TOP = 64; // content y of the vertical range's upper end
+// Rows have 16 bits: values so many pixels apart lie on the same one.
+constexpr std::int64_t ROWS = 65536;
+// So many lines are drawn one by one; of more, each row looks for its own.
+constexpr std::int64_t FEW_LINES = 4096;
 
 // What places the horizontal lines.
 struct row_key {
@@ -33,17 +36,57 @@ value_range values_at(std::int64_t d, std::int64_t zoom) {
     return {1 - reach(1), reach(1) - 1};
 }
 
-// The colour of the line on content row y: that of the highest line value whose pixel it is, which is drawn last.
+std::int64_t step_of(const row_key& k) {
+    return std::max<std::int64_t>(k.interval / LINES_IN_INTERVAL, 1);
+}
+// Beyond the last value that may have a line.
+std::int64_t last_of(const row_key& k) {
+    return k.max + k.interval;
+}
+std::int16_t bottom_of(const row_key& k) {
+    const auto min = static_cast<std::int32_t>(k.min);
+    const auto max = static_cast<std::int32_t>(k.max);
+    return brisolan_contentbottom(brisolan_dataheight(min, max, static_cast<std::int32_t>(k.zoom)));
+}
+
+std::uint8_t line_colour(const row_key& k, std::int64_t value) {
+    return static_cast<std::uint8_t>(value % k.interval == 0 ? COLOR_INTERVAL : COLOR_GRID);
+}
+
+void draw_each_line(const row_key& k, std::vector<std::uint8_t>* rows) {
+    for (std::int64_t value = k.min; value <= last_of(k); value += step_of(k)) {
+        const std::int64_t v = brisolan_contentrow(bottom_of(k), value * UNIT / k.zoom) - k.scroll;
+        if (v >= 0 && v < static_cast<std::int64_t>(rows->size()))
+            (*rows)[static_cast<std::size_t>(v)] = line_colour(k, value);
+    }
+}
+
+// The colour of the line on content row y: that of the highest line value on it, which is drawn last.
 std::uint8_t row_colour(const row_key& k, std::int64_t y) {
     if (y > INT16_MAX) return 0;
-    const std::int64_t height = (k.max - k.min + 1) * UNIT / k.zoom;
-    const value_range on = values_at(height + CONTENT_TOP - y, k.zoom);
-    const std::int64_t step = std::max<std::int64_t>(k.interval / LINES_IN_INTERVAL, 1);
-    const std::int64_t high = std::min(on.high, k.max + k.interval);
-    if (high < k.min) return 0;
-    const std::int64_t value = high - (high - k.min) % step;
-    if (value < on.low) return 0;
-    return static_cast<std::uint8_t>(value % k.interval == 0 ? COLOR_INTERVAL : COLOR_GRID);
+    const std::int64_t step = step_of(k);
+    // From one height on the row to the next, values go on by a whole number: beyond so many nothing new comes, counted
+    // once above 0 and once below.
+    std::int64_t heights = 2 * (step / std::gcd(step, ROWS / UNIT * k.zoom) + 1);
+    const std::int64_t highest = last_of(k) * UNIT / k.zoom;
+    const std::int64_t beyond = (highest - (bottom_of(k) - y)) & (ROWS - 1);
+    for (std::int64_t d = highest - beyond; heights > 0; d -= ROWS, --heights) {
+        const value_range on = values_at(d, k.zoom);
+        const std::int64_t high = std::min(on.high, last_of(k));
+        if (high < k.min) return 0;
+        const std::int64_t value = high - (high - k.min) % step;
+        if (value >= on.low) return line_colour(k, value);
+    }
+    return 0;
+}
+
+void fill_rows(const row_key& k, std::vector<std::uint8_t>* rows) {
+    if ((last_of(k) - k.min) / step_of(k) < FEW_LINES) {
+        draw_each_line(k, rows);
+        return;
+    }
+    for (std::size_t v = 0; v < rows->size(); ++v)
+        (*rows)[v] = row_colour(k, static_cast<std::int64_t>(v) + k.scroll);
 }
 
 row_key key_of(const frame_settings& s) {
@@ -79,8 +122,7 @@ const std::vector<std::uint8_t>& brisolan_gridrows(const frame_settings& s) {
     if (key == kept) return rows;
     kept = key;
     rows.assign(static_cast<std::size_t>(std::max<std::int64_t>(key.height, 0)), 0);
-    for (std::size_t v = 0; v < rows.size(); ++v)
-        rows[v] = row_colour(key, static_cast<std::int64_t>(v) + key.scroll);
+    fill_rows(key, &rows);
     return rows;
 }
 

@@ -176,7 +176,8 @@ private:
         const int index = number(0, NPARAMS - 1);
         const char* bounds =
             chance(4) ? odd[static_cast<std::size_t>(number(0, 3))] : usual[static_cast<std::size_t>(index)];
-        return text("setparam", index, "P", number(0, 5), bounds, number(0, 1));
+        const int display = number(0, 5) + (chance(8) ? 256 * number(-2, 2) : 0); // counts by its low 8 bits
+        return text("setparam", index, "P", display, bounds, number(0, 1));
     }
 
     std::mt19937 dice;

@@ -92,6 +92,21 @@ TEST_F(clipboard_test, a_line_reads_the_same_alone_and_among_others) {
     EXPECT_EQ(together, alone);
 }
 
+// Beside the items that it enables and the one that it disables, the menu is the host's.
+TEST_F(clipboard_test, the_menu_keeps_the_hosts_cut_where_nothing_is_selected) {
+    for (const auto host_cut : {std::uint8_t{0}, std::uint8_t{1}}) {
+        host_menustate state{};
+        state.cut = host_cut;
+        brisolan_chkmenu(x, &state);
+        EXPECT_EQ(state.cut, host_cut);
+        EXPECT_EQ(state.selectall, 1);
+    }
+    select_notes(1);
+    host_menustate state{};
+    brisolan_chkmenu(x, &state);
+    EXPECT_EQ(state.cut, 1);
+}
+
 TEST_F(clipboard_test, a_copy_that_there_is_no_memory_for_leaves_the_clipboard) {
     for (const int limit : {-1, 999, 1000}) {
         select_notes(100);
