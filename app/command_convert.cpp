@@ -9,6 +9,7 @@
 
 #include "app/commands.h"
 #include "app/pipes.h"
+#include "app/say.h"
 #include "app/source.h"
 #include "app/target.h"
 #include "host/kernel/files.h"
@@ -37,33 +38,26 @@ const char* ending(file_type type) {
     return type == TYPE_MIDI ? "out.mid" : type == TYPE_TEXT ? "out.kel" : "out.kelb";
 }
 
-int complain(const std::string& why, int status) {
-    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
-    return status;
-}
-
 int run_convert(const convert_options& o) {
     const bool to_pipe = o.out == "-";
     const file_type type = target_type(o);
     if (!type) {
-        return complain(
-            (to_pipe ? std::string("--to mid, kel or kelb is wanted for standard output")
-                     : o.out + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb"),
-            EXIT_MISUSE);
+        return misuse(to_pipe
+                          ? std::string("--to mid, kel or kelb is wanted for standard output")
+                          : o.out + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb");
     }
     if (!to_pipe && !o.force && access(o.out.c_str(), F_OK) == 0) {
-        return complain(o.out + ": exists; --force replaces it", EXIT_FAILED);
+        return fail(o.out + ": exists; --force replaces it");
     }
     headless_session session;
     brisolan* x = session.make();
     if (const std::string why = read_into(session, x, o.in, o.import_option); !why.empty()) {
-        std::fprintf(stderr, "%s\n", why.c_str());
-        return EXIT_FAILED;
+        return fail(why);
     }
     const std::string why = write_out(o.out, ending(type), [&](const std::string& file) {
         return write_from(session.machine.print, x, {file, type, o.time_base == "timecode", o.format});
     });
-    return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // app/command_edit.cpp: `brisolan` and `brisolan edit`: the desktop editor, which is a program of its own.
 // Layer: program.
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -12,15 +13,11 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/say.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-int fail(const std::string& why) {
-    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
-    return EXIT_FAILED;
-}
 
 bool is_set(const char* variable) {
     const char* const value = std::getenv(variable);
@@ -52,6 +49,8 @@ std::string why_unreadable(const std::string& file) {
 }
 
 int run_edit(const std::vector<std::string>& files) {
+    if (std::find(files.begin(), files.end(), "-") != files.end())
+        return misuse("edit: the editor opens files, not standard input");
     if (!BRISOLAN_HAVE_QT)
         return fail(
             "this program was built without its editor, which needs Qt 6; --help tells what else it does");

@@ -11,6 +11,7 @@
 #include "app/part.h"
 #include "app/performance.h"
 #include "app/play_patch.h"
+#include "app/say.h"
 #include "app/source.h"
 #include "host/boxes/midi_device.h"
 
@@ -87,18 +88,11 @@ void print_json(const follow_report& r) {
                 static_cast<long long>(s.wrong));
 }
 
-// What must be told even where standard output is a pipe that broke: an empty string, or the reason.
-std::string why_not_printed() {
-    return std::fflush(stdout) == 0 && !std::ferror(stdout) ? ""
-                                                            : "brisolan: standard output cannot be written";
-}
-
 // Empty, or why the score cannot follow; it does from now on.
 std::string begin_following(brisolan* score, const follow_options& o) {
-    if (const std::string why = choose_part(score, o); !why.empty())
-        return "brisolan: " + o.score + ": " + why;
+    if (const std::string why = choose_part(score, o); !why.empty()) return o.score + ": " + why;
     tell("score", "params", {atom(o.skip), atom(o.window), atom(o.octaves ? 1 : 0)});
-    return tell("go", "bang") ? "" : "brisolan: the follow patch receives no \"go\"";
+    return tell("go", "bang") ? "" : "the follow patch receives no \"go\"";
 }
 
 std::string follow_performance(headless& machine, brisolan* score, brisolan* performance,
@@ -114,15 +108,13 @@ std::string follow_performance(headless& machine, brisolan* score, brisolan* per
         print_outputs(report.outputs);
         print_summary(report.summary);
     }
-    return why_not_printed();
+    return "";
 }
 
 int run_performance(const follow_options& o) {
     headless machine;
     headless_start(&machine);
-    machine.print = [](const std::string& line) {
-        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
-    };
+    machine.print = say_console;
     host_patcher* patcher = nullptr;
     std::string why;
     brisolan* const score = load_own_patch("follow", &patcher, why);
@@ -134,9 +126,7 @@ int run_performance(const follow_options& o) {
     kel_patcher_free(patcher);
     machine.print = nullptr;
     headless_end();
-    if (why.empty()) return EXIT_DONE;
-    std::fprintf(stderr, "%s\n", why.c_str());
-    return EXIT_FAILED;
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 // Whether the score has been played to its end and every note of it has ended.
@@ -154,9 +144,9 @@ follow_report follow_player(live_session& session, brisolan* score, live_perform
         report.outputs.insert(report.outputs.end(), taken.begin(), taken.end());
         if (!print_at_once || taken.empty()) return;
         print_outputs(taken);
-        std::fflush(stdout);
+        flush_output();
     };
-    while (!session.signal() && !std::ferror(stdout) && !following_is_over(score)) {
+    while (!session.signal() && flush_output() && !following_is_over(score)) {
         session.wait(LOOK_EVERY_MS);
         outputs.poll();
         input.poll();
@@ -175,34 +165,30 @@ std::string follow_live(live_session& session, brisolan* score, const follow_opt
     note_outputs outputs;
     note_input input;
     session.catch_signals();
-    if (const std::string why = outputs.open(o.output); !why.empty()) return "brisolan: " + why;
+    if (const std::string why = outputs.open(o.output); !why.empty()) return why;
     if (std::string why = begin_following(score, o); !why.empty()) return why;
     live_performance player(score);
     if (const std::string why = input.open(o.input, {live_performance::arrived, &player}); !why.empty())
-        return "brisolan: " + why;
+        return why;
     const follow_report report = follow_player(session, score, player, outputs, input, !o.json);
     if (player.untold()) host_error("%u outputs came too fast to be printed", player.untold());
     if (o.json)
         print_json(report);
     else
         print_summary(report.summary);
-    return why_not_printed();
+    return "";
 }
 
 int run_live(const follow_options& o) {
     live_session session;
-    session.print = [](const std::string& line) {
-        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
-    };
+    session.print = say_console;
     host_patcher* patcher = nullptr;
     std::string why;
     brisolan* const score = load_own_patch("follow", &patcher, why);
     if (score) why = follow_live(session, score, o);
     kel_patcher_free(patcher);
     session.print = nullptr;
-    if (why.empty()) return EXIT_DONE;
-    std::fprintf(stderr, "%s\n", why.c_str());
-    return EXIT_FAILED;
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 int run_follow(const follow_options& o) {
@@ -216,7 +202,8 @@ void add_follow_command(CLI::App& program, int& status) {
         program.add_subcommand("follow", "Follow a player with a score, and print or play what comes out");
     auto o = std::make_shared<follow_options>();
     const CLI::Range allowance(0, LARGEST_ALLOWANCE);
-    c->add_option("SCORE", o->score, "A MIDI file or document; the performer's part is channel 1")
+    c->add_option("SCORE", o->score,
+                  "A MIDI file or document, - for standard input; the performer's part is channel 1")
         ->required();
     CLI::Option* const performance = add_input_options(c, o->input, true)
                                          ->add_option("--performance", o->performance,
@@ -227,7 +214,7 @@ void add_follow_command(CLI::App& program, int& status) {
     c->add_option("--skip", o->skip, "How many notes of the part may be left out freely")->check(allowance);
     c->add_option("--window", o->window, "How far beyond these to look, milliseconds")->check(allowance);
     c->add_flag("--octaves", o->octaves, "A note an octave above or below counts as well");
-    c->add_option("--part", o->part, "Take this track as the performer's part")->check(WHOLE_FROM_1);
+    c->add_option("--part", o->part, "Take this track as the performer's part")->check(INT_FROM_1);
     c->add_flag("--json", o->json, "Print one JSON object");
     c->callback([o, &status] { status = run_follow(*o); });
 }

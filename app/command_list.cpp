@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/commands.h"
+#include "app/say.h"
 #include "app/source.h"
 
 namespace {
@@ -19,34 +20,34 @@ struct list_options {
 constexpr std::size_t PIECE = 65536;
 constexpr std::size_t LONGEST_LINE = NPARAMS * 12;
 
-bool write_events(const brisolan* x) {
+// No more of them once standard output takes no more.
+void write_events(const brisolan* x) {
     std::vector<char> piece(PIECE + LONGEST_LINE);
     char* at = piece.data();
+    bool taken = true;
     const auto flush = [&] {
-        const auto n = static_cast<std::size_t>(at - piece.data());
+        print_text({piece.data(), static_cast<std::size_t>(at - piece.data())});
         at = piece.data();
-        return std::fwrite(piece.data(), 1, n, stdout) == n;
+        taken = flush_output();
     };
-    for (const event* e = x->events; e; e = e->next) {
+    for (const event* e = x->events; e && taken; e = e->next) {
         for (int i = 0; i < NPARAMS; ++i) {
             at = std::to_chars(at, at + 12, event_param(*e, i)).ptr;
             *at++ = i == NPARAMS - 1 ? '\n' : ' ';
         }
-        if (at >= piece.data() + PIECE && !flush()) return false;
+        if (at >= piece.data() + PIECE) flush();
     }
-    return flush() && std::fflush(stdout) == 0;
+    flush();
 }
 
 int run_list(const list_options& o) {
     headless_session session;
     brisolan* x = session.make();
     if (const std::string why = read_into(session, x, o.file, o.import_option); !why.empty()) {
-        std::fprintf(stderr, "%s\n", why.c_str());
-        return EXIT_FAILED;
+        return fail(why);
     }
-    if (write_events(x)) return EXIT_DONE;
-    std::perror("brisolan: standard output");
-    return EXIT_FAILED;
+    write_events(x);
+    return EXIT_DONE;
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "app/commands.h"
 #include "app/devices.h"
 #include "app/live.h"
+#include "app/say.h"
 #include "app/session.h"
 #include "host/boxes/boxes.h"
 #include "host/boxes/midi_device.h"
@@ -30,14 +31,14 @@ struct patch_options {
 constexpr int LOOK_EVERY_MS = 1000;
 
 // A patch's console is what it puts out: its notices are data, its errors are not.
-void print_line(const std::string& line) {
+void print_console(const std::string& line) {
     constexpr std::string_view notice = "post ";
     constexpr std::string_view error = "error ";
     if (line.starts_with(notice)) {
-        std::printf("%s\n", line.c_str() + notice.size());
-        std::fflush(stdout);
+        print_line(line.substr(notice.size()));
+        flush_output();
     } else if (line.starts_with(error)) {
-        std::fprintf(stderr, "brisolan: %s\n", line.c_str() + error.size());
+        say(line.substr(error.size()));
     }
 }
 
@@ -49,14 +50,10 @@ host_patcher* load(const patch_options& o) {
     if (!o.writable.empty()) kel_file_allow(o.writable);
     kel_memory_limit(o.memory_mb << 20);
     host_patcher* const p = kel_patcher_new();
-    if (kel_patch_read(p, o.file.c_str(), host_default_path())) return p;
+    const std::string file = o.file == "-" ? "/dev/stdin" : o.file;
+    if (kel_patch_read(p, file.c_str(), host_default_path())) return p;
     kel_patcher_free(p);
     return nullptr;
-}
-
-int fail(const std::string& why) {
-    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
-    return EXIT_FAILED;
 }
 
 // No note outlives the patch.
@@ -81,7 +78,7 @@ std::string why_unfit(const patch_options& o) {
 
 int run_for(const patch_options& o) {
     headless machine;
-    machine.print = print_line;
+    machine.print = print_console;
     headless_start(&machine);
     host_patcher* const p = load(o);
     if (p) {
@@ -96,7 +93,7 @@ int run_for(const patch_options& o) {
 // A signal is the ordinary way to end a patch.
 int run_live(const patch_options& o) {
     live_session session;
-    session.print = print_line;
+    session.print = print_console;
     session.catch_signals();
     note_outputs outputs; // before the patch, which may play as soon as it is loaded
     if (const std::string why = outputs.open(o.output); !why.empty()) return fail(why);
@@ -104,7 +101,7 @@ int run_live(const patch_options& o) {
     if (!p) return EXIT_FAILED;
     note_input input;
     const std::string why = o.input.any() ? input.open(o.input) : "";
-    while (why.empty() && !session.signal() && !std::ferror(stdout)) {
+    while (why.empty() && !session.signal() && flush_output()) {
         session.wait(LOOK_EVERY_MS);
         outputs.poll();
         input.poll();
@@ -119,7 +116,7 @@ int run_live(const patch_options& o) {
 void add_patch_command(CLI::App& program, int& status) {
     CLI::App* c = program.add_subcommand("patch", "Load a patch file and run it until interrupted");
     auto o = std::make_shared<patch_options>();
-    c->add_option("FILE", o->file, "The patch")->required();
+    c->add_option("FILE", o->file, "The patch; - for standard input")->required();
     CLI::Option* const virtual_time =
         c->add_option("--for", o->duration, "Run it for this many milliseconds of virtual time, at once")
             ->check(WHOLE_FROM_0);

@@ -14,6 +14,7 @@
 #include "app/note_view.h"
 #include "app/pipes.h"
 #include "app/play_patch.h"
+#include "app/say.h"
 #include "app/source.h"
 #include "host/boxes/midi_device.h"
 #include "host/desktop/synth.h"
@@ -33,11 +34,6 @@ struct play_options {
 
 constexpr int DRAW_EVERY_MS = 40;
 constexpr int SIGNAL_STATUS = 128; // added to a signal's number, as shells do
-
-int fail(const std::string& why) {
-    std::fprintf(stderr, "%s\n", why.c_str());
-    return EXIT_FAILED;
-}
 
 // What has died away by then is not waited for any longer.
 constexpr kel_time LONGEST_TAIL = 10'000 * NS_PER_MS;
@@ -74,7 +70,7 @@ int render_through(const live_session& session, const brisolan* score, synth_ren
     if (session.signal()) return status_of(session);
     tell("halt", "bang");
     const std::string why = render.finish();
-    return why.empty() ? EXIT_DONE : fail("brisolan: " + why);
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 // The same from its beginning, where the asked sound font is to be had.
@@ -82,7 +78,7 @@ int render_into(const live_session& session, brisolan* score, const play_options
                 const std::string& file) {
     std::string why;
     const std::unique_ptr<synth_render> render = synth_render_open(o.output.soundfont, file, why);
-    if (!render) return fail("brisolan: " + why);
+    if (!render) return fail(why);
     start_playing(score, o.from, o.speed);
     return render_through(session, score, *render);
 }
@@ -94,7 +90,7 @@ std::string open_outputs(note_outputs& outputs, const play_options& o) {
     synth.synth = true;
     const std::string why = outputs.open(synth);
     if (!why.empty() && !o.output.soundfont.empty()) return why;
-    if (!why.empty()) std::fprintf(stderr, "brisolan: no sound: %s\n", why.c_str());
+    if (!why.empty()) say("no sound: " + why);
     return "";
 }
 
@@ -103,7 +99,7 @@ std::string read_score(live_session& session, brisolan* score, const play_option
     if (const std::string why = read_into(session.print, score, o.file, o.import_option); !why.empty())
         return why;
     if (first_note_from(score, o.from)) return "";
-    return "brisolan: " + (o.file == "-" ? "standard input" : o.file) + ": " +
+    return (o.file == "-" ? "standard input" : o.file) + ": " +
            (score->events ? "nothing begins at or after " + std::to_string(o.from) + " ms"
                           : "there is no note in it");
 }
@@ -111,12 +107,12 @@ std::string read_score(live_session& session, brisolan* score, const play_option
 int play_score(live_session& session, brisolan* score, const play_options& o) {
     if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
     note_outputs outputs;
-    if (const std::string why = open_outputs(outputs, o); !why.empty()) return fail("brisolan: " + why);
+    if (const std::string why = open_outputs(outputs, o); !why.empty()) return fail(why);
     const std::int64_t length = score_length(score);
     note_view view(note_style_here(o.quiet));
     session.print = [&view](const std::string& line) {
         view.clear();
-        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
+        say_console(line);
     };
     session.catch_signals();
     {
@@ -130,16 +126,16 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
 int render_score(live_session& session, brisolan* score, const play_options& o) {
     const bool to_pipe = o.wav == "-";
     if (!to_pipe && !o.force && access(o.wav.c_str(), F_OK) == 0)
-        return fail("brisolan: " + o.wav + ": exists; --force replaces it");
+        return fail(o.wav + ": exists; --force replaces it");
     if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
     session.catch_signals();
     if (!to_pipe) return render_into(session, score, o, o.wav);
     std::string why;
     spooled_output spool("out.wav", why);
-    if (!why.empty()) return fail("brisolan: standard output: " + why);
+    if (!why.empty()) return fail("standard output: " + why);
     if (const int status = render_into(session, score, o, spool.path()); status != EXIT_DONE) return status;
     why = spool.copy_out();
-    return why.empty() ? EXIT_DONE : fail("brisolan: standard output: " + why);
+    return why.empty() ? EXIT_DONE : fail("standard output: " + why);
 }
 
 // What is no number is not beyond a range's ends either.
@@ -151,9 +147,7 @@ int run_play(const play_options& o) {
     live_session session(o.wav.empty() ? kel_timing::real_time : kel_timing::virtual_time);
     host_patcher* patcher = nullptr;
     std::string why;
-    session.print = [](const std::string& line) {
-        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
-    };
+    session.print = say_console;
     brisolan* const score = load_own_patch("play", &patcher, why);
     const int status = !score          ? fail(why)
                        : o.wav.empty() ? play_score(session, score, o)
@@ -172,7 +166,7 @@ void add_play_command(CLI::App& program, int& status) {
     c->add_option("--speed", o->speed, "How fast, 1 being as written")
         ->check(CLI::Range(0.25, 4.0))
         ->check(not_a_nan);
-    c->add_option("--from", o->from, "Begin at this many milliseconds")->check(WHOLE_FROM_0);
+    c->add_option("--from", o->from, "Begin at this many milliseconds")->check(INT_FROM_0);
     c->add_flag("--quiet", o->quiet, "Show nothing while it plays");
     c->add_option("--import-option", o->import_option,
                   "MIDI times: 0 by the file's tempo, other numbers half the ticks as milliseconds");

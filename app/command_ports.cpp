@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/commands.h"
+#include "app/say.h"
 #include "host/desktop/midi_ports.h"
 
 namespace {
@@ -10,23 +11,21 @@ namespace {
 // "in 0 JACK name": the name last, since it may hold blanks.
 void print_ports(const char* direction, const std::vector<midi_port>& ports) {
     for (const midi_port& p : ports)
-        std::printf("%s %d %s %s\n", direction, p.number, p.api.c_str(), p.name.c_str());
+        print_line(std::string(direction) + " " + std::to_string(p.number) + " " + p.api + " " + p.name);
 }
 
 int run_ports() {
     const std::string absent = midi_why_absent();
     if (!absent.empty()) {
-        std::fprintf(stderr, "brisolan: %s\n", absent.c_str());
+        say(absent);
         return EXIT_DONE;
     }
     const std::vector<midi_port> in = midi_list_ports(midi_direction::in);
     const std::vector<midi_port> out = midi_list_ports(midi_direction::out);
     print_ports("in", in);
     print_ports("out", out);
-    if (in.empty() && out.empty()) std::fprintf(stderr, "brisolan: there are no MIDI ports\n");
-    if (std::fflush(stdout) == 0) return EXIT_DONE;
-    std::perror("brisolan: standard output");
-    return EXIT_FAILED;
+    if (in.empty() && out.empty()) say("there are no MIDI ports");
+    return EXIT_DONE;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "app/devices.h"
 #include "app/live.h"
 #include "app/recording.h"
+#include "app/say.h"
 #include "host/kernel/files.h"
 
 namespace {
@@ -23,22 +24,15 @@ struct record_options {
 
 constexpr int LOOK_EVERY_MS = 50;
 
-int fail(const std::string& why) {
-    std::fprintf(stderr, "%s\n", why.c_str());
-    return EXIT_FAILED;
-}
-
 // The signals that end it are the ordinary way to end it: what came in is saved, and the work is done.
 int record(const record_options& o, file_type type) {
     live_session session;
-    session.print = [](const std::string& line) {
-        std::fprintf(stderr, "brisolan: %s\n", console_text(line).c_str());
-    };
+    session.print = say_console;
     recording r(session.print, {o.file, type});
     note_input input; // after the recording: closed first
     session.catch_signals();
     if (const std::string why = r.load(); !why.empty()) return fail(why);
-    if (const std::string why = input.open(o.input); !why.empty()) return fail("brisolan: " + why);
+    if (const std::string why = input.open(o.input); !why.empty()) return fail(why);
     if (const std::string why = r.start(); !why.empty()) return fail(why);
     const kel_time began = kel_now();
     const kel_time end = o.until < 0 ? INT64_MAX : began + o.until * NS_PER_MS;
@@ -52,16 +46,14 @@ int record(const record_options& o, file_type type) {
 }
 
 int run_record(const record_options& o) {
+    // Who reads a pipe may be gone by the time there is something to save.
+    if (o.file == "-") return misuse("record: a file is wanted, not standard output");
     const file_type type = kel_typeofname(o.file.c_str());
     if (!type) {
-        std::fprintf(stderr,
-                     "brisolan: %s: the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb\n",
-                     o.file.c_str());
-        return EXIT_MISUSE;
+        return misuse(o.file + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb");
     }
     // Told before anybody plays a note, not after.
-    if (!o.force && access(o.file.c_str(), F_OK) == 0)
-        return fail("brisolan: " + o.file + ": exists; --force replaces it");
+    if (!o.force && access(o.file.c_str(), F_OK) == 0) return fail(o.file + ": exists; --force replaces it");
     return record(o, type);
 }
 

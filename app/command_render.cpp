@@ -11,6 +11,7 @@
 #include "app/commands.h"
 #include "app/pipes.h"
 #include "app/png.h"
+#include "app/say.h"
 #include "app/source.h"
 #include "host/kernel/windows.h"
 #include "view/legend.h"
@@ -18,6 +19,8 @@
 #include "view/selected.h"
 
 namespace {
+
+constexpr int LEAST_SIZE = 100; // pixels: the legend and the buttons are there
 
 struct render_options {
     std::string in;
@@ -116,8 +119,11 @@ void set_zoom(brisolan* x, const render_options& o) {
 
 std::string set_up(brisolan* x, const render_options& o) {
     const std::optional<std::pair<int, int>> size = read_pair(o.size, 'x');
-    if (!size || size->first < 100 || size->second < 100 || size->first > 16384 || size->second > 16384) {
-        return "a size from 100x100 to 16384x16384 is wanted: " + o.size;
+    const auto fits = [](int pixels) { return pixels >= LEAST_SIZE && pixels <= KEL_WINDOW_MOST; };
+    if (!size || !fits(size->first) || !fits(size->second)) {
+        const std::string least = std::to_string(LEAST_SIZE);
+        const std::string most = std::to_string(KEL_WINDOW_MOST);
+        return "a size from " + least + "x" + least + " to " + most + "x" + most + " is wanted: " + o.size;
     }
     host_window_vis(x->window);
     kel_window_resize(x->window, size->first, size->second);
@@ -138,22 +144,16 @@ std::string set_up(brisolan* x, const render_options& o) {
     return select_events(x, o.select);
 }
 
-int complain(const std::string& why, int status) {
-    std::fprintf(stderr, "brisolan: %s\n", why.c_str());
-    return status;
-}
-
 int run_render(const render_options& o) {
     if (o.out != "-" && !o.force && access(o.out.c_str(), F_OK) == 0) {
-        return complain(o.out + ": exists; --force replaces it", EXIT_FAILED);
+        return fail(o.out + ": exists; --force replaces it");
     }
     headless_session session;
     brisolan* x = session.make();
     if (const std::string why = read_into(session, x, o.in, o.import_option); !why.empty()) {
-        std::fprintf(stderr, "%s\n", why.c_str());
-        return EXIT_FAILED;
+        return fail(why);
     }
-    if (const std::string why = set_up(x, o); !why.empty()) return complain("render: " + why, EXIT_MISUSE);
+    if (const std::string why = set_up(x, o); !why.empty()) return misuse("render: " + why);
     x->relayout = 1;
     kel_run_queue();
     kel_window_update(x->window);
@@ -161,7 +161,7 @@ int run_render(const render_options& o) {
         const std::string failed = write_png(x->window->port, file, o.scale);
         return failed.empty() ? "" : file + ": " + failed;
     });
-    return why.empty() ? EXIT_DONE : complain(why, EXIT_FAILED);
+    return why.empty() ? EXIT_DONE : fail(why);
 }
 
 } // namespace

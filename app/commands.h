@@ -14,8 +14,11 @@ constexpr int EXIT_MISUSE = 2; // the command line, or a script's line, was not 
 // What whole numbers are checked by. The library's own checks of this kind answer a wrong one with a bound of three hundred
 // digits. So many milliseconds are thirty years, and still a time in nanoseconds.
 constexpr std::int64_t MOST_WHOLE = 1'000'000'000'000;
+constexpr std::int64_t MOST_INT = INT32_MAX; // what an event can hold
 inline const CLI::Range WHOLE_FROM_0(std::int64_t{0}, MOST_WHOLE, "NONNEGATIVE");
 inline const CLI::Range WHOLE_FROM_1(std::int64_t{1}, MOST_WHOLE, "POSITIVE");
+inline const CLI::Range INT_FROM_0(std::int64_t{0}, MOST_INT, "NONNEGATIVE");
+inline const CLI::Range INT_FROM_1(std::int64_t{1}, MOST_INT, "POSITIVE");
 
 // Each adds its command with its options; the chosen one's callback stores the exit status. [main]
 void add_edit_command(CLI::App& program, int& status);

@@ -48,7 +48,7 @@ std::string edit_patch::load() {
     const patch_text file = own_patch("edit");
     kel_patch_parse(patch, with_numbered_receivers(file.text, number), file.called.c_str());
     x = static_cast<brisolan*>(kel_patcher_find(patch, "brisolan"));
-    if (!x) return "brisolan: " + file.called + ": the patch has no score in it";
+    if (!x) return file.called + ": the patch has no score in it";
     kel_watch_outlet(x, PARAM_TIME, value_left, this);
     return "";
 }

@@ -18,7 +18,7 @@ brisolan* load_own_patch(const char* name, host_patcher** patcher, std::string& 
     *patcher = kel_patcher_new();
     kel_patch_parse(*patcher, patch.text, patch.called.c_str());
     host_object* const score = kel_patcher_find(*patcher, "brisolan");
-    if (!score) why = "brisolan: " + patch.called + ": the patch has no score in it";
+    if (!score) why = patch.called + ": the patch has no score in it";
     return static_cast<brisolan*>(score);
 }
 

@@ -10,6 +10,7 @@
 
 #include "app/live.h"
 #include "app/play_patch.h"
+#include "app/say.h"
 #include "host/kernel/files.h"
 
 namespace {
@@ -27,7 +28,7 @@ recording::recording(std::function<void(const std::string&)>& where, write_targe
     : console(where), target(std::move(to)) {}
 
 recording::~recording() {
-    if (const std::string why = save(); !why.empty()) std::fprintf(stderr, "%s\n", why.c_str());
+    if (const std::string why = save(); !why.empty()) say(why);
     if (patcher) kel_patcher_free(patcher);
 }
 
@@ -39,7 +40,7 @@ std::string recording::load() {
 
 std::string recording::start() {
     if (std::string why = load(); !why.empty()) return why;
-    if (!tell("go", "bang")) return "brisolan: the record patch receives no \"go\"";
+    if (!tell("go", "bang")) return "the record patch receives no \"go\"";
     running = true;
     return "";
 }
@@ -54,11 +55,11 @@ void recording::halt() {
 std::string recording::save() {
     if (!running) return "";
     halt();
-    if (!x->events) return "brisolan: no note came in; nothing was saved";
+    if (!x->events) return "no note came in; nothing was saved";
     const std::string why = write_from(console, x, target);
     if (why.empty()) return "";
     write_target other = target;
     other.file = elsewhere(target);
     const std::string worse = write_from(console, x, other);
-    return "brisolan: " + why + (worse.empty() ? "; the recording is in " + other.file : "; " + worse);
+    return why + (worse.empty() ? "; the recording is in " + other.file : "; " + worse);
 }

@@ -100,7 +100,7 @@ const std::map<std::string, script_runner::command>& script_runner::commands() {
 }
 
 script_runner::script_runner(const std::string& name, std::function<void(const std::string&)> to)
-    : print(std::move(to)) {
+    : print([line_to = std::move(to)](const std::string& line) { line_to(one_line(line)); }) {
     session.machine.print = print;
     add(name);
     settle();
@@ -119,6 +119,7 @@ brisolan* script_runner::addressed() const {
 std::string script_runner::run(const std::string& line) {
     const std::size_t start = line.find_first_not_of(" \t\r");
     if (start == std::string::npos || line[0] == '#') return "";
+    if (line.find('\0') != std::string::npos) return "a byte 0 is in it";
     std::string error;
     const words w = script_split(line.back() == '\r' ? line.substr(0, line.size() - 1) : line, error);
     if (!error.empty()) return error;
@@ -327,8 +328,8 @@ std::string script_runner::do_key(const words& w) {
 std::string script_runner::do_resize(const words& w) {
     std::int64_t width = 0;
     std::int64_t height = 0;
-    if (!read_int(w[1], 1, INT16_MAX, width) || !read_int(w[2], 1, INT16_MAX, height))
-        return "a size is wanted";
+    if (!read_int(w[1], 1, KEL_WINDOW_MOST, width) || !read_int(w[2], 1, KEL_WINDOW_MOST, height))
+        return "a width and a height from 1 to " + std::to_string(KEL_WINDOW_MOST) + " are wanted";
     kel_window_resize(here->x->window, static_cast<int>(width), static_cast<int>(height));
     return "";
 }
@@ -386,6 +387,8 @@ std::string script_runner::do_choose(const words& w) {
 }
 
 std::string script_runner::do_answer(const words& w) {
+    if (w[1].text.size() >= HOST_NAME_SIZE)
+        return "a path is at most " + std::to_string(HOST_NAME_SIZE - 1) + " bytes long";
     headless_answer a;
     if (w.size() == 2 && w[1].text == "cancel" && !w[1].quoted)
         a.cancelled = true;

@@ -14,7 +14,8 @@
 
 class script_runner {
 public:
-    // Builds the patcher and its first instance, named when `name` is not empty; every observable line goes to `print`.
+    // Builds the patcher and its first instance, named when `name` is not empty; every observable line goes to `print`,
+    // control characters in it as escapes.
     script_runner(const std::string& name, std::function<void(const std::string&)> print);
     ~script_runner();
     script_runner(const script_runner&) = delete;

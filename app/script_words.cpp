@@ -86,6 +86,23 @@ std::optional<atom> script_atom(const script_word& word, std::string& error) {
     return std::nullopt;
 }
 
+std::string one_line(const std::string& text) {
+    constexpr const char* digits = "0123456789abcdef";
+    std::string out;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const auto* known =
+            std::find_if(std::begin(escapes), std::end(escapes), [c](escape e) { return e.means == c; });
+        if (byte >= ' ' && byte != 0x7F)
+            out += c;
+        else if (known != std::end(escapes))
+            (out += '\\') += known->letter;
+        else
+            ((out += "\\x") += digits[byte >> 4]) += digits[byte & 15];
+    }
+    return out;
+}
+
 std::string script_quote(const std::string& text) {
     std::string out = "\"";
     for (const char c : text) {

@@ -20,5 +20,8 @@ std::vector<script_word> script_split(const std::string& line, std::string& erro
 // other a symbol. An integer beyond 32 bits sets `error`. [main]
 std::optional<atom> script_atom(const script_word& word, std::string& error);
 
+// The text with its control characters as escapes, `\x01` for one that has no letter: a line whatever is in it. [both]
+std::string one_line(const std::string& text);
+
 // The text in double quotes, with the escapes that script_split takes. [both]
 std::string script_quote(const std::string& text);

@@ -72,7 +72,7 @@ private:
 };
 
 std::string named(const std::string& file, const std::string& why) {
-    return "brisolan: " + file + ": " + why;
+    return file + ": " + why;
 }
 
 // The console's error with the file called as the user calls it, whatever the line calls it and whether it does.

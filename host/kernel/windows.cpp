@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::int16_t BAR = 15;      // a scroll bar's width
 constexpr std::int16_t BAR_LEFT = 60; // the horizontal bar begins right of the zoom box
-constexpr std::int16_t SIZE_LIMIT = 16384;
 
 struct kel_window : host_window {
     std::string title;
@@ -301,8 +300,8 @@ void kel_window_key(host_window* w, int code) {
 }
 
 void kel_window_resize(host_window* w, int width, int height) {
-    w->width = static_cast<std::int16_t>(std::clamp<int>(width, 1, SIZE_LIMIT));
-    w->height = static_cast<std::int16_t>(std::clamp<int>(height, 1, SIZE_LIMIT));
+    w->width = static_cast<std::int16_t>(std::clamp<int>(width, 1, KEL_WINDOW_MOST));
+    w->height = static_cast<std::int16_t>(std::clamp<int>(height, 1, KEL_WINDOW_MOST));
     toolbox_port_resize(w->port, w->width, w->height);
     place_bars(w);
     whiten_corner(w);

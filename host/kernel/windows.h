@@ -8,6 +8,9 @@
 
 #include "host/kel.h"
 
+// The most pixels that a window's content can be wide or high.
+constexpr int KEL_WINDOW_MOST = 16384;
+
 // Makes the window's port current for the scope's life, as an Edit command finds it; none while the window is hidden.
 // [main]
 class kel_in_port {

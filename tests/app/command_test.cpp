@@ -10,12 +10,14 @@
 namespace fs = std::filesystem;
 
 void command_test::SetUp() {
+    before = fs::current_path();
     folder = fs::temp_directory_path() / ("brisolan-command-" + std::to_string(getpid()) + "-" +
                                           testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::create_directories(folder);
 }
 
 void command_test::TearDown() {
+    fs::current_path(before); // a test may have gone into its folder
     fs::remove_all(folder);
 }
 

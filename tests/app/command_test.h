@@ -48,6 +48,7 @@ protected:
     std::filesystem::path folder;
 
 private:
+    std::filesystem::path before; // the current one
     int programs = 0;
 };
 

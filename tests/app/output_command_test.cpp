@@ -89,8 +89,7 @@ TEST_F(output_command_test, a_script_never_puts_a_picture_among_its_lines) {
 TEST_F(output_command_test, a_reader_who_goes_leaves_no_temporary_folder_behind) {
     fs::create_directory(file("tmp"));
     // More than a pipe holds, so that the writing is still under way when its reader goes.
-    std::vector<command_note> notes(20'000);
-    const std::string many = score("many.kel", notes);
+    score("many.kel", std::vector<command_note>(20'000));
     const finished f = shell("TMPDIR=tmp \"$0\" convert many.kel - --to kel | head -n 1");
     EXPECT_EQ(f.out, "#N brisolan \"\";\n");
     EXPECT_EQ(files(file("tmp")), 0U);
@@ -103,6 +102,44 @@ TEST_F(output_command_test, a_folder_for_temporary_files_that_is_missing_is_name
     f = shell("TMPDIR=no exec \"$0\" list - <'" + piece + "'");
     EXPECT_EQ(f.status, 1);
     EXPECT_EQ(f.err, "brisolan: standard input: nothing can be kept in no: No such file or directory\n");
+}
+
+TEST_F(output_command_test, standard_output_that_takes_nothing_is_a_failure_told_in_one_line) {
+    text("a.script", ":tracks\n");
+    text("a.kel", "#N loadbang; #N print a; #P cord 0 0 1 0;\n");
+    score("many.kel", std::vector<command_note>(20'000)); // more than is gathered before it is written
+    for (const std::string command :
+         {"script a.script", "patch a.kel --for 10", "patch a.kel", "list many.kel", "--help", "--version",
+          "list --help", "convert many.kel - --to kel", "follow many.kel --performance many.kel --json"}) {
+        const finished full = shell("exec \"$0\" " + command + " >/dev/full");
+        EXPECT_EQ(full.status, 1) << command;
+        EXPECT_EQ(full.err, "brisolan: standard output: No space left on device\n") << command;
+        const finished closed = shell("exec \"$0\" " + command + " >&-");
+        EXPECT_EQ(closed.status, 1) << command;
+        EXPECT_EQ(closed.err, "brisolan: standard output: Bad file descriptor\n") << command;
+    }
+}
+
+TEST_F(output_command_test, a_script_ends_when_nobody_can_read_what_it_prints) {
+    // Without an end of its own: the lines that feed it go on for ever.
+    const finished f = shell("while echo :tracks; do :; done 2>tmp | \"$0\" script >/dev/full");
+    EXPECT_EQ(f.status, 1);
+    EXPECT_EQ(f.err, "brisolan: standard output: No space left on device\n");
+}
+
+TEST_F(output_command_test, what_prints_nothing_needs_no_standard_output) {
+    const finished f = shell("exec \"$0\" convert '" + piece + "' a.kel >&-");
+    EXPECT_EQ(f.status, 0) << f.err;
+    EXPECT_EQ(f.err, "");
+    EXPECT_TRUE(contents("a.kel").starts_with("#N brisolan"));
+}
+
+TEST_F(output_command_test, a_name_with_a_line_end_in_it_is_told_in_one_line) {
+    EXPECT_EQ(run({"list", "no\nfile.mid"}).err, "brisolan: no\\nfile.mid: No such file or directory\n");
+    EXPECT_EQ(run({"render", piece, "no\nfolder/a.png"}).err,
+              "brisolan: no\\nfolder/a.png: no such file or folder\n");
+    EXPECT_EQ(run({"convert", piece, "no\nfolder/a.kel"}).err,
+              "brisolan: no\\nfolder/a.kel was not saved: no such file or folder\n");
 }
 
 } // namespace

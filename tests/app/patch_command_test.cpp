@@ -23,6 +23,13 @@ TEST_F(patch_command_test, virtual_time_runs_at_once_and_the_notices_are_printed
     EXPECT_EQ(f.err, "");
 }
 
+TEST_F(patch_command_test, a_minus_is_standard_input) {
+    const finished f = shell("exec \"$0\" patch - --for 500 <'" + clock() + "'");
+    EXPECT_EQ(f.status, 0) << f.err;
+    EXPECT_EQ(f.out, "ms: 250\nms: 250\n");
+    EXPECT_EQ(shell("exec \"$0\" patch - --for 500 <.").status, 1);
+}
+
 TEST_F(patch_command_test, an_hour_passes_in_no_time) {
     const finished f = run({"patch", clock(), "--for", "3600000"});
     EXPECT_EQ(lines_of(f.out).size(), 14400U);

@@ -146,7 +146,7 @@ TEST_F(play_patch_test, the_patch_is_found_where_the_environment_says_and_else_i
     host_patcher* p = nullptr;
     std::string why;
     EXPECT_EQ(load_own_patch("play", &p, why), nullptr);
-    EXPECT_EQ(why, "brisolan: " + folder + "/play.kel: the patch has no score in it");
+    EXPECT_EQ(why, folder + "/play.kel: the patch has no score in it");
     kel_patcher_free(p);
     unsetenv("BRISOLAN_PATCHES");
     std::filesystem::remove_all(folder);
@@ -334,7 +334,7 @@ TEST_F(recording_test, nothing_played_saves_nothing) {
     const write_target to = file("a.mid", TYPE_MIDI);
     recording r(machine.print, to);
     ASSERT_EQ(r.start(), "");
-    EXPECT_EQ(r.save(), "brisolan: no note came in; nothing was saved");
+    EXPECT_EQ(r.save(), "no note came in; nothing was saved");
     EXPECT_FALSE(std::filesystem::exists(to.file));
 }
 
@@ -347,7 +347,7 @@ TEST_F(recording_test, a_file_that_cannot_be_written_is_saved_elsewhere_and_told
     const std::string why = r.save();
     unsetenv("TMPDIR");
     const std::string other = (folder / ("brisolan-recording-" + std::to_string(getpid()) + ".mid")).string();
-    EXPECT_TRUE(why.starts_with("brisolan: ")) << why;
+    EXPECT_NE(why.find("no-such-folder/a.mid"), std::string::npos) << why;
     EXPECT_TRUE(why.ends_with("; the recording is in " + other)) << why;
     EXPECT_EQ(pitches(other), texts{"60"});
 }
