@@ -411,7 +411,7 @@ host_err host_file_close(host_file* f) {
 
 host_err kel_file_finish(host_file* f) {
     const std::unique_ptr<host_file> owned(f);
-    return end_written(f, injected());
+    return end_written(f, operation_fault());
 }
 
 void kel_file_discard(host_file* f) {
