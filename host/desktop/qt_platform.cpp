@@ -48,6 +48,8 @@ void take_turn() {
     if (machine.notifier) machine.notifier->setEnabled(true);
     const qt_in_kernel now;
     if (machine.turn) machine.turn();
+    // Queued redraws draw after they have told that they will.
+    for (const auto& [window, view] : machine.views) view->drawn();
 }
 
 void turn_soon() {

@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QTimer>
 #include <QUrl>
 
@@ -173,6 +174,28 @@ TEST_F(windows_test, whoever_cannot_see_is_told_what_each_control_is) {
     });
     w->inspect();
     EXPECT_TRUE(looked);
+}
+
+// What is drawn by a queued redraw, after the command itself has come back, is on the screen as well.
+TEST_F(windows_test, the_screen_shows_what_an_edit_command_leads_to) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    qt_start_turns(program->wake_fd(), [this] { program->turn(); });
+    settle();
+    QMenu* const edit = menu(*w, "Edit");
+    for (const char* command : {"Select all", "Copy", "Paste", "Clear", "Paste"}) {
+        emit edit->aboutToShow();
+        action(edit, command)->trigger();
+        settle();
+        auto* const view = w->findChild<qt_score_view*>();
+        ASSERT_NE(view, nullptr);
+        const QPoint place = view->mapTo(w, QPoint(0, 0));
+        const QPixmap on_screen =
+            w->screen()->grabWindow(w->winId(), place.x(), place.y(), view->width(), view->height());
+        EXPECT_EQ(on_screen.toImage().convertToFormat(QImage::Format_RGB32),
+                  view->grab().toImage().convertToFormat(QImage::Format_RGB32))
+            << command;
+    }
+    qt_start_turns(-1, nullptr);
 }
 
 TEST_F(windows_test, the_edit_menu_offers_what_the_object_can_do) {
