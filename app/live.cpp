@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr std::size_t USUAL_LINE = 1008;
+
 constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
 
 // Written once by the session's start, before any other thread or handler knows of it; a signal's handler has no other
@@ -37,6 +39,7 @@ live_session::live_session(kel_timing timing, const host_platform& machine) {
     event_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (event_fd < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
     signal_that_came = 0;
+    for (std::string& line : ring) line.reserve(USUAL_LINE);
     host_platform p = machine;
     p.user = this;
     p.console = console;
@@ -118,8 +121,7 @@ void live_session::hear(console_kind kind, const char* text) {
         lost.fetch_add(1, std::memory_order_relaxed);
         return;
     }
-    std::array<char, 1008>& to = ring[at % LINES].text;
-    std::snprintf(to.data(), to.size(), "%s %s", word, text);
+    ring[at % LINES].assign(word).append(" ").append(text);
     in.store(at + 1, std::memory_order_release);
     wake();
 }
@@ -128,7 +130,7 @@ void live_session::hear(console_kind kind, const char* text) {
 void live_session::print_lines() {
     const std::size_t until = in.load(std::memory_order_acquire);
     for (std::size_t at = out.load(std::memory_order_relaxed); at != until; ++at) {
-        const std::string line = ring[at % LINES].text.data();
+        const std::string line = ring[at % LINES];
         out.store(at + 1, std::memory_order_release);
         if (print) print(line);
     }

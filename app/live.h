@@ -43,17 +43,14 @@ public:
 private:
     static constexpr std::size_t LINES =
         64; // what the scheduler says between two turns; further lines are counted
-    struct console_line {
-        std::array<char, 1008> text;
-    };
-
     static void console(void* session, console_kind kind, const char* text);
     static void woken(void*);
     void hear(console_kind kind, const char* text);
     void print_lines();
 
-    // The scheduler's lines on their way to the main level: it writes at `in`, the main level reads at `out`.
-    std::array<console_line, LINES> ring;
+    // The scheduler's lines on their way to the main level: it writes at `in`, the main level reads at `out`. Each has room
+    // for a usual line, so that the scheduler need not ask for memory.
+    std::array<std::string, LINES> ring;
     std::atomic<std::size_t> in{0};
     std::atomic<std::size_t> out{0};
     std::atomic<unsigned> lost{0};

@@ -42,12 +42,16 @@ const char* ending_reason(midi_ending e) {
     }
 }
 
-// What is wrong with a document that the object has passed over in silence.
+// What is wrong with a document's form, over which the object passes in silence; empty when it is whole.
 std::string why_no_document(const std::string& file, file_type type) {
     kel_document document;
     std::string why;
     kel_document_read(file.c_str(), host_default_path(), type == TYPE_KELB, &document, &why);
-    return why.empty() ? "not a document" : why;
+    return why;
+}
+
+std::string named(const std::string& file, const std::string& why) {
+    return why.empty() ? "" : file + ": " + why;
 }
 
 // The console's lines while something runs: errors are failures, the rest is passed on to standard error.
@@ -70,10 +74,6 @@ private:
     console_printer& print;
     console_printer before;
 };
-
-std::string named(const std::string& file, const std::string& why) {
-    return file + ": " + why;
-}
 
 // The console's error with the file called as the user calls it, whatever the line calls it and whether it does.
 std::string told_of(const std::string& shown, const std::string& file, std::string_view error) {
@@ -98,8 +98,10 @@ std::string read_named(console_printer& print, brisolan* x, const std::string& f
     kel_send(x, host_symbol("read"), arguments);
     kel_run_queue();
     if (!console.error.empty()) return told_of(shown, file, console.error);
-    if (type != TYPE_MIDI) return x->serial == serial ? named(shown, why_no_document(file, type)) : "";
-    return g_midi_ending == midi_ending::whole ? "" : named(shown, ending_reason(g_midi_ending));
+    if (type == TYPE_MIDI) return named(shown, ending_reason(g_midi_ending));
+    // A new serial shows that lines were carried out. Where none needed one, the file is read once more to tell whether
+    // there were any to carry out.
+    return x->serial != serial ? "" : named(shown, why_no_document(file, type));
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 // Layer: host. The line is written at main level: a console may be slow, and the scheduler does not wait for it.
 #include <array>
 #include <cstdio>
-#include <cstring>
+#include <string>
 
 #include "host/boxes/boxes.h"
 #include "host/kel.h"
@@ -17,40 +17,19 @@ host_class* print_class = nullptr;
 symbol* list = nullptr;
 symbol* default_prefix = nullptr;
 
-// A line as it grows; what has no room is cut off.
-struct line {
-    std::array<char, 900> text{};
-    std::size_t used = 0;
-
-    void add(const char* more) {
-        const std::size_t n = std::min(std::strlen(more), text.size() - 1 - used);
-        std::memcpy(text.data() + used, more, n);
-        used += n;
-    }
-    void add(const atom& a) {
-        std::array<char, 64> number{};
-        if (a.type == A_SYM) return add(a.s->name);
-        if (a.type == A_LONG)
-            std::snprintf(number.data(), number.size(), "%d", static_cast<int>(a.l));
-        else
-            std::snprintf(number.data(), number.size(), "%.9g", static_cast<double>(a.f));
-        add(number.data());
-    }
-};
+std::string text_of(const atom& a) {
+    if (a.type == A_SYM) return a.s->name;
+    if (a.type == A_LONG) return std::to_string(a.l);
+    std::array<char, 64> number{};
+    std::snprintf(number.data(), number.size(), "%.9g", static_cast<double>(a.f));
+    return number.data();
+}
 
 void print_now(print* x, symbol* selector, std::int32_t argc, const atom* argv) {
-    line l;
-    l.add(x->prefix->name);
-    l.add(":");
-    if (selector != list) {
-        l.add(" ");
-        l.add(selector->name);
-    }
-    for (std::int32_t i = 0; i < argc; ++i) {
-        l.add(" ");
-        l.add(argv[i]);
-    }
-    host_post("%s", l.text.data());
+    std::string line = std::string(x->prefix->name) + ":";
+    if (selector != list) line += std::string(" ") + selector->name;
+    for (std::int32_t i = 0; i < argc; ++i) line += " " + text_of(argv[i]);
+    host_post("%s", line.c_str());
 }
 
 void print_anything(print* x, symbol* selector, std::int32_t argc, const atom* argv) {

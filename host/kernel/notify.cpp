@@ -1,8 +1,10 @@
 // host/kernel/notify.cpp: console, dialogs, inspector, and the named connection points.
 // Layer: kernel. Called by the object; what it says goes to the platform.
+#include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "host/kernel/dispatch.h"
@@ -12,13 +14,23 @@
 
 namespace {
 
-constexpr std::size_t CONSOLE_LINE = 1000;
+constexpr std::size_t USUAL_LINE = 1000; // a longer one takes memory for its time
 
 void say(console_kind kind, const char* format, va_list arguments) {
-    char line[CONSOLE_LINE];
-    std::vsnprintf(line, sizeof line, format, arguments);
     const host_platform& p = kel_platform();
-    if (p.console) p.console(p.user, kind, line);
+    if (!p.console) return;
+    va_list again;
+    va_copy(again, arguments);
+    std::array<char, USUAL_LINE> usual;
+    const int length = std::vsnprintf(usual.data(), usual.size(), format, arguments);
+    if (length < static_cast<int>(usual.size())) {
+        p.console(p.user, kind, usual.data());
+    } else {
+        std::string line(static_cast<std::size_t>(length), '\0');
+        std::vsnprintf(line.data(), line.size() + 1, format, again);
+        p.console(p.user, kind, line.c_str());
+    }
+    va_end(again);
 }
 
 // Who listens to a named connection point; main level.

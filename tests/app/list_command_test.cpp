@@ -57,6 +57,19 @@ TEST_F(list_command_test, a_file_that_cannot_be_read_is_named_with_the_reason) {
               "the last message does not end with ';' in line 3");
 }
 
+TEST_F(list_command_test, a_document_need_not_restore_anything) {
+    for (const char* lines : {"#N brisolan;\n", "#N brisolan a;\n#X setparam 1 Key 2 0 127 60 12 4 0;\n"}) {
+        const finished f = run({"list", text("a.kel", lines)});
+        EXPECT_EQ(f.status, 0) << f.err;
+        EXPECT_EQ(f.out + f.err, "");
+    }
+    const finished f = run({"convert", file("a.kel"), "-", "--to", "kel"});
+    EXPECT_EQ(f.status, 0) << f.err;
+    EXPECT_NE(f.out.find("#X setparam 1 Key "), std::string::npos) << f.out;
+    EXPECT_EQ(refused("broken.kel", "#N brisolan;\n#X setparam 1 Key"),
+              "the last message does not end with ';' in line 2");
+}
+
 TEST_F(list_command_test, a_file_that_may_not_be_read_is_named_with_the_reason) {
     const std::string name = text("mine.mid", one_track(on(0, 60)));
     std::filesystem::permissions(name, std::filesystem::perms::none);

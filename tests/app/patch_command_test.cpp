@@ -30,6 +30,18 @@ TEST_F(patch_command_test, a_minus_is_standard_input) {
     EXPECT_EQ(shell("exec \"$0\" patch - --for 500 <.").status, 1);
 }
 
+TEST_F(patch_command_test, a_long_line_of_the_scheduler_arrives_whole) {
+    const std::string name(3000, 'a');
+    const std::unique_ptr<process> p = start(
+        {"patch", text("long.kel", "#N loadbang; #N delay 10; #N message " + name +
+                                       "; #N delay; #P cord 0 0 1 0; #P cord 1 0 2 0; #P cord 2 0 3 0;\n")});
+    const std::string told = "brisolan: host: delay: no message \"" + name + "\"\n";
+    EXPECT_TRUE(holds_within(10'000, [&] { return p->err().size() >= told.size(); }));
+    p->send(SIGINT);
+    EXPECT_EQ(p->wait(5000), 0);
+    EXPECT_EQ(p->err(), told);
+}
+
 TEST_F(patch_command_test, an_hour_passes_in_no_time) {
     const finished f = run({"patch", clock(), "--for", "3600000"});
     EXPECT_EQ(lines_of(f.out).size(), 14400U);

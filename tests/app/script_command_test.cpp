@@ -146,6 +146,11 @@ TEST_F(script_command_test, a_printed_line_is_one_line_whatever_names_are_in_it)
     EXPECT_EQ(refused(":\"a\\nb\""), "unknown command :a\\nb");
 }
 
+TEST_F(script_command_test, a_console_line_is_as_long_as_it_is) {
+    const std::string name(3000, 'a');
+    EXPECT_EQ(script(name + "\n").out, "error host: brisolan: no message \"" + name + "\"\n");
+}
+
 TEST_F(script_command_test, a_script_that_cannot_be_read_is_named_with_the_reason) {
     const std::pair<const char*, const char*> unread[] = {
         {"exec \"$0\" script <.", "standard input: Is a directory"},
