@@ -1,17 +1,8 @@
-// app/saved_form.cpp: what a score's file would hold, as one number.
+// app/saved_form.cpp: what a score holds, as one number.
 // Layer: program.
 #include "app/saved_form.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string_view>
-
-#include <unistd.h>
-
-#include "app/target.h"
-#include "host/kernel/files.h"
 
 namespace {
 
@@ -36,40 +27,41 @@ std::uint64_t pair_of(std::int32_t a, std::int32_t b) {
     return static_cast<std::uint64_t>(static_cast<std::uint32_t>(a)) << 32 | static_cast<std::uint32_t>(b);
 }
 
-// A name for a file that lives for a moment; empty when there is no folder for it.
-std::string scratch_file() {
-    std::error_code failed;
-    const char* const runtime = std::getenv("XDG_RUNTIME_DIR"); // in memory on most machines
-    std::filesystem::path folder = runtime && access(runtime, W_OK) == 0
-                                       ? std::filesystem::path(runtime)
-                                       : std::filesystem::temp_directory_path(failed);
-    if (failed) return "";
-    return (folder / ("brisolan-" + std::to_string(getpid()) + ".mid")).string();
+void add_events(digest& d, const brisolan* x) {
+    for (const event* e = x->events; e; e = e->next) {
+        for (int i = 0; i < NPARAMS; i += 2) d.add(pair_of(event_param(*e, i), event_param(*e, i + 1)));
+    }
+}
+
+void add_descriptions(digest& d, const brisolan* x) {
+    for (const param_record& p : x->params) {
+        d.add(p.name->name);
+        d.add(pair_of(p.min, p.max));
+    }
 }
 
 } // namespace
 
 std::uint64_t score_digest(const brisolan* x) {
     digest d;
-    for (const event* e = x->events; e; e = e->next) {
-        for (int i = 0; i < NPARAMS; i += 2) d.add(pair_of(event_param(*e, i), event_param(*e, i + 1)));
-    }
+    add_events(d, x);
+    add_descriptions(d, x);
     for (const param_record& p : x->params) {
-        d.add(p.name->name);
-        d.add(pair_of(p.min, p.max));
         d.add(pair_of(p.defvalue, p.interval));
         d.add(pair_of(p.scale, p.mode << 8 | p.notenames));
     }
     return d.value();
 }
 
-std::uint64_t midi_digest(std::function<void(const std::string&)>& console, brisolan* x) {
-    const std::string file = scratch_file();
-    if (file.empty() || !write_from(console, x, {file, TYPE_MIDI}).empty()) return 0;
-    std::ifstream in(file, std::ios::binary);
+std::uint64_t contents_digest(const brisolan* x) {
     digest d;
-    d.add(std::string(std::istreambuf_iterator<char>(in), {}));
-    std::error_code failed;
-    std::filesystem::remove(file, failed);
+    add_events(d, x);
+    add_descriptions(d, x);
+    return d.value();
+}
+
+std::uint64_t descriptions_digest(const brisolan* x) {
+    digest d;
+    add_descriptions(d, x);
     return d.value();
 }

@@ -1,10 +1,8 @@
-// app/saved_form.h: what a score's file would hold, as one number, so that two states can be told apart.
+// app/saved_form.h: what a score holds, as one number, so that two states can be told apart.
 // Layer: program. Called by the editor's documents.
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <string>
 
 #include "core/instance.h"
 
@@ -12,6 +10,7 @@
 // states of one digest are saved alike; two of different ones may be. Walks the events once. [main]
 std::uint64_t score_digest(const brisolan* x);
 
-// A digest of the very bytes that a MIDI file of the score would have; 0 when it cannot be written even to the folder for
-// temporary files. `console` as for write_from. [main]
-std::uint64_t midi_digest(std::function<void(const std::string&)>& console, brisolan* x);
+// The same of the events and of the parameters' names and ranges, without how they are shown; of these names and ranges
+// alone. [main]
+std::uint64_t contents_digest(const brisolan* x);
+std::uint64_t descriptions_digest(const brisolan* x);

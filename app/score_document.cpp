@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 
+#include "app/midi_rest.h"
 #include "app/part.h"
 #include "app/play_patch.h"
 #include "app/saved_form.h"
@@ -43,9 +44,13 @@ score_document::score_document(std::function<void(const std::string&)>& where, i
 
 std::string score_document::start(const std::string& file) {
     if (std::string why = patch.load(); !why.empty()) return why;
+    fresh = descriptions_digest(patch.score());
     if (file.empty()) return "";
     if (std::string why = read_into(console, patch.score(), file); !why.empty()) return why;
-    if (kel_filetype(file) != TYPE_MIDI) show_saved_roles(patch.score(), file);
+    if (kel_filetype(file) == TYPE_MIDI)
+        rest = midi_rest_of(file);
+    else
+        show_saved_roles(patch.score(), file);
     path = file;
     return "";
 }
@@ -62,32 +67,23 @@ bool score_document::is_midi() const {
     return !path.empty() && kel_typeofname(path.c_str()) == TYPE_MIDI;
 }
 
-score_document::saved_state score_document::state_now() {
-    return {true, score_digest(patch.score()), is_midi() ? midi_digest(console, patch.score()) : 0};
+// How a score is shown is no part of what a MIDI file stands for; all that was made of it is, whether the file can hold it
+// or not.
+std::uint64_t score_document::state_now() const {
+    return is_midi() ? contents_digest(patch.score()) : score_digest(patch.score());
 }
 
 void score_document::remember() {
-    if (saved.known || patch.mode() == MODE_RECORD) return;
+    if (known || patch.mode() == MODE_RECORD) return;
+    known = true;
     saved = state_now();
-    copied = saved.score;
-}
-
-bool score_document::seems_unsaved() {
-    if (from_copy) return true;
-    if (!saved.known || (path.empty() && empty())) return false;
-    const std::uint64_t now = score_digest(patch.score());
-    return now == asked_of ? answer : now != saved.score;
+    copied = score_digest(patch.score());
 }
 
 bool score_document::unsaved() {
-    if (!seems_unsaved()) return false;
-    return from_copy || !is_midi() || unsaved_as_midi(score_digest(patch.score()));
-}
-
-bool score_document::unsaved_as_midi(std::uint64_t digest) {
-    if (digest != asked_of) answer = midi_digest(console, patch.score()) != saved.midi;
-    asked_of = digest;
-    return answer;
+    if (from_copy) return true;
+    if (!known || (path.empty() && empty())) return false;
+    return state_now() != saved;
 }
 
 std::string score_document::save(const std::string& to) {
@@ -96,8 +92,9 @@ std::string score_document::save(const std::string& to) {
     if (std::string why = write_from(console, patch.score(), {to, type}); !why.empty()) return why;
     path = to;
     from_copy = false;
+    rest.clear();
+    known = true;
     saved = state_now();
-    asked_of = 0;
     kel_patcher_setchanged(patch.patcher(), false);
     return "";
 }
@@ -106,16 +103,27 @@ std::string score_document::export_midi(const std::string& to, int format, bool 
     return write_from(console, patch.score(), {to, TYPE_MIDI, timecode, format});
 }
 
-std::string score_document::lost_in(const std::string& to) {
-    if (kel_typeofname(to.c_str()) != TYPE_MIDI) return "";
+std::vector<std::string> score_document::lost_in(const std::string& to) {
+    std::vector<std::string> lost;
+    if (kel_typeofname(to.c_str()) != TYPE_MIDI) return lost;
     const brisolan* x = patch.score();
-    for (const event* e = x->events; e; e = e->next) {
-        if (e->x1 != x->params[PARAM_X1].defvalue || e->x2 != x->params[PARAM_X2].defvalue)
-            return "the values of " + parameter_name(PARAM_X1) + " and " + parameter_name(PARAM_X2);
-        if (e->chan < 1 || e->chan > 16) return "channels beyond 1 to 16";
-        if (e->pitch < 0 || e->pitch > 127) return "pitches beyond 0 to 127";
-    }
-    return "";
+    const auto any = [x](auto is_lost) {
+        const event* e = x->events;
+        while (e && !is_lost(*e)) e = e->next;
+        return e != nullptr;
+    };
+    // What a MIDI file is read with, whatever the defaults are now.
+    if (any([](const event& e) { return e.x1 != 0 || e.x2 != 0; }))
+        lost.push_back("the values of " + parameter_name(PARAM_X1) + " and " + parameter_name(PARAM_X2));
+    if (any([](const event& e) { return e.chan < 1 || e.chan > 16; }))
+        lost.emplace_back("channels beyond 1 to 16");
+    if (any([](const event& e) { return e.pitch < 0 || e.pitch > 127; }))
+        lost.emplace_back("pitches beyond 0 to 127");
+    if (descriptions_digest(x) != fresh) lost.emplace_back("the parameters' names and ranges");
+    std::string of_the_file;
+    for (const std::string& kind : rest) of_the_file += (of_the_file.empty() ? "" : ", ") + kind;
+    if (!rest.empty()) lost.push_back("what the file held beside notes: " + of_the_file);
+    return lost;
 }
 
 bool score_document::keep_copy(const std::string& to) {
@@ -132,7 +140,7 @@ std::string score_document::take_copy(const std::string& from) {
     if (std::string why = read_into(console, patch.score(), from); !why.empty()) return why;
     show_saved_roles(patch.score(), from);
     from_copy = true;
-    saved.known = true;
+    known = true;
     return "";
 }
 

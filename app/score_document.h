@@ -24,11 +24,10 @@ public:
     const std::string& file() const override { return path; }
     std::string title() const override;
     bool unsaved() override;
-    bool seems_unsaved() override;
     void remember() override;
     std::string save(const std::string& to) override;
     std::string export_midi(const std::string& to, int format, bool timecode) override;
-    std::string lost_in(const std::string& to) override;
+    std::vector<std::string> lost_in(const std::string& to) override;
     bool keep_copy(const std::string& to) override;
     std::string take_copy(const std::string& from) override;
 
@@ -63,14 +62,7 @@ public:
     void set_black_keys(bool on) override;
 
 private:
-    // A state of the score as its file would have it.
-    struct saved_state {
-        bool known = false;
-        std::uint64_t score = 0;
-        std::uint64_t midi = 0; // only of a document that is a MIDI file
-    };
-    saved_state state_now();
-    bool unsaved_as_midi(std::uint64_t digest);
+    std::uint64_t state_now() const; // a digest of what its kind of file stands for
     bool is_midi() const;
 
     std::function<void(const std::string&)>& console;
@@ -78,11 +70,12 @@ private:
     int number;
     std::string path;
     bool from_copy = false; // never saved since it was taken from a copy
-    saved_state saved;
-    // The last answer that took the writing of a file to find.
-    std::uint64_t asked_of = 0; // score_digest then
-    bool answer = false;
+    bool known = false;     // whether `saved` is
+    std::uint64_t saved = 0;
     std::uint64_t copied = 0; // score_digest of the copy written last
+    std::uint64_t fresh = 0;  // descriptions_digest of a new score
+    std::vector<std::string>
+        rest; // what the MIDI file that was opened holds beside notes, until another is written
 
     // The length as of these counts; for edits in place it is looked up anew every second as well.
     std::int64_t length = 0;

@@ -46,10 +46,8 @@ public:
     virtual const std::string& file() const = 0;
     // A short name for titles.
     virtual std::string title() const = 0;
-    // Whether a saved file would now be another than the one last saved or read. seems_unsaved is for looking at often: it
-    // may be true where the difference is one that the file's kind cannot hold.
+    // Whether the score is another than the one last saved or read, by what its kind of file could hold or not.
     virtual bool unsaved() = 0;
-    virtual bool seems_unsaved() = 0;
     // To be called before anything may change the document, and when there is nothing else to do.
     virtual void remember() = 0;
 
@@ -59,8 +57,9 @@ public:
     // Writes a MIDI file beside, the document staying whose it is: format 0 or 1, times by the metre or (timecode) to the
     // millisecond.
     virtual std::string export_midi(const std::string& to, int format, bool timecode) = 0;
-    // What of the document a file of this name would not hold; empty: it would hold everything.
-    virtual std::string lost_in(const std::string& to) = 0;
+    // What of the document, and of the file that it was read from, a file of this name would not hold, each thing in a few
+    // words; empty: it would hold everything.
+    virtual std::vector<std::string> lost_in(const std::string& to) = 0;
     // Writes a copy that can be read again after a crash, unless the last one is still true. False when it failed.
     virtual bool keep_copy(const std::string& to) = 0;
     // Takes the notes of such a copy; the document is then unsaved.

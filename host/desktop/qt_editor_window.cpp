@@ -2,6 +2,8 @@
 // Layer: desktop platform, Qt. The menus are in qt_editor_menus.cpp.
 #include "host/desktop/qt_editor_window.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -150,41 +152,46 @@ void qt_editor_window::show_transport() {
     QString text = QStringLiteral("%L1 notes").arg(shown->nnotes());
     if (selected) text += QStringLiteral(", %L1 selected").arg(selected);
     counts->setText(text);
-    setWindowModified(shown->seems_unsaved());
+    setWindowModified(shown->unsaved());
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Files
 
-bool qt_editor_window::save() {
-    if (shown->file().empty()) return save_as();
-    const qt_in_kernel now;
-    const std::string why = shown->save(shown->file());
-    if (why.empty()) {
-        show_title();
-        say(QStringLiteral("Saved"));
-        return true;
-    }
-    QMessageBox::warning(this, QStringLiteral("Not saved"), QString::fromStdString(why));
-    return false;
+// Before the first time that something would be left out of a file, a person says whether it may be.
+qt_editor_window::loss qt_editor_window::ask_to_lose(const std::string& to) {
+    const std::vector<std::string> lost = shown->lost_in(to);
+    if (std::ranges::all_of(lost, [this](const std::string& what) { return agreed_to_lose.contains(what); }))
+        return loss::agreed;
+    QString list;
+    for (const std::string& what : lost) list += QStringLiteral("\n    •  ") + QString::fromStdString(what);
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Save as MIDI file"),
+                    QStringLiteral("A MIDI file keeps notes alone. Saved as one, this loses:") + list,
+                    QMessageBox::Cancel, this);
+    QString stays = QStringLiteral("A score (.kel) keeps everything that is in the editor");
+    if (!shown->file().empty())
+        stays += QStringLiteral(", and “%1” stays as it is").arg(QString::fromStdString(shown->title()));
+    box.setInformativeText(stays + '.');
+    QPushButton* const as_score = box.addButton(QStringLiteral("Save as a s&core…"), QMessageBox::ActionRole);
+    QPushButton* const anyway = box.addButton(QStringLiteral("&Save anyway"), QMessageBox::AcceptRole);
+    box.button(QMessageBox::Cancel)->setText(QStringLiteral("Ca&ncel"));
+    box.setDefaultButton(as_score);
+    box.exec();
+    if (box.clickedButton() == as_score) return loss::as_score;
+    if (box.clickedButton() != anyway) return loss::cancelled;
+    agreed_to_lose.insert(lost.begin(), lost.end());
+    return loss::agreed;
 }
 
-bool qt_editor_window::save_as() {
-    QString proposed = from_file_name(shown->file());
-    if (proposed.isEmpty())
-        proposed = restored_name.isEmpty() ? QStringLiteral("Untitled.mid") : restored_name;
-    const QString chosen = qt_ask_where_to_save(this, proposed);
-    if (chosen.isEmpty()) return false;
-    const std::string to = QFile::encodeName(chosen).toStdString();
-    if (const std::string lost = shown->lost_in(to); !lost.empty()) {
-        const auto answer = QMessageBox::question(
-            this, QStringLiteral("Save as MIDI file"),
-            QStringLiteral(
-                "A MIDI file cannot hold %1. A document (.kel) holds everything.\n\nSave as a MIDI file all "
-                "the same?")
-                .arg(QString::fromStdString(lost)),
-            QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
-        if (answer != QMessageBox::Save) return false;
+bool qt_editor_window::write(const QString& file) {
+    const std::string to = QFile::encodeName(file).toStdString();
+    switch (ask_to_lose(to)) {
+    case loss::cancelled: return false;
+    case loss::as_score: {
+        const QFileInfo info(file);
+        return save_as(info.absolutePath() + '/' + info.completeBaseName() + QStringLiteral(".kel"));
+    }
+    case loss::agreed: break;
     }
     std::string why;
     {
@@ -196,9 +203,25 @@ bool qt_editor_window::save_as() {
         return false;
     }
     restored_name.clear();
-    desktop.add_recent(chosen);
     show_title();
     say(QStringLiteral("Saved"));
+    return true;
+}
+
+bool qt_editor_window::save() {
+    return shown->file().empty() ? save_as() : write(from_file_name(shown->file()));
+}
+
+bool qt_editor_window::save_as() {
+    const QString file = from_file_name(shown->file());
+    if (!file.isEmpty()) return save_as(file);
+    return save_as(restored_name.isEmpty() ? called() + QStringLiteral(".kel") : restored_name);
+}
+
+bool qt_editor_window::save_as(const QString& proposed) {
+    const QString chosen = qt_ask_where_to_save(this, proposed);
+    if (chosen.isEmpty() || !write(chosen)) return false;
+    desktop.add_recent(from_file_name(shown->file()));
     return true;
 }
 

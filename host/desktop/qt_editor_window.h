@@ -4,6 +4,8 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <string>
 
 #include <QMainWindow>
 #include <QPointer>
@@ -42,6 +44,7 @@ public:
     // The dialog of the parameters.
     void inspect();
     bool save_as();
+    bool save_as(const QString& proposed);
     // Brings the copy for after a crash up to date, where there is anything unsaved.
     void keep_copy();
     // The program ends without asking: what was not saved is left in the copy.
@@ -56,6 +59,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // What a person says of what a MIDI file cannot hold.
+    enum class loss { agreed, as_score, cancelled };
+    loss ask_to_lose(const std::string& to);
+    bool write(const QString& file);
     QString called() const;
     void make_actions();
     void make_menus();
@@ -95,7 +102,8 @@ private:
     QLabel* counts;
     QLabel* devices;
     QTimer* ticks;
-    QString restored_name; // what a document that was taken from a copy was called
+    std::set<std::string> agreed_to_lose; // what may be left out of a MIDI file
+    QString restored_name;                // what a document that was taken from a copy was called
     int turns = 0;
     bool goes_along = true; // the picture, with the position while it plays
     std::int32_t last_line = -1;

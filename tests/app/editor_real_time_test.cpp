@@ -58,7 +58,7 @@ protected:
     // What a window does all the time.
     void look() {
         (void)document->transport();
-        (void)document->seems_unsaved();
+        (void)document->unsaved();
         (void)document->nselected();
         (void)document->tracks();
     }

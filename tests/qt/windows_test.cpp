@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <set>
 
+#include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QAction>
@@ -12,6 +13,7 @@
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -102,6 +104,24 @@ protected:
         }
         ADD_FAILURE() << "no item " << text.toStdString();
         return nullptr;
+    }
+
+    // Does something that asks, and answers by the button of this text; what was asked.
+    static QString answer(const QString& button, const std::function<void()>& does) {
+        QString told;
+        QTimer::singleShot(0, [&] {
+            QWidget* const box = QApplication::activeModalWidget();
+            ASSERT_NE(box, nullptr);
+            for (const QLabel* label : box->findChildren<QLabel*>()) told += label->text() + ' ';
+            for (QAbstractButton* b : box->findChildren<QAbstractButton*>()) {
+                if (b->text().remove('&') == button) return b->click();
+            }
+            box->close();
+            FAIL() << "no button " << button.toStdString();
+        });
+        does();
+        EXPECT_FALSE(told.isEmpty()) << "nothing was asked";
+        return told;
     }
 
     std::string example() const { return std::string(BRISOLAN_SOURCE_DIR) + "/examples/invention-in-c.mid"; }
@@ -309,13 +329,59 @@ TEST_F(windows_test, unsaved_is_what_would_be_saved_otherwise) {
     EXPECT_TRUE(d.unsaved());
     first->vel -= 1;
     EXPECT_FALSE(d.unsaved());
+    d.set_role(PARAM_VEL, ROLE_VERTICAL);
+    EXPECT_FALSE(d.unsaved()) << "how it is shown is not the piece";
     first->x1 = 7;
-    EXPECT_FALSE(d.unsaved()) << "a MIDI file has no place for it";
-    EXPECT_NE(d.lost_in((folder / "b.mid").string()), "");
-    EXPECT_EQ(d.lost_in((folder / "b.kel").string()), "");
+    EXPECT_TRUE(d.unsaved()) << "or it would be lost at the closing without a word";
     ASSERT_EQ(d.save((folder / "b.kel").string()), "");
     first->x1 = 8;
     EXPECT_TRUE(d.unsaved()) << "a document has";
+}
+
+using lost_things = std::vector<std::string>;
+
+TEST_F(windows_test, what_a_midi_file_cannot_hold_is_told) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    desk_document& d = w->document();
+    const lost_things of_the_file{
+        "what the file held beside notes: program changes, tempo, meter, key, names and texts"};
+    EXPECT_EQ(d.lost_in(d.file()), of_the_file);
+    EXPECT_EQ(d.lost_in((folder / "b.kel").string()), lost_things{});
+    ASSERT_EQ(d.save((folder / "b.mid").string()), "");
+    EXPECT_EQ(d.lost_in(d.file()), lost_things{}) << "the file that is there now holds notes alone";
+    score(*w)->events->x2 = 7;
+    EXPECT_EQ(d.lost_in(d.file()), lost_things{"the values of X1 and X2"});
+    score(*w)->events->pitch = 128;
+    EXPECT_EQ(d.lost_in(d.file()).size(), 2U);
+    std::vector<parameter_description> told = ask_descriptions(score(*w)).parameters;
+    told[PARAM_X1].name = "Bow";
+    send_description(score(*w), PARAM_X1, told[PARAM_X1]);
+    EXPECT_EQ(d.lost_in(d.file()), (lost_things{"the values of Bow and X2", "pitches beyond 0 to 127",
+                                                "the parameters' names and ranges"}));
+}
+
+TEST_F(windows_test, a_person_is_asked_once_before_something_is_left_out_of_a_midi_file) {
+    const std::filesystem::path file = folder / "b.mid";
+    std::filesystem::copy_file(example(), file);
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(file.string()));
+    const auto size = std::filesystem::file_size(file);
+    w->document().remember();
+    score(*w)->events->x1 = 7;
+    QString told;
+    told = answer("Cancel", [w] { EXPECT_FALSE(w->save()); });
+    EXPECT_TRUE(told.contains("X1")) << told.toStdString();
+    EXPECT_TRUE(told.contains("tempo")) << told.toStdString();
+    EXPECT_TRUE(told.contains(".kel")) << told.toStdString();
+    EXPECT_EQ(std::filesystem::file_size(file), size);
+    EXPECT_TRUE(w->document().unsaved());
+    answer("Save anyway", [w] { EXPECT_TRUE(w->save()); });
+    EXPECT_NE(std::filesystem::file_size(file), size);
+    EXPECT_FALSE(w->document().unsaved());
+    score(*w)->events->x1 = 8;
+    EXPECT_TRUE(w->save()) << "agreed to before";
+    score(*w)->events->chan = 17;
+    told = answer("Cancel", [w] { EXPECT_FALSE(w->save()); });
+    EXPECT_TRUE(told.contains("channels")) << "which was not agreed to";
 }
 
 TEST_F(windows_test, recent_files_and_places_are_remembered) {
