@@ -70,6 +70,8 @@ public:
 
     // As note_outputs::poll. [main]
     void poll();
+    // Whether the port was there at the last poll. [main]
+    bool there() const { return source && source->there(); }
 
 private:
     std::unique_ptr<midi_source> source;

@@ -91,6 +91,14 @@ void editor::came_in(void* ed, std::int32_t place, std::int32_t key) {
     if (static_cast<const editor*>(ed)->hearing) midi_send(place >> 8, place & 255, key >> 8, key & 255);
 }
 
+std::string editor::why_no_input() {
+    if (input && input->there()) return "";
+    if (const std::string why = midi_why_absent(); !why.empty()) return "no note can come in: " + why;
+    if (input)
+        return "no note comes in: the MIDI input has gone; MIDI > Input chooses another (" + input_name + ")";
+    return "no note comes in: choose a port in MIDI > Input";
+}
+
 std::string editor::choose_input(const std::string& name) {
     input.reset();
     input_name.clear();

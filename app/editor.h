@@ -33,6 +33,7 @@ public:
 
     std::vector<desk_port> inputs() override;
     std::vector<desk_port> outputs() override;
+    std::string why_no_input() override;
     std::string choose_input(const std::string& name) override;
     std::string choose_output(const std::string& name) override;
     bool synth() const override { return sound != nullptr; }

@@ -143,6 +143,7 @@ public:
     // Devices. choose_…: an empty name means none; gives why it cannot be.
     virtual std::vector<desk_port> inputs() = 0;
     virtual std::vector<desk_port> outputs() = 0;
+    virtual std::string why_no_input() = 0; // why no note can come in, and what to do; empty: notes can
     virtual std::string choose_input(const std::string& name) = 0;
     virtual std::string choose_output(const std::string& name) = 0;
     virtual bool synth() const = 0;

@@ -44,7 +44,8 @@ struct midi_arrival {
 class midi_source {
 public:
     virtual ~midi_source() = default;
-    virtual void poll() = 0; // as a wire's. [main]
+    virtual void poll() = 0;        // as a wire's. [main]
+    virtual bool there() const = 0; // whether the device was, at the last poll. [main]
 };
 
 // Opens a port for notes to go to, for notes to come from. Null when it cannot be; `error` then says why in one line.

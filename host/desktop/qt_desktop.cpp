@@ -129,7 +129,13 @@ qt_editor_window* qt_desktop::open_file(const QString& file, QWidget* asking) {
         document = behind.open(file_name(whole), why);
     }
     if (!document) {
-        QMessageBox::warning(asking, QStringLiteral("Not opened"), QString::fromStdString(why));
+        QMessageBox box(QMessageBox::Warning, QStringLiteral("Not opened"), QString::fromStdString(why),
+                        QMessageBox::Ok, asking);
+        if (why.find("bad midi file") != std::string::npos)
+            box.setInformativeText(
+                QStringLiteral("It has the name of a MIDI file, but what is in it is damaged, or of "
+                               "another kind. Perhaps it was not copied as a whole."));
+        box.exec();
         return nullptr;
     }
     add_recent(whole);

@@ -3,6 +3,7 @@
 #include "host/desktop/qt_editor_window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -22,6 +23,7 @@
 #include "host/desktop/qt_inspector.h"
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_questions.h"
 #include "host/desktop/qt_score_view.h"
 #include "host/desktop/qt_status.h"
 #include "host/kernel/dispatch.h"
@@ -76,6 +78,7 @@ qt_editor_window::qt_editor_window(qt_desktop& d, std::unique_ptr<desk_document>
     });
     resize(USUAL_WIDTH, USUAL_HEIGHT);
     qt_restore_place(desktop.settings(), from_file_name(shown->file()), *this);
+    qt_fit_to_screen(*this);
     {
         const qt_in_kernel now;
         kel_private<"dblclick">(shown->score());
@@ -141,17 +144,32 @@ void qt_editor_window::go_along(const desk_transport& t) {
     shown->scroll_to(t.position);
 }
 
+// Recording and following without an input wait for ever: a person is told so for as long as it is so.
+void qt_editor_window::look_at_input(desk_mode mode) {
+    const bool listens = mode == desk_mode::recording || mode == desk_mode::following;
+    const QString trouble = listens ? QString::fromStdString(desktop.program().why_no_input()) : QString();
+    if (trouble.isEmpty()) {
+        if (!input_trouble.isEmpty()) statusBar()->clearMessage();
+    } else if (trouble != input_trouble || statusBar()->currentMessage().isEmpty()) {
+        say(trouble.left(1).toUpper() + trouble.mid(1));
+    }
+    input_trouble = trouble;
+}
+
 void qt_editor_window::show_transport() {
     const desk_transport t = shown->transport();
+    if (std::exchange(last_mode, t.mode) != t.mode) turns = 0; // what follows is due at once
     go_along(t);
     bar->show_state(t);
     const bool moves = t.mode != desk_mode::idle || t.position > 0;
     score->set_line(moves && t.mode != desk_mode::recording ? t.line : -1, t.line_top, t.line_bottom);
     if (turns++ % TICKS_A_LOOK != 0 || qt_kernel_busy()) return;
     const int selected = shown->nselected();
-    QString text = QStringLiteral("%L1 notes").arg(shown->nnotes());
+    QString text =
+        shown->nnotes() == 1 ? QStringLiteral("1 note") : QStringLiteral("%L1 notes").arg(shown->nnotes());
     if (selected) text += QStringLiteral(", %L1 selected").arg(selected);
     counts->setText(text);
+    look_at_input(t.mode);
     setWindowModified(shown->unsaved());
 }
 
@@ -228,16 +246,10 @@ bool qt_editor_window::save_as(const QString& proposed) {
 bool qt_editor_window::may_close() {
     if (qt_kernel_busy()) return false;
     if (!shown->unsaved()) return true;
-    QMessageBox box(
-        QMessageBox::Warning, QStringLiteral("Unsaved changes"),
-        QStringLiteral("“%1” has changes that are not saved.")
-            .arg(restored_name.isEmpty() ? QString::fromStdString(shown->title()) : restored_name),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-    box.setInformativeText(QStringLiteral("Without saving they are lost."));
-    box.setDefaultButton(QMessageBox::Save);
-    switch (box.exec()) {
-    case QMessageBox::Save: return save();
-    case QMessageBox::Discard: return true;
+    switch (qt_ask_to_save(this, restored_name.isEmpty() ? QString::fromStdString(shown->title())
+                                                         : restored_name)) {
+    case qt_unsaved::save: return save();
+    case qt_unsaved::discard: return true;
     default: return false;
     }
 }

@@ -79,6 +79,7 @@ private:
     void show_patch();
     void check_edit_menu();
     void show_transport();
+    void look_at_input(desk_mode mode);
     void go_along(const desk_transport& t);
     void act(const std::function<std::string()>& does);
     void record();
@@ -104,7 +105,9 @@ private:
     QTimer* ticks;
     std::set<std::string> agreed_to_lose; // what may be left out of a MIDI file
     QString restored_name;                // what a document that was taken from a copy was called
+    QString input_trouble;                // said of the input last
     int turns = 0;
+    desk_mode last_mode = desk_mode::idle;
     bool goes_along = true; // the picture, with the position while it plays
     std::int32_t last_line = -1;
 };

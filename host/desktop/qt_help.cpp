@@ -8,6 +8,8 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+#include "host/desktop/qt_places.h"
+
 namespace {
 
 // What the modifier keys are called on this system's keyboards.
@@ -83,6 +85,7 @@ void qt_show_help(QWidget* parent) {
         all->addWidget(text);
         all->addWidget(buttons);
         page->resize(680, 760);
+        qt_fit_to_screen(*page);
         if (parent) page->move(parent->frameGeometry().topLeft() + QPoint(40, 40));
     }
     page->show();

@@ -25,6 +25,10 @@ constexpr const char* COLUMNS[] = {"Name",    "Shown as", "Least",        "Most"
                                    "Default", "Grid",     "Per 8 pixels", "Note names"};
 constexpr const char* ROLES[] = {"None", "Time axis", "Vertical axis", "Label", "Bar length"};
 
+// What is wrong stands out.
+constexpr QColor TROUBLE(0xB0, 0x10, 0x10);
+constexpr QColor TROUBLE_ON_DARK(0xFF, 0x80, 0x80);
+
 // The fields of one parameter.
 struct fields {
     QLineEdit* name;
@@ -72,6 +76,13 @@ public:
         connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
         connect(buttons->button(QDialogButtonBox::Apply), &QPushButton::clicked, this, [this] { apply(); });
         trouble = new QLabel(this);
+        QFont bold = trouble->font();
+        bold.setBold(true);
+        trouble->setFont(bold);
+        QPalette red = trouble->palette();
+        red.setColor(QPalette::WindowText,
+                     palette().color(QPalette::Window).lightness() < 128 ? TROUBLE_ON_DARK : TROUBLE);
+        trouble->setPalette(red);
         auto* const all = new QVBoxLayout(this);
         all->addLayout(grid);
         all->addWidget(trouble);

@@ -15,7 +15,9 @@
 #include <QStatusBar>
 #include <QTimer>
 
+#include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
+#include "host/desktop/qt_questions.h"
 #include "host/desktop/qt_status.h"
 
 namespace {
@@ -54,6 +56,7 @@ qt_patch_window::qt_patch_window(host_patcher* p, const QString& called, qt_patc
            std::clamp<int>(std::max(all.height, shown->height()) + menuBar()->sizeHint().height() +
                                statusBar()->sizeHint().height(),
                            LEAST_HEIGHT, LARGEST_HEIGHT));
+    qt_fit_to_screen(*this);
     look();
 }
 
@@ -121,11 +124,8 @@ bool qt_patch_window::save_as() {
 
 bool qt_patch_window::may_close() {
     if (!hooks.save || !kel_patcher_changed(patcher)) return true;
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Unsaved changes"),
-                    QStringLiteral("Save the changes to %1?").arg(title),
-                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-    const int answer = box.exec();
-    return answer == QMessageBox::Save ? save() : answer == QMessageBox::Discard;
+    const qt_unsaved answer = qt_ask_to_save(this, title);
+    return answer == qt_unsaved::save ? save() : answer == qt_unsaved::discard;
 }
 
 void qt_patch_window::closeEvent(QCloseEvent* event) {

@@ -3,7 +3,9 @@
 #include "host/desktop/qt_places.h"
 
 #include <QCryptographicHash>
+#include <QScreen>
 #include <QStringList>
+#include <QStyle>
 
 namespace {
 
@@ -34,4 +36,12 @@ void qt_restore_place(const QSettings& settings, const QString& file, QWidget& w
     if (!file.isEmpty() && window.restoreGeometry(settings.value(key_of(file)).toByteArray())) return;
     const QSize size = settings.value(LAST_SIZE).toSize();
     if (size.isValid()) window.resize(size);
+}
+
+void qt_fit_to_screen(QWidget& window) {
+    // How wide the frame will be is known only when it is there: a title, and a little at each side.
+    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int side = window.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize room = window.screen()->availableSize() - QSize(2 * side, title + 2 * side);
+    window.resize(window.size().boundedTo(room));
 }

@@ -12,3 +12,6 @@ void qt_keep_place(QSettings& settings, const QString& file, const QWidget& wind
 
 // Puts the window there; one of a file that was never open gets the size of the window closed last. [main]
 void qt_restore_place(const QSettings& settings, const QString& file, QWidget& window);
+
+// Makes a window that was not shown yet no larger than its screen has room for, its frame included. [main]
+void qt_fit_to_screen(QWidget& window);

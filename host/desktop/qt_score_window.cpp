@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QTimer>
 
+#include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
 #include "host/kernel/dispatch.h"
@@ -15,6 +16,7 @@ qt_score_window::qt_score_window(host_window* w) : window_of(w), view(new qt_sco
     setCentralWidget(view);
     make_menus();
     resize(view->size_for(w->width, w->height).grownBy({0, menuBar()->sizeHint().height(), 0, 0}));
+    qt_fit_to_screen(*this);
     view->setFocus();
 }
 

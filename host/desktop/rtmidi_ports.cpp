@@ -165,6 +165,9 @@ public:
         return open_at(std::move(*chosen), error);
     }
 
+    // Whether it was there when it was looked for last. [main]
+    bool there() const { return !gone; }
+
     // Whether messages may be handed to the device; called with `guard` held.
     bool usable() const { return used.device && used.alive(); }
 
@@ -296,6 +299,7 @@ public:
             wish, [this](RtMidiIn& device) { device.setCallback(heard, &notes); }, error);
     }
     void poll() override { from.poll(); }
+    bool there() const override { return from.there(); }
 
 private:
     arrivals notes; // before the connection, whose thread writes it

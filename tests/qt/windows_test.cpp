@@ -3,6 +3,7 @@
 // Test layer.
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <set>
 
 #include <QAbstractButton>
@@ -20,6 +21,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
 
@@ -340,6 +342,48 @@ TEST_F(windows_test, unsaved_is_what_would_be_saved_otherwise) {
 
 using lost_things = std::vector<std::string>;
 
+TEST_F(windows_test, recording_and_following_without_an_input_say_how_to_choose_one) {
+    qt_editor_window* w = desktop->new_document();
+    const auto told = [&w] { return w->statusBar()->currentMessage() + w->statusBar()->toolTip(); };
+    w->resize(1040, 680);
+    settle();
+    w->statusBar()->clearMessage();
+    action(menu(*w, "Play"), "Record")->trigger();
+    EXPECT_TRUE(told().contains("no note can come in", Qt::CaseInsensitive) ||
+                told().contains("MIDI > Input"))
+        << told().toStdString();
+    action(menu(*w, "Play"), "Stop")->trigger();
+    EXPECT_TRUE(w->statusBar()->currentMessage().isEmpty()) << "it is no trouble any more";
+    w = desktop->open_file(QString::fromStdString(example()));
+    settle();
+    w->statusBar()->clearMessage();
+    action(menu(*w, "Play"), "Follow")->trigger();
+    EXPECT_FALSE(told().isEmpty());
+}
+
+TEST_F(windows_test, a_window_is_no_larger_than_its_screen) {
+    qt_editor_window* const w = desktop->new_document();
+    const QSize screen = w->screen()->availableSize();
+    w->resize(screen + QSize(300, 300));
+    w->close();
+    settle();
+    const QSize again = desktop->new_document()->size();
+    EXPECT_LE(again.width(), screen.width());
+    EXPECT_LE(again.height(), screen.height());
+}
+
+TEST_F(windows_test, one_note_is_told_as_one) {
+    const std::string file = (folder / "one.kel").string();
+    std::ofstream(file) << "#N brisolan;\n#X restore;\n#X 0 60 64 300 1 1 0 0;\n#X stop;\n";
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(file));
+    ASSERT_NE(w, nullptr);
+    QString counted;
+    for (const QLabel* label : w->statusBar()->findChildren<QLabel*>()) {
+        if (label->accessibleName() == "Notes") counted = label->text();
+    }
+    EXPECT_EQ(counted, "1 note");
+}
+
 TEST_F(windows_test, what_a_midi_file_cannot_hold_is_told) {
     qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
     desk_document& d = w->document();
@@ -386,7 +430,7 @@ TEST_F(windows_test, a_person_is_asked_once_before_something_is_left_out_of_a_mi
 
 TEST_F(windows_test, recent_files_and_places_are_remembered) {
     qt_editor_window* w = desktop->open_file(QString::fromStdString(example()));
-    w->resize(900, 555);
+    w->resize(760, 555);
     settle();
     const QSize size = w->size();
     w->close();
@@ -449,6 +493,7 @@ TEST_F(windows_test, a_file_that_cannot_be_read_is_told_of_and_opens_no_window) 
     });
     EXPECT_EQ(desktop->open_file(broken.fileName()), nullptr);
     EXPECT_TRUE(told.contains("broken.mid")) << told.toStdString();
+    EXPECT_TRUE(told.contains("damaged")) << told.toStdString();
     EXPECT_TRUE(desktop->recent().isEmpty());
 }
 
