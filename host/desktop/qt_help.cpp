@@ -2,8 +2,11 @@
 // Layer: desktop platform, Qt.
 #include "host/desktop/qt_help.h"
 
+#include <QAction>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QMainWindow>
+#include <QMenu>
 #include <QPointer>
 #include <QTextBrowser>
 #include <QVBoxLayout>
@@ -55,14 +58,38 @@ selected notes, or in those drawn next.</td></tr>
 <tr><td><b>%COMMAND%+Shift+F</b></td><td>follows a player: notes on channel 1 are the player's part, all others the accompaniment.</td></tr>
 <tr><td><b>%COMMAND%+.</b></td><td>ends every note.</td></tr>
 </table>
-<h2>View and files</h2>
-<table cellpadding="4" cellspacing="0">
-<tr><td><b>%COMMAND%+ +</b>, <b>%COMMAND%+ −</b></td><td>zoom in and out. <b>%COMMAND%+0</b> shows the whole score.</td></tr>
-<tr><td><b>%COMMAND%+I</b></td><td>the parameters: names, ranges, defaults.</td></tr>
-<tr><td>Drop a file</td><td>on a window to open it.</td></tr>
-</table>
-<p>Cut, copy and paste use text: one note a line, eight numbers: time, pitch, velocity, duration, channel, track, and two free ones.</p>
+<h2>Files</h2>
+<p>Drop a file on a window to open it. Cut, copy and paste use text: one note a line, eight numbers: time, pitch, velocity, duration, channel, track, and two free ones. What is pasted keeps
+its time: it lands where it was copied, selected, so that arrow keys or a drag move it on.</p>
+<h2>All keys of the menus</h2>
+<table cellpadding="4" cellspacing="0">%MENUS%</table>
 )==";
+
+// A row for each item of a menu, and of the menus in it, that has a key.
+QString rows_of(const QMenu* menu, const QString& path) {
+    QString rows;
+    for (const QAction* a : menu->actions()) {
+        const QString name = path + QStringLiteral(" &gt; ") + QString(a->text()).remove('&').toHtmlEscaped();
+        if (a->menu()) rows += rows_of(a->menu(), name);
+        QStringList keys;
+        for (const QKeySequence& key : a->shortcuts())
+            keys.append(key.toString(QKeySequence::NativeText).toHtmlEscaped());
+        if (!keys.isEmpty())
+            rows += QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>")
+                        .arg(keys.join(QStringLiteral("</b>, <b>")), name);
+    }
+    return rows;
+}
+
+QString keys_of_menus(const QWidget* parent) {
+    const auto* const window = qobject_cast<const QMainWindow*>(parent);
+    const QWidget* const bar = window ? window->menuWidget() : nullptr;
+    QString rows;
+    for (const QAction* top : bar ? bar->actions() : QList<QAction*>()) {
+        if (top->menu()) rows += rows_of(top->menu(), QString(top->text()).remove('&'));
+    }
+    return rows;
+}
 
 } // namespace
 
@@ -78,7 +105,8 @@ void qt_show_help(QWidget* parent) {
         text->setHtml(QString::fromUtf8(PAGE)
                           .replace(QStringLiteral("%OPTION%"), QString::fromLatin1(OPTION))
                           .replace(QStringLiteral("%COMMAND%"), QString::fromLatin1(COMMAND))
-                          .replace(QStringLiteral("%CONTROL%"), QString::fromLatin1(CONTROL)));
+                          .replace(QStringLiteral("%CONTROL%"), QString::fromLatin1(CONTROL))
+                          .replace(QStringLiteral("%MENUS%"), keys_of_menus(parent)));
         auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, page);
         QObject::connect(buttons, &QDialogButtonBox::rejected, page, &QDialog::close);
         auto* const all = new QVBoxLayout(page);

@@ -1,6 +1,8 @@
 // tests/app/patch_command_test.cpp: `brisolan patch` and `brisolan follow` on files.
 // Test layer.
 #include <csignal>
+#include <fstream>
+#include <iterator>
 
 #include "tests/app/command_test.h"
 
@@ -40,6 +42,17 @@ TEST_F(patch_command_test, a_long_line_of_the_scheduler_arrives_whole) {
     p->send(SIGINT);
     EXPECT_EQ(p->wait(5000), 0);
     EXPECT_EQ(p->err(), told);
+}
+
+TEST_F(patch_command_test, the_example_of_its_documentation_plays) {
+    std::ifstream in(std::string(BRISOLAN_SOURCE_DIR) + "/docs/patch-format.md");
+    std::string page(std::istreambuf_iterator<char>(in), {});
+    const std::string fence = "```\n";
+    page.erase(0, page.find(fence) + fence.size());
+    const finished f = run({"patch", text("tune.kel", page.substr(0, page.find(fence))), "--for", "2000"});
+    EXPECT_EQ(f.status, 0);
+    EXPECT_EQ(f.out, "pitch: 60\npitch: 64\npitch: 67\n");
+    EXPECT_EQ(f.err, "");
 }
 
 TEST_F(patch_command_test, an_hour_passes_in_no_time) {

@@ -22,6 +22,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QUrl>
 
@@ -170,6 +171,27 @@ TEST_F(windows_test, no_two_items_have_the_same_key_and_each_menu_can_be_used_by
     }
     EXPECT_GT(items, 60);
     EXPECT_GT(keys.size(), 30U);
+}
+
+TEST_F(windows_test, the_page_of_keys_has_every_key_of_the_menus) {
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    desktop->show_help(w);
+    QString page;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (const auto* const text = top->findChild<QTextBrowser*>()) page = text->toPlainText();
+    }
+    int keys = 0;
+    for (QAction* top : w->menuBar()->actions()) {
+        each_item(top->menu(), [&](QMenu*, QAction* a) {
+            for (const QKeySequence& key : a->shortcuts()) {
+                ++keys;
+                EXPECT_TRUE(page.contains(key.toString(QKeySequence::NativeText)))
+                    << key.toString().toStdString();
+            }
+        });
+    }
+    EXPECT_GT(keys, 30);
+    EXPECT_TRUE(page.contains("View > Show patch")) << page.toStdString();
 }
 
 TEST_F(windows_test, whoever_cannot_see_is_told_what_each_control_is) {
