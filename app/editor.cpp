@@ -10,6 +10,7 @@
 #include "host/boxes/boxes.h"
 #include "host/boxes/midi_device.h"
 #include "host/desktop/midi_ports.h"
+#include "view/window.h"
 
 namespace {
 
@@ -75,6 +76,14 @@ std::string editor::state_of(host_object* score) {
     if (x->mode == MODE_FOLLOW) does = "following";
     const std::int32_t n = x->nevents;
     return std::to_string(n) + (n == 1 ? " note, " : " notes, ") + does;
+}
+
+void editor::set_tool(host_object* score, int tool) {
+    brisolan_editmode(static_cast<brisolan*>(score), tool);
+}
+
+void editor::zoom(host_object* score, desk_zoom way) {
+    zoom_score(static_cast<brisolan*>(score), way);
 }
 
 std::vector<desk_port> editor::inputs() {

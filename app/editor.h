@@ -30,6 +30,8 @@ public:
     bool is_patch(const std::string& file) override;
     std::unique_ptr<desk_patch> open_patch(const std::string& file, std::string& why) override;
     std::string state_of(host_object* score) override;
+    void set_tool(host_object* score, int tool) override;
+    void zoom(host_object* score, desk_zoom way) override;
 
     std::vector<desk_port> inputs() override;
     std::vector<desk_port> outputs() override;

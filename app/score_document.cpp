@@ -235,15 +235,15 @@ int score_document::nselected() const {
 // ---------------------------------------------------------------------------------------------------------------------
 // The editor's settings
 
-void score_document::zoom(desk_zoom way) {
-    const kel_in_port port(editor());
+void zoom_score(brisolan* x, desk_zoom way) {
+    const kel_in_port port(x->window);
     switch (way) {
-    case desk_zoom::time_out: brisolan_dozoom(patch.score(), ZOOM_X_OUT); break;
-    case desk_zoom::time_in: brisolan_dozoom(patch.score(), ZOOM_X_IN); break;
-    case desk_zoom::value_out: brisolan_dozoom(patch.score(), ZOOM_Y_OUT); break;
-    case desk_zoom::value_in: brisolan_dozoom(patch.score(), ZOOM_Y_IN); break;
+    case desk_zoom::time_out: brisolan_dozoom(x, ZOOM_X_OUT); break;
+    case desk_zoom::time_in: brisolan_dozoom(x, ZOOM_X_IN); break;
+    case desk_zoom::value_out: brisolan_dozoom(x, ZOOM_Y_OUT); break;
+    case desk_zoom::value_in: brisolan_dozoom(x, ZOOM_Y_IN); break;
     }
-    kel_window_update(editor());
+    kel_window_update(x->window);
 }
 
 void score_document::frame_values() {

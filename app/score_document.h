@@ -9,6 +9,9 @@
 #include "app/edit_patch.h"
 #include "host/desktop/desk.h"
 
+// A zoom step of any score's window. [main]
+void zoom_score(brisolan* x, desk_zoom way);
+
 class score_document : public desk_document {
 public:
     // `console` is where the platform puts its console lines, and must outlive the document; `number` tells untitled
@@ -45,7 +48,7 @@ public:
     int nselected() const override;
     std::int64_t nnotes() const override { return patch.score()->nevents; }
 
-    void zoom(desk_zoom way) override;
+    void zoom(desk_zoom way) override { zoom_score(patch.score(), way); }
     void frame_values() override;
     void show_all() override;
     void scroll_to(std::int64_t position) override;

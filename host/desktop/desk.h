@@ -139,6 +139,9 @@ public:
     virtual std::unique_ptr<desk_patch> open_patch(const std::string& file, std::string& why) = 0;
     // What a score has to tell of itself, in a few words.
     virtual std::string state_of(host_object* score) = 0;
+    // A score in such a patch: its tool and its zoom, as of a document.
+    virtual void set_tool(host_object* score, int tool) = 0;
+    virtual void zoom(host_object* score, desk_zoom way) = 0;
 
     // Devices. choose_…: an empty name means none; gives why it cannot be.
     virtual std::vector<desk_port> inputs() = 0;

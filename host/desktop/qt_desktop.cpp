@@ -316,6 +316,11 @@ bool qt_desktop::offer_copies() {
     return any;
 }
 
+qt_asks qt_desktop::asks() {
+    return {[this](QWidget* asking) { ask_to_open(asking); }, [this](QWidget* asking) { show_help(asking); },
+            [this] { quit(); }};
+}
+
 void qt_desktop::show_help(QWidget* asking) {
     qt_show_help(asking);
 }

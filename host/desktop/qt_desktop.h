@@ -57,6 +57,7 @@ public:
     QString devices_text();
     QString trouble_text() const; // what is missing, and why
 
+    qt_asks asks(); // for the windows of patches
     void show_help(QWidget* asking);
     void show_about(QWidget* asking);
 
@@ -68,7 +69,7 @@ private:
     void tell_all(const QString& text);
 
     desk_program& behind;
-    qt_patches patches{behind};
+    qt_patches patches{behind, asks()};
     QSettings kept;
     std::vector<qt_editor_window*> windows;
     QTimer timer; // for looking after everything, once a second

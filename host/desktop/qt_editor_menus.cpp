@@ -9,9 +9,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 #include "host/desktop/qt_desktop.h"
+#include "host/desktop/qt_edit_items.h"
 #include "host/desktop/qt_editor_window.h"
 #include "host/desktop/qt_file_kinds.h"
 #include "host/desktop/qt_platform.h"
@@ -209,31 +209,19 @@ void qt_editor_window::fill_file_menu(QMenu* menu) {
     add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { desktop.quit(); });
 }
 
-void qt_editor_window::check_edit_menu() {
-    if (qt_kernel_busy()) return;
-    host_menustate state;
-    {
-        const qt_in_kernel now;
-        const kel_in_port port(shown->editor());
-        kel_private<"chkmenu">(shown->score(), &state);
-    }
-    for (QAction* a : {cut, copy_action, clear}) a->setEnabled(state.cut);
-    paste->setEnabled(state.paste);
-    select_all->setEnabled(state.selectall);
-}
-
 void qt_editor_window::fill_edit_menu(QMenu* menu) {
-    cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
-              [this] { edit([](host_object* x) { kel_private<"cut">(x); }); });
-    copy_action = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
-                      [this] { edit([](host_object* x) { kel_private<"copy">(x); }); });
-    paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
-                [this] { edit([](host_object* x) { kel_private<"paste">(x); }); });
-    clear = add(menu, QStringLiteral("C&lear"), Qt::Key_Delete,
-                [this] { edit([](host_object* x) { kel_private<"clr">(x); }); });
+    qt_edit_items items;
+    items.cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
+                    [this] { edit([](host_object* x) { kel_private<"cut">(x); }); });
+    items.copy = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
+                     [this] { edit([](host_object* x) { kel_private<"copy">(x); }); });
+    items.paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
+                      [this] { edit([](host_object* x) { kel_private<"paste">(x); }); });
+    items.clear = add(menu, QStringLiteral("C&lear"), Qt::Key_Delete,
+                      [this] { edit([](host_object* x) { kel_private<"clr">(x); }); });
     menu->addSeparator();
-    select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
-                     [this] { edit([](host_object* x) { kel_private<"selectall">(x); }); });
+    items.select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
+                           [this] { edit([](host_object* x) { kel_private<"selectall">(x); }); });
     menu->addSeparator();
     QMenu* const tools = menu->addMenu(QStringLiteral("T&ool"));
     auto* const group = new QActionGroup(tools);
@@ -247,13 +235,7 @@ void qt_editor_window::fill_edit_menu(QMenu* menu) {
     }
     connect(tools, &QMenu::aboutToShow, this,
             [this, group] { group->actions().at(shown->tool())->setChecked(true); });
-    connect(menu, &QMenu::aboutToShow, this, [this] { check_edit_menu(); });
-    // A key may come at any time, and an action that is off has none.
-    connect(menu, &QMenu::aboutToHide, this, [this] {
-        QTimer::singleShot(0, this, [this] {
-            for (QAction* a : {cut, copy_action, paste, clear, select_all}) a->setEnabled(true);
-        });
-    });
+    qt_watch_edit_items(menu, items, shown->editor());
 }
 
 void qt_editor_window::fill_play_menu(QMenu* menu) {
@@ -430,6 +412,7 @@ void qt_editor_window::show_patch() {
         qt_patch_hooks hooks;
         hooks.before_press = [this] { shown->remember(); };
         hooks.state = [this](host_object* x) { return desktop.program().state_of(x); };
+        hooks.desktop = desktop.asks();
         patch =
             new qt_patch_window(shown->patcher(), QStringLiteral("Patch of ") + called(), std::move(hooks));
     }

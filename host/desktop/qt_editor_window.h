@@ -77,7 +77,6 @@ private:
     void fill_roles(QMenu* menu);
     void fill_tracks(QMenu* menu);
     void show_patch();
-    void check_edit_menu();
     void show_transport();
     void look_at_input(desk_mode mode);
     void go_along(const desk_transport& t);
@@ -95,11 +94,6 @@ private:
     QPointer<qt_patch_window> patch;
     qt_transport_actions on;
     qt_transport_bar* bar = nullptr;
-    QAction* cut = nullptr;
-    QAction* copy_action = nullptr;
-    QAction* paste = nullptr;
-    QAction* clear = nullptr;
-    QAction* select_all = nullptr;
     QLabel* counts;
     QLabel* devices;
     QTimer* ticks;

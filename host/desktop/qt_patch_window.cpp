@@ -66,17 +66,28 @@ qt_patch_window::~qt_patch_window() {
 
 void qt_patch_window::make_menu() {
     QMenu* const menu = menuBar()->addMenu(QStringLiteral("&File"));
-    const auto add = [this, menu](const QString& text, const QKeySequence& key, auto does) {
-        QAction* const a = menu->addAction(text);
+    const auto add = [this](QMenu* to, const QString& text, const QKeySequence& key, auto does) {
+        QAction* const a = to->addAction(text);
         a->setShortcut(key);
         connect(a, &QAction::triggered, this, does);
     };
-    if (hooks.save) {
-        add(QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
-        add(QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")), [this] { save_as(); });
+    if (hooks.desktop.open) {
+        add(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
         menu->addSeparator();
     }
-    add(QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    if (hooks.save) {
+        add(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
+        add(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
+            [this] { save_as(); });
+        menu->addSeparator();
+    }
+    add(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    if (!hooks.desktop.open) return;
+    // Not from inside of the item, whose window goes.
+    add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")),
+        [this] { QTimer::singleShot(0, hooks.desktop.quit); });
+    add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
+        QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }
 
 // Marks and states as they are now.

@@ -8,6 +8,7 @@
 
 #include <QMainWindow>
 
+#include "host/desktop/qt_asks.h"
 #include "host/desktop/qt_patch_view.h"
 
 // What a patch window asks of whoever opened it. Each may be unset.
@@ -18,6 +19,7 @@ struct qt_patch_hooks {
     std::function<std::string(const std::string&)>
         save;                     // writes it there; why it could not. Unset: it is not saved from here
     std::function<void()> closed; // the window goes
+    qt_asks desktop;
 };
 
 class qt_patch_window : public QMainWindow {

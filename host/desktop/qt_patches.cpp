@@ -3,6 +3,7 @@
 #include "host/desktop/qt_patches.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QFile>
 #include <QFileInfo>
@@ -24,7 +25,7 @@ void to_front(QWidget* window) {
 
 } // namespace
 
-qt_patches::qt_patches(desk_program& program) : behind(program) {}
+qt_patches::qt_patches(desk_program& program, qt_asks asks) : behind(program), desktop(std::move(asks)) {}
 
 qt_patches::~qt_patches() {
     while (!all.empty()) delete all.back()->window; // which ends it
@@ -55,6 +56,7 @@ qt_patch_window* qt_patches::open(const QString& file, QString& why) {
     hooks.file = [o] { return o->patch->file(); };
     hooks.save = [o](const std::string& to) { return o->patch->save(to); };
     hooks.closed = [this, o] { end(o); };
+    hooks.desktop = desktop;
     o->window = new qt_patch_window(o->patch->patcher(), QFileInfo(file).fileName(), std::move(hooks));
     o->window->show();
     for (host_object* x : kel_patcher_objects(o->patch->patcher())) {
@@ -88,7 +90,14 @@ void qt_patches::window_shown(host_window* w) {
         for (const std::unique_ptr<qt_score_window>& s : o->scores) {
             if (s->shown() == w) return to_front(s.get());
         }
-        o->scores.push_back(std::make_unique<qt_score_window>(w));
+        qt_score_hooks hooks;
+        hooks.desktop = desktop;
+        hooks.save = [o = o.get()] {
+            if (o->window) o->window->save();
+        };
+        hooks.tool = [this, w](int tool) { behind.set_tool(w->owner, tool); };
+        hooks.zoom = [this, w](desk_zoom way) { behind.zoom(w->owner, way); };
+        o->scores.push_back(std::make_unique<qt_score_window>(w, std::move(hooks)));
         return to_front(o->scores.back().get());
     }
 }

@@ -9,13 +9,14 @@
 #include <QString>
 
 #include "host/desktop/desk.h"
+#include "host/desktop/qt_asks.h"
 
 class qt_patch_window;
 class qt_score_window;
 
 class qt_patches {
 public:
-    explicit qt_patches(desk_program& program);
+    qt_patches(desk_program& program, qt_asks asks);
     ~qt_patches();
     qt_patches(const qt_patches&) = delete;
     qt_patches& operator=(const qt_patches&) = delete;
@@ -44,5 +45,6 @@ private:
     void end(opened* which);
 
     desk_program& behind;
+    qt_asks desktop;
     std::vector<std::unique_ptr<opened>> all;
 };

@@ -2,17 +2,21 @@
 // Layer: desktop platform, Qt.
 #include "host/desktop/qt_score_window.h"
 
+#include <utility>
+
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QTimer>
 
+#include "host/desktop/qt_edit_items.h"
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/windows.h"
 
-qt_score_window::qt_score_window(host_window* w) : window_of(w), view(new qt_score_view(w, this)) {
+qt_score_window::qt_score_window(host_window* w, qt_score_hooks asks)
+    : window_of(w), hooks(std::move(asks)), view(new qt_score_view(w, this)) {
     setCentralWidget(view);
     make_menus();
     resize(view->size_for(w->width, w->height).grownBy({0, menuBar()->sizeHint().height(), 0, 0}));
@@ -47,23 +51,52 @@ template <class Does> void qt_score_window::edit(Does does) {
 
 void qt_score_window::make_menus() {
     const auto add = [this](QMenu* menu, const QString& text, const QKeySequence& key, auto does) {
-        connect(menu->addAction(text), &QAction::triggered, this, does);
-        menu->actions().back()->setShortcut(key);
+        QAction* const a = menu->addAction(text);
+        connect(a, &QAction::triggered, this, does);
+        a->setShortcut(key);
+        return a;
     };
+    QMenu* const file = menuBar()->addMenu(QStringLiteral("&File"));
+    add(file, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
+    add(file, QStringLiteral("&Save the patch"), QKeySequence::Save, [this] { hooks.save(); });
+    add(file, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+
     const auto sends = [this](auto does) { return [this, does] { edit(does); }; };
-    add(menuBar()->addMenu(QStringLiteral("&File")), QStringLiteral("&Close"), QKeySequence::Close,
-        [this] { close(); });
     QMenu* const menu = menuBar()->addMenu(QStringLiteral("&Edit"));
-    add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
-        sends([](host_object* x) { kel_private<"cut">(x); }));
-    add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
-        sends([](host_object* x) { kel_private<"copy">(x); }));
-    add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
-        sends([](host_object* x) { kel_private<"paste">(x); }));
-    add(menu, QStringLiteral("C&lear"), QKeySequence::Delete,
-        sends([](host_object* x) { kel_private<"clr">(x); }));
-    add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
-        sends([](host_object* x) { kel_private<"selectall">(x); }));
+    qt_edit_items items;
+    items.cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
+                    sends([](host_object* x) { kel_private<"cut">(x); }));
+    items.copy = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
+                     sends([](host_object* x) { kel_private<"copy">(x); }));
+    items.paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
+                      sends([](host_object* x) { kel_private<"paste">(x); }));
+    items.clear = add(menu, QStringLiteral("C&lear"), QKeySequence::Delete,
+                      sends([](host_object* x) { kel_private<"clr">(x); }));
+    items.select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
+                           sends([](host_object* x) { kel_private<"selectall">(x); }));
+    qt_watch_edit_items(menu, items, window_of);
+    menu->addSeparator();
+    int number = 0;
+    for (const char* name : {"A&rrow", "&Magnifier", "T&weak", "P&encil"}) {
+        add(menu, QString::fromLatin1(name), Qt::Key_1 + number,
+            sends([this, number](host_object*) { hooks.tool(number); }));
+        ++number;
+    }
+
+    QMenu* const look = menuBar()->addMenu(QStringLiteral("&View"));
+    const auto zooms = [this, sends](desk_zoom way) {
+        return sends([this, way](host_object*) { hooks.zoom(way); });
+    };
+    add(look, QStringLiteral("Zoom &in"), {}, zooms(desk_zoom::time_in))
+        ->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+    add(look, QStringLiteral("Zoom &out"), QKeySequence(QStringLiteral("Ctrl+-")),
+        zooms(desk_zoom::time_out));
+    add(look, QStringLiteral("&Higher rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Up")),
+        zooms(desk_zoom::value_in));
+    add(look, QStringLiteral("&Lower rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Down")),
+        zooms(desk_zoom::value_out));
+    add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
+        QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }
 
 // The score hides its window, as it does when a message tells it to.

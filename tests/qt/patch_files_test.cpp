@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QMenuBar>
 
@@ -181,6 +182,48 @@ TEST_F(patch_files_test, the_edit_menu_of_a_patchs_score_edits_it_and_the_patch_
     choose("Cut");
     EXPECT_EQ(score->nevents, 0);
     kel_patcher_setchanged(w->patch(), false); // or it asks
+}
+
+TEST_F(patch_files_test, windows_of_patches_have_help_tools_zoom_and_what_their_menus_offer_can_be_done) {
+    const std::string file = write("mine.kel", PATCH);
+    qt_patch_window* const w = open(file);
+    ASSERT_NE(w, nullptr);
+    press(w, 0);
+    qt_score_window* const window = windows<qt_score_window>().at(0);
+    auto* const score = static_cast<brisolan*>(window->shown()->owner);
+    const auto item = [](QMainWindow* of, const char* key) {
+        QAction* found = nullptr;
+        for (QAction* top : of->menuBar()->actions()) {
+            for (QAction* a : top->menu()->actions()) {
+                if (a->shortcuts().contains(QKeySequence(QString::fromLatin1(key)))) found = a;
+            }
+        }
+        EXPECT_NE(found, nullptr) << key;
+        return found;
+    };
+    for (const char* key : {"Ctrl+O", "Ctrl+S", "Ctrl+Q", "F1"}) ASSERT_NE(item(w, key), nullptr);
+    for (const char* key : {"Ctrl+O", "Ctrl+S", "F1", "1", "4", "Ctrl++", "Ctrl+-"})
+        ASSERT_NE(item(window, key), nullptr);
+    item(window, "3")->trigger();
+    EXPECT_EQ(score->editmode, 2);
+    const std::int32_t before = score->xzoom;
+    item(window, "Ctrl++")->trigger();
+    EXPECT_EQ(score->xzoom, before / 2);
+    item(window, "F1")->trigger();
+    EXPECT_EQ(windows<QDialog>().size(), 1U);
+    windows<QDialog>().front()->close();
+
+    QMenu* const edit = window->menuBar()->actions().at(1)->menu();
+    emit edit->aboutToShow();
+    EXPECT_FALSE(item(window, "Ctrl+X")->isEnabled());
+    emit edit->aboutToHide();
+    settle();
+    EXPECT_TRUE(item(window, "Ctrl+X")->isEnabled()) << "or its key would be dead";
+
+    press(w, 1);
+    ASSERT_EQ(score->nevents, 1);
+    item(window, "Ctrl+S")->trigger();
+    EXPECT_NE(contents(file).find("#X 0 60 64 300 1 1 0 0;"), std::string::npos) << contents(file);
 }
 
 TEST_F(patch_files_test, saving_where_that_cannot_be_done_says_why_and_keeps_the_name) {
