@@ -47,6 +47,8 @@ install(CODE "
 set(pages using script-language patch-format document-formats)
 list(TRANSFORM pages REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/docs/\\1.md")
 install(FILES ${pages} ${CMAKE_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+file(GLOB pieces CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/examples/*.mid)
+install(FILES ${pieces} DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT program)
 install(FILES ${CMAKE_SOURCE_DIR}/LICENSE
     DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright COMPONENT program)
 install(FILES ${packaging}/desktop/brisolan-mime.xml

@@ -16,6 +16,9 @@ cd "$scratch"
 head -c 8 picture.png | od -An -c | grep -q 'P   N   G' || fail "render made no picture"
 
 # Playing by the patch that was installed: another patch in its place is the one that runs.
+for piece in "$source"/examples/*.mid; do
+    cmp "$piece" "moved/share/doc/brisolan/examples/$(basename "$piece")"
+done
 for patch in "$source"/patches/*.kel; do
     cmp "$patch" "moved/share/brisolan/patches/$(basename "$patch")"
 done
