@@ -557,7 +557,7 @@ host_err host_file_setpos(host_file* file, std::int32_t position);
 host_err host_file_close(host_file* file);
 
 // Asks the user for a file to open, of one of the types. Fills name (HOST_NAME_SIZE), path and type. HOST_CANCELLED
-// when the user cancels. [main]
+// when the user cancels, and when the chosen file is of another type or of none, which the host has said then. [main]
 host_err host_open_dialog(char* name, std::int16_t* path, file_type* type, std::span<const file_type> types);
 
 // Asks where to save; `name` comes in as the proposal and goes out as the choice, `type` goes out as the chosen one of

@@ -59,12 +59,15 @@ void brisolan_doimport(brisolan* x, symbol*, std::int32_t argc, const atom* argv
         host_error("brisolan: can't open %s, error %d", name, static_cast<int>(e));
         return;
     }
-    if (type == MIDI_FILE) {
-        brisolan_importmidi(x, name, option);
+    switch (type) {
+    case TEXT_FILE:
+    case BINARY_FILE:
+        t_close();
+        brisolan_importkel(x, name, path, type == BINARY_FILE);
         return;
+    case MIDI_FILE: brisolan_importmidi(x, name, option); return;
+    default: return; // Kept: without closing. The host gives none but the types that were asked for.
     }
-    t_close();
-    brisolan_importkel(x, name, path, type == BINARY_FILE);
 }
 
 void brisolan_importkel(brisolan* x, const char* name, std::int16_t path, bool binary) {

@@ -150,7 +150,7 @@ qt_editor_window* qt_desktop::open_file(const QString& file, QWidget* asking) {
 
 void qt_desktop::ask_to_open(QWidget* asking) {
     const QStringList files = QFileDialog::getOpenFileNames(
-        asking, QStringLiteral("Open"), kept.value(FOLDER).toString(), qt_kinds_to_open());
+        asking, QStringLiteral("Open"), kept.value(FOLDER).toString(), qt_kinds_to_open(SCORE_TYPES));
     for (const QString& file : files) {
         kept.setValue(FOLDER, QFileInfo(file).absolutePath());
         open_file(file, asking);

@@ -192,7 +192,7 @@ void qt_editor_window::fill_file_menu(QMenu* menu) {
     QMenu* const exported = menu->addMenu(QStringLiteral("&Export as MIDI file"));
     const auto to_midi = [this](int format, bool timecode) {
         const QString name = QFileInfo(QString::fromStdString(shown->title())).completeBaseName();
-        const QString chosen = qt_ask_where_to_save(this, name + QStringLiteral(".mid"), true);
+        const QString chosen = qt_ask_where_to_save(this, name + QStringLiteral(".mid"), {&TYPE_MIDI, 1});
         if (chosen.isEmpty()) return;
         const std::string why = shown->export_midi(QFile::encodeName(chosen).toStdString(), format, timecode);
         if (why.empty())

@@ -237,7 +237,7 @@ bool qt_editor_window::save_as() {
 }
 
 bool qt_editor_window::save_as(const QString& proposed) {
-    const QString chosen = qt_ask_where_to_save(this, proposed);
+    const QString chosen = qt_ask_where_to_save(this, proposed, SCORE_TYPES);
     if (chosen.isEmpty() || !write(chosen)) return false;
     desktop.add_recent(from_file_name(shown->file()));
     return true;

@@ -11,7 +11,7 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QEventLoop>
-#include <QFileDialog>
+#include <QFile>
 #include <QMenu>
 #include <QMimeData>
 #include <QScreen>
@@ -20,7 +20,6 @@
 
 #include "host/desktop/qt_file_kinds.h"
 #include "host/desktop/qt_score_view.h"
-#include "host/kernel/files.h"
 
 namespace {
 
@@ -84,31 +83,29 @@ void inspector(void*, host_object* x) {
     if (machine.listeners.inspector) machine.listeners.inspector(x);
 }
 
-host_err give_name(const QString& chosen, char* name, std::int16_t* path, file_type* type,
-                   std::span<const file_type> types) {
-    const QByteArray bytes = QFile::encodeName(chosen);
-    if (bytes.isEmpty() || static_cast<std::size_t>(bytes.size()) >= HOST_NAME_SIZE) return HOST_CANCELLED;
-    std::strcpy(name, bytes.constData());
+// What a dialog gives, chosen and of a known type: the path whole as the name.
+host_err give_name(const QByteArray& chosen, file_type found, char* name, std::int16_t* path,
+                   file_type* type) {
+    if (chosen.isEmpty() || static_cast<std::size_t>(chosen.size()) >= HOST_NAME_SIZE) return HOST_CANCELLED;
+    std::strcpy(name, chosen.constData());
     *path = host_default_path();
-    *type = kel_typeofname(name);
-    if (!*type) *type = kel_filetype(name);
-    if (!*type && !types.empty()) *type = types.front();
+    *type = found;
     return HOST_OK;
 }
 
 host_err open_dialog(void*, char* name, std::int16_t* path, file_type* type,
                      std::span<const file_type> types) {
     const qt_in_kernel now;
-    const QString chosen =
-        QFileDialog::getOpenFileName(QApplication::activeWindow(), QString(), QString(), qt_kinds_to_open());
-    return give_name(chosen, name, path, type, types);
+    const QByteArray chosen = QFile::encodeName(qt_ask_what_to_open(QApplication::activeWindow(), types));
+    return give_name(chosen, kel_filetype(chosen.toStdString()), name, path, type);
 }
 
 host_err saveas_dialog(void*, char* name, std::int16_t* path, file_type* type,
                        std::span<const file_type> types) {
     const qt_in_kernel now;
-    const QString chosen = qt_ask_where_to_save(QApplication::activeWindow(), QString::fromUtf8(name));
-    return give_name(chosen, name, path, type, types);
+    const QByteArray chosen =
+        QFile::encodeName(qt_ask_where_to_save(QApplication::activeWindow(), QString::fromUtf8(name), types));
+    return give_name(chosen, kel_typeofname(chosen.constData()), name, path, type);
 }
 
 // ---- the toolbox's hooks

@@ -29,24 +29,33 @@ void patcher_dirty(void* user, host_patcher*) {
 }
 
 // What a dialog gives: the path whole as the name, in the folder that names are taken in.
-host_err answer_dialog(headless& m, char* name, std::int16_t* path, file_type* type,
+host_err answer_dialog(headless& m, bool saving, char* name, std::int16_t* path, file_type* type,
                        std::span<const file_type> types) {
+    m.asked.push_back({saving, saving ? name : "", {types.begin(), types.end()}});
     if (m.answers.empty()) return HOST_CANCELLED;
     const headless_answer a = m.answers.front();
     m.answers.pop_front();
     if (a.cancelled || a.path.size() >= HOST_NAME_SIZE) return HOST_CANCELLED;
     std::strcpy(name, a.path.c_str());
     *path = host_default_path();
-    // The name's ending goes before the type of a file that is there: a new document of that name is to replace it.
-    *type = a.type ? a.type : kel_typeofname(a.path.c_str());
-    if (!*type) *type = kel_filetype(kel_filepath(a.path.c_str(), *path));
-    if (!*type && !types.empty()) *type = types.front();
+    *type = a.type ? a.type : kel_typeofname(name);
+    if (*type) return HOST_OK;
+    // The ending tells none: a file that is there has the type it keeps, a new one is what the dialog proposed.
+    if (!saving)
+        *type = kel_filetype(kel_filepath(name, *path));
+    else if (!types.empty())
+        *type = types.front();
     return HOST_OK;
 }
 
 host_err open_dialog(void* user, char* name, std::int16_t* path, file_type* type,
                      std::span<const file_type> types) {
-    return answer_dialog(of(user), name, path, type, types);
+    return answer_dialog(of(user), false, name, path, type, types);
+}
+
+host_err saveas_dialog(void* user, char* name, std::int16_t* path, file_type* type,
+                       std::span<const file_type> types) {
+    return answer_dialog(of(user), true, name, path, type, types);
 }
 
 bool button(void* user) {
@@ -106,7 +115,7 @@ host_platform host_hooks(headless* m) {
     p.notice = notice;
     p.patcher_dirty = patcher_dirty;
     p.open_dialog = open_dialog;
-    p.saveas_dialog = open_dialog;
+    p.saveas_dialog = saveas_dialog;
     p.move_pointer = move_pointer;
     return p;
 }

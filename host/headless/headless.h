@@ -11,11 +11,18 @@
 #include "host/kernel/kernel.h"
 #include "host/toolbox/toolbox_host.h"
 
-// What the next file dialog returns.
+// What the next file dialog returns, as it stands: a save dialog returns the type also where it did not offer it.
 struct headless_answer {
     bool cancelled = false;
     std::string path;
     file_type type = 0; // 0: by the name's ending
+};
+
+// A file dialog that was shown.
+struct headless_dialog {
+    bool saving = false;
+    std::string proposed; // the name; empty when opening
+    std::vector<file_type> types;
 };
 
 // The state of the played machine; whoever plays it fills the queues and takes the lines.
@@ -26,6 +33,7 @@ struct headless {
 
     std::deque<int> choices;             // items for the next pop-up menus; none left: no choice
     std::deque<headless_answer> answers; // for the next file dialogs; none left: cancelled
+    std::vector<headless_dialog> asked;  // the file dialogs up to now, for whoever wants to know
     std::vector<Point> held;             // window points that the next press which tracks by itself sees
     std::size_t held_at = 0;
     Point pointer{}; // window coordinates, as last moved

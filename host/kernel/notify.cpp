@@ -1,5 +1,6 @@
 // host/kernel/notify.cpp: console, dialogs, inspector, and the named connection points.
 // Layer: kernel. Called by the object; what it says goes to the platform.
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -62,7 +63,10 @@ void host_inspector_open(host_object* x) {
 
 host_err host_open_dialog(char* name, std::int16_t* path, file_type* type, std::span<const file_type> types) {
     const host_platform& p = kel_platform();
-    return p.open_dialog ? p.open_dialog(p.user, name, path, type, types) : HOST_CANCELLED;
+    const host_err e = p.open_dialog ? p.open_dialog(p.user, name, path, type, types) : HOST_CANCELLED;
+    if (e || std::find(types.begin(), types.end(), *type) != types.end()) return e;
+    host_error("host: %s is of no type that was asked for", name);
+    return HOST_CANCELLED;
 }
 
 host_err host_saveas_dialog(char* name, std::int16_t* path, file_type* type,

@@ -58,6 +58,52 @@ TEST_F(document, WithoutANameTheUserIsAsked) {
     EXPECT_EQ(events(), text_lines{metrical}) << "a float says nothing";
 }
 
+TEST_F(document, TheDialogsOfferTheThreeTypes) {
+    const std::vector<file_type> three{MIDI_FILE, TEXT_FILE, BINARY_FILE};
+    for (const char* reading : {"read", "import 3"}) {
+        told(reading);
+        EXPECT_FALSE(machine.asked.back().saving);
+        EXPECT_EQ(machine.asked.back().types, three);
+    }
+    told("write");
+    ASSERT_EQ(machine.asked.size(), 3U);
+    EXPECT_TRUE(machine.asked.back().saving);
+    EXPECT_EQ(machine.asked.back().proposed, "Untitled");
+    EXPECT_EQ(machine.asked.back().types, three);
+    told("read a.mid");
+    told("write b.mid");
+    EXPECT_EQ(machine.asked.size(), 3U) << "a name asks nobody";
+}
+
+TEST_F(document, AFileWithoutAnEndingIsOfTheTypeThatItKeeps) {
+    const scratch_folder disk; // which keeps types where memory may not
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    answer("b", BINARY_FILE);
+    told("write");
+    if (kel_filetype("b") != BINARY_FILE) GTEST_SKIP() << "this file system keeps no types";
+    send("clear");
+    answer("b");
+    EXPECT_EQ(told("read"), text_lines{});
+    EXPECT_EQ(events(), text_lines{"5 60 64 100 1 1 0 0"});
+    // One that is written anew is what the dialog proposes.
+    answer("b");
+    told("write");
+    EXPECT_EQ(get_file("b").substr(0, 4), "MThd");
+}
+
+TEST_F(document, AFileOfNoTypeThatWasAskedForIsNotOpened) {
+    fill({{5, 60, 64, 100, 1, 1, 0, 0}});
+    put_file("b", document_of("#X restore;\n#X stop;\n"));
+    answer("b");
+    EXPECT_EQ(told("read"), text_lines{"error host: b is of no type that was asked for"});
+    answer("b.kel", host_type("what"));
+    EXPECT_EQ(told("read"), text_lines{"error host: b.kel is of no type that was asked for"});
+    EXPECT_EQ(events(), text_lines{"5 60 64 100 1 1 0 0"});
+    answer("b", TEXT_FILE);
+    EXPECT_EQ(told("read"), text_lines{});
+    EXPECT_EQ(events(), text_lines{});
+}
+
 TEST_F(document, ACancelledDialogIsSilent) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     cancel();

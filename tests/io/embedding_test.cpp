@@ -96,6 +96,17 @@ TEST_F(embedding, EverySavingAndLoadingLowersADisplayModeByOne) {
     EXPECT_EQ(modes(), "0 4 2 3 0 0 0 0 ") << "the lines run in order, and a role passes from its holder";
 }
 
+TEST_F(embedding, ADisplayModeOfTwoComesBackAsOneAndOneOfZeroStays) {
+    // The last parameter's line runs last, so that no other takes the role from it again.
+    told("setparam 7 X2 3 0 127 0 12 4 0");
+    ASSERT_EQ(x->params[PARAM_X2].mode, 2);
+    ASSERT_EQ(x->params[PARAM_X1].mode, 0);
+    ASSERT_EQ(brisolan_kelfile(x, "a.kel", 0, TEXT_FILE), HOST_OK);
+    ASSERT_EQ(told("read a.kel"), text_lines{});
+    EXPECT_EQ(x->params[PARAM_X2].mode, 1);
+    EXPECT_EQ(x->params[PARAM_X1].mode, 0);
+}
+
 TEST_F(embedding, SaveToFollowsTheWindowsFlag) {
     x->window->save_format = 1;
     EXPECT_EQ(brisolan_saveto(x, "a", 0), HOST_OK);
@@ -123,12 +134,20 @@ TEST_F(embedding, KelFileFollowsTheType) {
 TEST_F(embedding, WriteKelWithANameWritesText) {
     EXPECT_EQ(told("writekel take"), text_lines{});
     EXPECT_EQ(get_file("take").substr(0, 15), "#N brisolan \"\";");
+    EXPECT_TRUE(machine.asked.empty());
 }
 
 TEST_F(embedding, WriteKelWithoutANameAsks) {
     answer("a.kelb");
     EXPECT_EQ(told("writekel"), text_lines{});
     EXPECT_EQ(get_file("a.kelb").substr(0, 4), "kelb");
+    ASSERT_EQ(machine.asked.size(), 1U);
+    EXPECT_TRUE(machine.asked[0].saving);
+    EXPECT_EQ(machine.asked[0].proposed, "Untitled");
+    EXPECT_EQ(machine.asked[0].types, (std::vector<file_type>{BINARY_FILE, TEXT_FILE}));
+    answer("c");
+    told("writekel");
+    EXPECT_EQ(get_file("c").substr(0, 4), "kelb") << "as proposed";
     answer("b.kel");
     EXPECT_EQ(told("writekel"), text_lines{});
     EXPECT_EQ(get_file("b.kel").substr(0, 2), "#N");

@@ -193,6 +193,10 @@ TEST_F(midiwrite, ArgumentsOfExport) {
     EXPECT_EQ(get_file("d.mid").substr(0, 14), midi_header(1, 1, 0x60)) << "a float says nothing";
     cancel();
     EXPECT_EQ(told("export"), text_lines{});
+    ASSERT_EQ(machine.asked.size(), 5U);
+    EXPECT_TRUE(machine.asked.back().saving);
+    EXPECT_EQ(machine.asked.back().proposed, "");
+    EXPECT_EQ(machine.asked.back().types, std::vector<file_type>{TYPE_MIDI});
 }
 
 TEST_F(midiwrite, AnOpenThatFailsIsToldAndNothingElseHappens) {
