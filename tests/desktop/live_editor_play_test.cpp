@@ -184,6 +184,7 @@ TEST_F(live_editor_play, moving_the_view_of_a_large_score_does_not_hold_the_note
         for (int i = 0; i < 12; ++i)
             editor->screen->tool({"click", "--repeat", "30", "--delay", "8", std::to_string(4 + i % 4)});
         all = notes();
+        ASSERT_GT(all.size(), undisturbed + 50) << "it plays on";
         const double moving =
             lateness({all.begin() + static_cast<std::ptrdiff_t>(undisturbed), all.end()}, APART);
         editor->screen->key("space");
