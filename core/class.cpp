@@ -1,6 +1,6 @@
 // core/class.cpp: loading the class into the host: the table of messages and the process-wide resources.
 // Layer: core; names every room whose handlers it registers.
-// Called once by the host's loader.
+// Called by the host's loader.
 #include "core/class.h"
 
 #include "core/lifecycle.h"
@@ -56,7 +56,7 @@ template <host_name Name, auto Handler> message_entry own_row(const char* purpos
     return {method, name.text, host_typed_private<Name, Handler>(), 0, purpose};
 }
 
-// In registration order, which is also the order in which help and manual show them.
+// In registration order, in which the manual page shows them, too.
 const auto table = std::to_array<message_entry>({
     row<brisolan_next>("next", "play the event at the cursor, then send the wait until the next one"),
     row<brisolan_int, ARG_LONG>("int", "record, follow, or play the n-th event, by mode", integer),
@@ -130,7 +130,7 @@ void register_message(host_class* c, const message_entry& m) {
     }
 }
 
-void load_drawing_resources() {
+void load_resources() {
     for (std::size_t i = 0; i < em_pic.size(); ++i) {
         KillPicture(em_pic[i]); // of an earlier load in this process
         em_pic[i] = GetPicture(FIRST_PICTURE + static_cast<int>(i));
@@ -160,7 +160,7 @@ void brisolan_main() {
     g_currentcursor = -1;
     brisolan_resetpress();
     brisolan_resetband();
-    load_drawing_resources();
+    load_resources();
     ps_nothing = host_symbol("");
     ps_New = host_symbol("#N");
     ps_classname = static_cast<symbol*>(host_symbol("#I")->thing);

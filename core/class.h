@@ -1,6 +1,6 @@
 // core/class.h: what is set once when the host loads the class, and the table of messages it registers.
 // Layer: core; the one place, with core/lifecycle, that names the other rooms.
-// Called by the host's loader, the command line's help and the manual's message page.
+// Called by the host's loader and, for its list of messages, by what writes the manual page.
 #pragma once
 
 #include <array>
@@ -38,12 +38,13 @@ struct message_entry {
     const char* name; // the selector; for the inputs without one "int", "bang", "float", "in1" to "in7"
     host_handler handler;
     int inlet;           // 1 to 7 for message_input::inlet, else 0
-    const char* purpose; // one line for help texts
+    const char* purpose; // one line for the manual page
 };
 
 // The whole table, in registration order. [both]
 std::span<const message_entry> brisolan_messages();
 
-// Loads the class into the host: registers it with its messages and loads the process-wide resources. Once a process.
+// Loads the class into the host: registers it with its messages and loads the process-wide resources. Once after each
+// start of the host.
 // [main]
 void brisolan_main();

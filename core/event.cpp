@@ -11,14 +11,14 @@ struct param_description {
 };
 
 constexpr std::array<param_description, NPARAMS> descriptions{{
-    {"Time", 1, 1, 0, 0, 999999, 200, 1000},
-    {"Pitch", 2, 1, 60, 0, 127, 4, 12},
-    {"Vel", 3, 1, 64, 0, 127, 4, 12},
-    {"Dur", 4, 1, 200, 1, 99999, 200, 800},
-    {"Chan", 0, 1, 1, 1, 16, 1, 8},
-    {"Track", 0, 1, 1, 1, 32, 1, 8},
-    {"X1", 0, 1, 0, 0, 999, 20, 80},
-    {"X2", 0, 1, 0, 0, 999, 20, 80},
+    {"Time", ROLE_TIME, 1, 0, 0, 999999, 200, 1000},
+    {"Pitch", ROLE_VERTICAL, 1, 60, 0, 127, 4, 12},
+    {"Vel", ROLE_LABEL, 1, 64, 0, 127, 4, 12},
+    {"Dur", ROLE_LENGTH, 1, 200, 1, 99999, 200, 800},
+    {"Chan", ROLE_NONE, 1, 1, 1, 16, 1, 8},
+    {"Track", ROLE_NONE, 1, 1, 1, 32, 1, 8},
+    {"X1", ROLE_NONE, 1, 0, 0, 999, 20, 80},
+    {"X2", ROLE_NONE, 1, 0, 0, 999, 20, 80},
 }};
 
 // What every lookup answers for an index that is none.

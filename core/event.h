@@ -23,6 +23,13 @@ enum param_index : int {
     NPARAMS = 8
 };
 
+// Display roles of a parameter (its `mode`).
+constexpr std::uint8_t ROLE_NONE = 0;
+constexpr std::uint8_t ROLE_TIME = 1;
+constexpr std::uint8_t ROLE_VERTICAL = 2;
+constexpr std::uint8_t ROLE_LABEL = 3;
+constexpr std::uint8_t ROLE_LENGTH = 4;
+
 struct event;
 
 // A reference from one event, or from the sequence, to an event. Writing publishes the event that is linked in: whoever
@@ -64,8 +71,8 @@ struct event {
     cell<std::uint8_t> needsdraw{1}; // the redraw pass for marked events draws it
     cell<std::uint8_t> selected{0};
     cell<std::uint8_t> marked{0}; // rubber-band memory, bits 0 and 1; set by the selection before it reads it
-    cell<std::uint8_t> alive{
-        1}; // 0 once it was freed; its storage can be read until the main-level call ends
+    // 0 once it was freed; its storage can be read until the main-level call ends.
+    cell<std::uint8_t> alive{1};
     std::uint32_t place =
         0; // the view's memory, main level: where to look for the event in its index; 0 nowhere
 };

@@ -27,13 +27,6 @@ constexpr std::uint8_t MODE_PLAY = 3;
 constexpr std::uint8_t MODE_RECORD = 4;
 constexpr std::uint8_t MODE_FOLLOW = 5;
 
-// Display roles of a parameter (its `mode`).
-constexpr std::uint8_t ROLE_NONE = 0;
-constexpr std::uint8_t ROLE_TIME = 1;
-constexpr std::uint8_t ROLE_VERTICAL = 2;
-constexpr std::uint8_t ROLE_LABEL = 3;
-constexpr std::uint8_t ROLE_LENGTH = 4;
-
 // One of the eight parameters of an instance.
 struct param_record {
     symbol* name = nullptr;
@@ -93,16 +86,16 @@ constexpr int TRACK_EVENT_SIZE = 8 * 11 + 7 * 3 + 1;
 
 struct brisolan : host_object {
     // The run. Written at scheduler level, or at main level under the lockout.
-    cell<std::int32_t> serial{
-        0}; // fresh at construction and at every stop; 0 from "record", "restore", "clear" on
+    // Fresh at construction and at every stop; 0 from "record", "restore", "clear" on.
+    cell<std::int32_t> serial{0};
 
     // The sequence: linked and unlinked under the lockout and inside `lock`; walked at main level without a lock.
     event_link events;
 
     symbol* name = nullptr; // main level, at construction: the box's name or the empty symbol
 
-    std::array<param_record, NPARAMS>
-        params; // bounds, roles and legend: main level; curvalue and isset: scheduler level
+    // Bounds, roles and legend: main level; curvalue and isset: scheduler level.
+    std::array<param_record, NPARAMS> params;
 
     host_numfield* numfield = nullptr; // main level
 
@@ -112,8 +105,8 @@ struct brisolan : host_object {
     // Following. Scheduler level, or main level under the lockout.
     cell<std::int32_t> follow_time{0};    // Time of the last matched note
     cell<std::uint8_t> follow_octaves{0}; // 1: an octave above or below matches too
-    cell<std::int16_t> follow_skip{
-        2}; // how many other notes the search passes before it limits itself in time
+    // How many other notes the search passes before it limits itself in time.
+    cell<std::int16_t> follow_skip{2};
     cell<std::int16_t> follow_window{150}; // milliseconds
     cell<std::int16_t> nheld{0};           // nodes made for `held` while following
     event_node* follow_pending = nullptr;  // passed-over notes, newest first
@@ -146,14 +139,15 @@ struct brisolan : host_object {
 
     // The sequence's aids, invisible in behaviour; written where the list is linked, under the same locks.
     cell<std::int32_t> nevents{0}; // how many events there are
-    event_link finger; // the event in front of the one linked last, for inserts at or after finger_time;
-    cell<std::int32_t> finger_time{0}; // null: search from the head
-    cell<std::uint32_t> relinked{
-        0}; // counts unlinkings, re-sortings and clears: what remembers events must look again
-    cell<std::uint32_t> reshaped{
-        0}; // counts changes of events' values at scheduler level: what remembers those must look again
-    cell<std::uint8_t> unordered{
-        0}; // 1 since times were changed in place or wrapped, until the list is empty again
+    // The event in front of the one linked last, for inserts at or after finger_time; null: search from the head.
+    event_link finger;
+    cell<std::int32_t> finger_time{0};
+    // Counts unlinkings, re-sortings and clears: whoever remembers events must look again.
+    cell<std::uint32_t> relinked{0};
+    // Counts changes of events' values at scheduler level: whoever remembers those must look again.
+    cell<std::uint32_t> reshaped{0};
+    // 1 since times were changed in place or wrapped, until the list is empty again.
+    cell<std::uint8_t> unordered{0};
 
     // What is under way in a message, innermost first: on the stack, null between messages. Scheduler level, or main level
     // under the lockout.
@@ -191,11 +185,11 @@ struct brisolan : host_object {
     // Selection and drags. Main level; `firstsel` also by "clear".
     cell<std::int32_t> nselected{0};
     event_link firstsel;
-    event_link
-        drawn; // the new event of a draw drag, which lengthens it; null when there is none or it was deleted
+    // The new event of a draw drag, which lengthens it; null when there is none or it was deleted.
+    event_link drawn;
     Point clickpt{}; // where the press began
-    std::int8_t dragkind =
-        0; // 0 none, 1 to 3 move or tweak of a third, 7 draw, 8 rubber band, -1 track buttons
+    // 0 none, 1 to 3 move or tweak of a third, 7 draw, 8 rubber band, -1 track buttons.
+    std::int8_t dragkind = 0;
     std::int32_t dragvalue = 0; // the value under the pointer at the last drag step
 
     // Parameter editing and typing. Main level.

@@ -68,8 +68,8 @@ private:
     struct chain_rest {
         event* first;
         std::uint64_t second_rank;
-        event* third =
-            nullptr; // not behind the second: moved as one, the two would wait for their own writing
+        // Not declared behind the second: moved as one, the two would wait for their own writing.
+        event* third = nullptr;
         event* second;
 
         chain_rest() = default;

@@ -47,10 +47,10 @@ private:
     std::vector<event*> heads; // of the chains, in the order in which they began
     // The chain begun last.
     event* tail = nullptr;
-    event* before_equals =
-        nullptr; // in front of the first event with the tail's key; null when that is the head
-    std::int32_t key =
-        std::numeric_limits<std::int32_t>::max(); // of the tail; no time is later while there is none
+    // In front of the first event with the tail's key; null when that is the head.
+    event* before_equals = nullptr;
+    // Of the tail; no time is later while there is none.
+    std::int32_t key = std::numeric_limits<std::int32_t>::max();
     // The sequence-to-be.
     event* last = nullptr;
     bool last_is_at_end = false;

@@ -11,9 +11,6 @@
 // queued redraw. [main]
 void brisolan_offset(brisolan* x, int index, std::int64_t delta);
 
-// Clips drawing in the current port to the data area. [main]
-void brisolan_eventclip(brisolan* x);
-
 // Pins a window point into the data area, right and bottom edge included. [main]
 void brisolan_eventconstrain(brisolan* x, Point* where);
 
@@ -30,5 +27,5 @@ void brisolan_movedrag(brisolan* x, Point where, bool stilldown);
 // [main]
 void brisolan_tweakdrag(brisolan* x, Point where, bool stilldown);
 
-// Draw: the new event, which is `firstsel`, gets the length that the pointer is right of the press. [main]
+// Draw: the new event, which is `drawn`, gets the length that the pointer is right of the press. [main]
 void brisolan_drawdrag(brisolan* x, Point where, bool stilldown);

@@ -8,7 +8,8 @@
 //   [main]       only the main thread
 //   [scheduler]  the scheduler level, or the main thread while it holds the lockout
 //   [both]       either, at any time
-// A host in a debug build checks the tags of its own routines; the object's routines carry the same tags.
+// The object's routines carry the same tags. In a debug build the embedded host checks the level at which its own are
+// called wherever the wrong one would do harm unseen.
 #pragma once
 
 #include <array>

@@ -6,17 +6,14 @@
 #include <utility>
 
 #include "core/class.h"
+#include "core/saturated.h"
 #include "core/sequence.h"
 
 namespace {
 
-// Bytes of a parameter are written with their sign, as the host's integers of old were made of them.
+// Kept: bytes of a parameter go out with their sign, so that 200 is written as -56, as it always was.
 std::int32_t sign_extended(std::uint8_t byte) {
     return static_cast<std::int8_t>(byte);
-}
-
-std::int32_t difference(std::int32_t later, std::int32_t earlier) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(later) - static_cast<std::uint32_t>(earlier));
 }
 
 void save_descriptions(const brisolan* x, host_atombuf* into) {
@@ -42,8 +39,9 @@ void brisolan_save(brisolan* x, host_atombuf* into) {
     std::int32_t before = 0;
     for (const event* e : brisolan_each(x)) {
         const std::int32_t time = e->time;
-        host_atombuf_append(into, receiver, difference(time, before), e->pitch.get(), e->vel.get(),
-                            e->dur.get(), e->chan.get(), e->track.get(), e->x1.get(), e->x2.get());
+        host_atombuf_append(into, receiver, wrapped(std::int64_t{time} - before), e->pitch.get(),
+                            e->vel.get(), e->dur.get(), e->chan.get(), e->track.get(), e->x1.get(),
+                            e->x2.get());
         before = time;
     }
     host_atombuf_append(into, receiver, host_symbol("stop"));

@@ -9,6 +9,7 @@
 #include "core/messages.h"
 #include "core/notechains.h"
 #include "core/output.h"
+#include "core/saturated.h"
 #include "core/sequence.h"
 #include "core/spareevents.h"
 #include "io/bufferedfile.h"
@@ -76,11 +77,6 @@ struct midi_import {
     std::int32_t lasttime = 0; // of the last append
     bool changed = false;      // a note-off has fixed a duration
 };
-
-// 32-bit arithmetic that wraps, as the reader's integers always have.
-std::int32_t wrapped(std::int64_t value) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
-}
 
 std::uint32_t big_endian(const unsigned char* at, int size) {
     std::uint32_t n = 0;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/output.h"
+#include "core/saturated.h"
 #include "core/sequence.h"
 #include "io/bufferedfile.h"
 #include "io/embedding.h"
@@ -27,10 +28,6 @@ constexpr std::array<unsigned char, 3> end_of_track{0xFF, 0x2F, 0x00};
 
 constexpr int NOTE_ON = 0x90;
 constexpr std::int32_t NEVER = 0x7FFFFFFF; // the time of the note-on that does not come
-
-std::int32_t wrapped(std::int64_t value) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
-}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Tracks

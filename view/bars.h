@@ -41,12 +41,12 @@ public:
 
 private:
     struct step {
-        const bar_look*
-            look; // of which these parts are seen; null for an erasing, of the box with this number
+        // Of which these parts are seen; null for an erasing, of the box with this number.
+        const bar_look* look;
         std::uint32_t box;
         std::uint8_t parts;
-        std::uint8_t from,
-            to; // of its solid parts nothing is seen outside of these columns from its left on; to 0: all are
+        // Of its solid parts nothing is seen outside of these columns from its left on; to 0: all are.
+        std::uint8_t from, to;
     };
     struct bar_rows {
         std::int32_t top, bottom;

@@ -28,6 +28,7 @@ constexpr int COLOR_NEUTRAL = 27; // the line of a shown track's button when bar
 
 // The strips at the window's right and bottom that the scroll bars take, in pixels.
 constexpr int SCROLLBAR = 15;
+constexpr int BOTTOM_MARGIN = 30; // scroll bar and track buttons: the data area ends above
 
 // Picture table indices.
 enum picture_index : int {

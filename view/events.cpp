@@ -18,9 +18,6 @@ std::uint32_t g_datadrawings = 0;
 
 namespace {
 
-// Scroll bar and track buttons, which the data area ends above.
-constexpr int BOTTOM_MARGIN = 30;
-
 // So many erasings are carried out at once; with more it is cheaper to gather them. One pass over everything in sight
 // costs as much as some hundred of them.
 constexpr int FEW = 24;

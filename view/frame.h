@@ -33,8 +33,8 @@ struct view_frame {
     bool labels = false;                                      // bars carry labels at this zoom
     Rect data{};                                              // the data area
     std::int64_t time_behind = INT64_MAX; // events from this Time on begin right of the window
-    std::int64_t time_before =
-        INT64_MIN; // events before this Time begin further left of it than any label is long
+    // Events before this Time begin further left of it than any label is long.
+    std::int64_t time_before = INT64_MIN;
     const std::uint8_t* widths = nullptr; // of common labels; null until the font was measured
 };
 

@@ -11,8 +11,6 @@ std::uint8_t sharp = 0;
 
 namespace {
 
-// The data area ends so far above the window's bottom: scroll bar and track buttons.
-constexpr int BOTTOM_MARGIN = 30;
 // How far below the top of the vertical range's content the data area may end: the range and half a bar under it.
 constexpr int DATA_FOOT = 68;
 // Content y of the vertical range's upper end.

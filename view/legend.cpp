@@ -40,7 +40,6 @@ constexpr int AXIS_LABEL_RIGHT = 37;
 constexpr int HIGHEST_TICK = 54;
 constexpr int LABEL_DISTANCE = 10; // a label stands more than this above the tick drawn before
 constexpr int NO_TICK_YET = 1000;
-constexpr int BOTTOM_MARGIN = 30;
 
 // The role menu.
 constexpr int ROLE_ITEMS = 4; // items 1 to 4 carry no mark but the one of the role

@@ -23,9 +23,8 @@ constexpr int PALETTE_BOTTOM = 39;
 constexpr int CELL_WIDTH = 24;
 constexpr int CELL_HEIGHT = 20;
 
-// Where the content begins under the tracking row.
-constexpr int CONTENT_TOP = 44;
-constexpr int BOTTOM_MARGIN = 30;
+// Where what is invalidated begins, under the tracking row.
+constexpr int INVALID_TOP = 44;
 
 // The flags as they stood when the redraw began.
 struct taken_flags {
@@ -136,7 +135,7 @@ void brisolan_changed(brisolan* x) {
 
 void brisolan_invalcontents(brisolan* x) {
     Rect contents;
-    SetRect(&contents, 0, CONTENT_TOP, x->window->width - SCROLLBAR, x->window->height - BOTTOM_MARGIN);
+    SetRect(&contents, 0, INVALID_TOP, x->window->width - SCROLLBAR, x->window->height - BOTTOM_MARGIN);
     brisolan_settle(x);
     EraseRect(&contents);
     InvalWindowRect(host_window_systemwindow(x->window), &contents);

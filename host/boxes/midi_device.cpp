@@ -6,6 +6,7 @@
 #include <array>
 #include <bitset>
 
+#include "host/boxes/box.h"
 #include "host/boxes/midi_ports.h"
 
 namespace {
@@ -15,16 +16,18 @@ namespace {
 std::array<const midi_device*, MAX_MIDI_DEVICES> devices{};
 notein* first_notein = nullptr;
 
-// The notes that were begun and not ended, by port, channel and pitch. Written as notes pass, one at a time.
-std::array<std::bitset<128>, std::size_t{MIDI_PORTS} * 16> sounding;
+using midi_keys = std::bitset<MAX_MIDI_VALUE + 1>;
 
-std::bitset<128>& keys_of(int port, int channel) {
-    return sounding[static_cast<std::size_t>((port - 1) * 16 + channel - 1)];
+// The notes that were begun and not ended, by port, channel and pitch. Written as notes pass, one at a time.
+std::array<midi_keys, std::size_t{MIDI_PORTS} * MIDI_CHANNELS> sounding;
+
+midi_keys& keys_of(int port, int channel) {
+    return sounding[static_cast<std::size_t>((port - 1) * MIDI_CHANNELS + channel - 1)];
 }
 
 bool in_range(int port, int channel, int pitch, int velocity) {
-    return port >= 1 && port <= MIDI_PORTS && channel >= 1 && channel <= 16 && pitch >= 0 && pitch <= 127 &&
-           velocity >= 0 && velocity <= 127;
+    return port >= 1 && port <= MIDI_PORTS && channel >= 1 && channel <= MIDI_CHANNELS && pitch >= 0 &&
+           pitch <= MAX_MIDI_VALUE && velocity >= 0 && velocity <= MAX_MIDI_VALUE;
 }
 
 } // namespace
@@ -53,9 +56,9 @@ void midi_send(int port, int channel, int pitch, int velocity) {
 void midi_silence() {
     host_expect_scheduler("midi_silence");
     for (int port = 1; port <= MIDI_PORTS; ++port) {
-        for (int channel = 1; channel <= 16; ++channel) {
-            const std::bitset<128> keys = keys_of(port, channel);
-            for (int pitch = 0; keys.any() && pitch < 128; ++pitch) {
+        for (int channel = 1; channel <= MIDI_CHANNELS; ++channel) {
+            const midi_keys keys = keys_of(port, channel);
+            for (int pitch = 0; keys.any() && pitch <= MAX_MIDI_VALUE; ++pitch) {
                 if (keys[static_cast<std::size_t>(pitch)]) midi_send(port, channel, pitch, 0);
             }
         }

@@ -35,9 +35,9 @@ constexpr std::size_t NCLASSES = LARGEST / STEP;
 constexpr std::size_t CHUNK = 64 * 1024; // what is taken from the system at a time
 // The same once the main level holds many: of the size and at the places of the system's large pages. A sequence of a
 // million events else costs twelve thousand page faults, most of the time of reading it.
-constexpr std::int64_t RESERVE = 4 * 1024 * 1024; // beyond the limit, for what must go on
 constexpr std::size_t LARGE_CHUNK = 2 * 1024 * 1024;
 constexpr std::size_t MANY_CHUNKS = 16;
+constexpr std::int64_t RESERVE = 4 * 1024 * 1024; // beyond the limit, for what must go on
 constexpr std::size_t PAGE = 4096;
 constexpr std::size_t STOCK = 512; // blocks laid out for the scheduler of each size that it uses
 

@@ -18,9 +18,6 @@ bool kel_has_inlet(const host_object* x, int inlet);
 bool kel_connect(host_object* from, int outlet, host_object* to, int inlet);
 bool kel_disconnect(host_object* from, int outlet, host_object* to, int inlet);
 
-// Calls `visit(outlet, to, inlet)` for every cord that leaves the object, outlet by outlet. [main]
-template <class F> void kel_each_cord(const host_object* from, F visit);
-
 // Is told of every value that leaves an outlet, before its cords are; one for each outlet, null ends it. Called at the
 // level at which the value leaves. [main]
 using kel_watch = void (*)(void* context, int outlet, std::int32_t value);
@@ -31,9 +28,3 @@ struct kel_cord {
     int inlet;
 };
 std::span<const kel_cord> kel_cords(const host_object* from, int outlet);
-
-template <class F> void kel_each_cord(const host_object* from, F visit) {
-    for (int k = 0; k < kel_outlets(from); ++k) {
-        for (const kel_cord& c : kel_cords(from, k)) visit(k, c.to, c.inlet);
-    }
-}

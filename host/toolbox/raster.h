@@ -1,5 +1,5 @@
 // The rasteriser's lowest floor: fills a rectangle of the bitmap through clip, pattern and transfer mode.
-// Toolbox, internal: leans on host/toolbox.h. Nothing else in the toolbox writes pixels, but for the glyphs of text.cpp.
+// Toolbox, internal: leans on host/toolbox.h. Pixels are written here and, those of glyphs, in text.cpp; nowhere else.
 // Called by the drawing verbs.
 #pragma once
 
@@ -41,5 +41,6 @@ uint32_t raster_blend(const raster_ink& ink, bool set, uint32_t was);
 // they are not. [main]
 bool raster_outline(GrafPort& port, const Rect& r, const raster_ink& ink);
 
-// Fills the pixels of r that the port's drawable region holds. The one routine that applies clip, pattern and mode. [main]
+// Fills the pixels of r that the port's drawable region holds, through clip, pattern and mode whatever they are; the faster
+// routines beside it are for simple ones. [main]
 void raster_rect(GrafPort& port, const Rect& r, const raster_ink& ink);

@@ -1,5 +1,6 @@
 // packaging/reference/manual.cpp: the manual page.
 // Layer: a tool of the build.
+#include "core/class.h"
 #include "packaging/reference/writers.h"
 
 namespace {
@@ -73,6 +74,30 @@ std::string command(const command_words& c) {
     return text + options(c);
 }
 
+std::string arguments(const message_entry& m) {
+    std::string text;
+    for (const arg_word word : m.handler.words) {
+        if (word == ARG_NONE) break;
+        const bool optional = word == ARG_DEFLONG || word == ARG_DEFSYM;
+        const char* const kind = word == ARG_LIST                        ? "anything"
+                                 : word == ARG_FLOAT                     ? "float"
+                                 : word == ARG_SYM || word == ARG_DEFSYM ? "symbol"
+                                                                         : "integer";
+        text += " " + (optional ? "[" + italic(kind) + "]" : italic(kind));
+    }
+    return text;
+}
+
+// What a patch may send, in the order of the table that the object is registered with.
+std::string messages() {
+    std::string text;
+    for (const message_entry& m : brisolan_messages()) {
+        if (m.handler.words[0] == ARG_PRIVATE) continue;
+        text += ".TP\n" + bold(m.name) + arguments(m) + "\n" + plain(m.purpose) + ".\n";
+    }
+    return text;
+}
+
 void replace(std::string& text, const std::string& word, const std::string& by) {
     for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size()))
         text.replace(at, word.size(), by);
@@ -86,6 +111,7 @@ std::string manual_page(const program_words& program, const std::string& page) {
     std::string text = page;
     replace(text, "@OPTIONS@\n", options(program.itself));
     replace(text, "@COMMANDS@\n", commands);
+    replace(text, "@MESSAGES@\n", messages());
     replace(text, "@VERSION@", program.version);
     return text;
 }

@@ -7,7 +7,8 @@
 #include "packaging/reference/command_words.h"
 
 // The manual page: a template in man's language, in which a line "@OPTIONS@" stands for the program's own options,
-// "@COMMANDS@" for all commands with theirs, and "@VERSION@" anywhere for the version.
+// "@COMMANDS@" for all commands with theirs, "@MESSAGES@" for the messages that the object takes from a patch, and
+// "@VERSION@" anywhere for the version.
 std::string manual_page(const program_words& program, const std::string& page);
 
 // Completion in the three shells. Each completes commands, options, the words that an option may be followed by, the
