@@ -32,7 +32,7 @@ expect() {
     bad=yes
 }
 
-expect "" core/a.cpp '#include <vector>' io/a.cpp '#include "edit/selection.h"'
+expect "" core/a.cpp '#include <vector>' edit/a.cpp '#include "edit/selection.h"'
 expect "" core/lifecycle.cpp '#include "edit/selection.h"' host/kernel/a.cpp '#include "host/platform.h"'
 expect 'core/a.cpp:1: may not include "edit/selection.h"' core/a.cpp '#include "edit/selection.h"'
 expect 'may not include "host/kernel/kernel.h"' view/a.cpp '#  include "host/kernel/kernel.h" // why'
