@@ -4,7 +4,7 @@ if(NOT BRISOLAN_TESTS OR BRISOLAN_SANITIZE OR BRISOLAN_COVERAGE)
     return()
 endif()
 
-foreach(check format wording includes walls-hold scripts-hold)
+foreach(check format includes walls-hold scripts-hold)
     add_test(NAME checks/${check} COMMAND ${CMAKE_SOURCE_DIR}/tests/checks/${check}.sh)
     set_property(TEST checks/${check} PROPERTY LABELS checks)
 endforeach()
