@@ -12,7 +12,6 @@ namespace {
 constexpr int WIDTH = 1400;
 constexpr int HEIGHT = 950;
 constexpr int SETTLE_MS = 300;
-constexpr int ANSWER_MS = 10'000;
 
 } // namespace
 
@@ -43,7 +42,7 @@ void editor_on_screen::open(const std::vector<std::string>& files, const std::st
 
 void editor_on_screen::quit() {
     screen->key("ctrl+q");
-    EXPECT_EQ(program->wait(ANSWER_MS), 0) << program->err();
+    EXPECT_EQ(program->wait(PATIENCE_MS), 0) << program->err();
 }
 
 void editor_on_screen::save_as(const std::string& name, const std::string& key) {
@@ -52,7 +51,7 @@ void editor_on_screen::save_as(const std::string& name, const std::string& key) 
     screen->key("ctrl+a");
     screen->type(file(name));
     screen->key("Return");
-    ASSERT_TRUE(holds_within(ANSWER_MS, [&] { return std::filesystem::exists(file(name)); }));
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return std::filesystem::exists(file(name)); }));
     ASSERT_TRUE(screen->focus(name));
     saved = file(name);
 }
@@ -60,7 +59,7 @@ void editor_on_screen::save_as(const std::string& name, const std::string& key) 
 void editor_on_screen::save() {
     const auto before = std::filesystem::last_write_time(saved);
     screen->key("ctrl+s");
-    EXPECT_TRUE(holds_within(ANSWER_MS, [&] {
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] {
         std::error_code replaced; // at this very moment
         return std::filesystem::last_write_time(saved, replaced) != before && !replaced;
     })) << "not saved";
@@ -68,7 +67,7 @@ void editor_on_screen::save() {
 
 std::vector<note_row> editor_on_screen::list(const std::string& name) const {
     process p(folder, "list", {BRISOLAN_PROGRAM, "list", file(name)});
-    EXPECT_EQ(p.wait(ANSWER_MS), 0) << p.err();
+    EXPECT_EQ(p.wait(PATIENCE_MS), 0) << p.err();
     std::istringstream lines(p.out());
     std::vector<note_row> rows;
     for (std::string line; std::getline(lines, line);) {

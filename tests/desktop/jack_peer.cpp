@@ -12,11 +12,10 @@
 
 namespace {
 
-constexpr int START_MS = 10'000;
-constexpr int PORT_MS = 10'000;
 constexpr const char* RATE = "48000";
 constexpr int RATE_HZ = 48000;
 constexpr const char* PERIOD = "64";
+constexpr const char* CLIENT_MS = "4000"; // less than what its watchdog allows
 
 std::int64_t microseconds(jack_nframes_t frames) {
     return std::int64_t{frames} * 1'000'000 / RATE_HZ;
@@ -71,13 +70,15 @@ std::string jack_server::why_not() {
     return on_path("jackd") ? "" : "there is no jackd (Debian: jackd2)";
 }
 
-// With real-time priority where that is allowed, and waiting for its clients: on a busy machine it would else begin the
-// next cycle while they still read the last one's messages.
+// With real-time priority where that is allowed, and waiting for its clients, for seconds instead of two periods: on a busy
+// machine it would else begin the next cycle while they still write or read the last one's messages, which are lost then.
 bool jack_server::start() {
-    daemon = std::make_unique<process>(
-        folder, "jackd",
-        std::vector<std::string>{"jackd", "-n", name, "-R", "-S", "-d", "dummy", "-r", RATE, "-p", PERIOD});
-    return holds_within(START_MS, [this] { return !daemon->runs() || server_answers(); }) && daemon->runs();
+    daemon =
+        std::make_unique<process>(folder, "jackd",
+                                  std::vector<std::string>{"jackd", "-n", name, "-R", "-S", "-t", CLIENT_MS,
+                                                           "-d", "dummy", "-r", RATE, "-p", PERIOD});
+    return holds_within(PATIENCE_MS, [this] { return !daemon->runs() || server_answers(); }) &&
+           daemon->runs();
 }
 
 void jack_server::kill() {
@@ -115,7 +116,7 @@ jack_peer::~jack_peer() {
 }
 
 bool jack_peer::join(const std::string& from, const std::string& to) const {
-    return holds_within(PORT_MS, [&] {
+    return holds_within(PATIENCE_MS, [&] {
         return jack_port_by_name(client, from.c_str()) && jack_port_by_name(client, to.c_str()) &&
                jack_connect(client, from.c_str(), to.c_str()) == 0;
     });
@@ -128,6 +129,12 @@ bool jack_peer::send_midi_to(const std::string& port) const {
 }
 bool jack_peer::hear_sound_from(const std::string& port) const {
     return join(port, name + ":sound in");
+}
+bool jack_peer::joined_out() const {
+    return holds_within(PATIENCE_MS, [this] { return jack_port_connected(midi_out) > 0; });
+}
+bool jack_peer::joined_both_ways() const {
+    return joined_out() && holds_within(PATIENCE_MS, [this] { return jack_port_connected(midi_in) > 0; });
 }
 
 void jack_peer::send(const std::array<int, 3>& bytes, std::int64_t at) {

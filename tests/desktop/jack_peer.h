@@ -59,6 +59,10 @@ public:
     bool send_midi_to(const std::string& port) const;
     bool hear_sound_from(const std::string& port) const;
 
+    // Waits until somebody is connected to "midi out", or to "midi in" as well; false when nobody comes.
+    bool joined_out() const;
+    bool joined_both_ways() const;
+
     // Sends a message, at a time or as soon as possible. Not from two threads.
     void send(const std::array<int, 3>& bytes, std::int64_t at = 0);
     static std::int64_t now() { return static_cast<std::int64_t>(jack_get_time()); }

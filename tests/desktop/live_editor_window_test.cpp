@@ -33,7 +33,7 @@ protected:
     // What another program finds on the clipboard.
     std::string pasted_elsewhere() const {
         process p(folder, "xclip", {"xclip", "-selection", "clipboard", "-o"});
-        EXPECT_EQ(p.wait(5000), 0) << p.err();
+        EXPECT_EQ(p.wait(PATIENCE_MS), 0) << p.err();
         return p.out();
     }
 };
@@ -132,7 +132,7 @@ TEST_F(live_editor_window, the_clipboard_is_text_for_other_programs_and_from_the
     process p(
         folder, "xclip",
         {"sh", "-c", "printf '0 50 90 300 2 3 0 0\\n100 52 91 300 2 3 0 0\\n' | xclip -selection clipboard"});
-    ASSERT_EQ(p.wait(5000), 0);
+    ASSERT_EQ(p.wait(PATIENCE_MS), 0);
     editor->screen->key("ctrl+v");
     editor->save();
     const std::vector<note_row> notes = editor->list("one.kel");
@@ -151,7 +151,7 @@ TEST_F(live_editor_window, unsaved_changes_are_asked_for_unless_they_were_taken_
     ASSERT_TRUE(editor->screen->focus("one.kel"));
     editor->screen->key("Left");
     editor->screen->key("ctrl+w");
-    EXPECT_EQ(editor->program->wait(5000), 0) << "nothing is left to save";
+    EXPECT_EQ(editor->program->wait(PATIENCE_MS), 0) << "nothing is left to save";
     EXPECT_EQ(editor->list("one.kel").size(), 1U);
 }
 
@@ -160,7 +160,7 @@ TEST_F(live_editor_window, a_signal_that_asks_to_end_leaves_what_was_not_saved_a
     editor->screen->key("ctrl+a");
     editor->screen->key("Right");
     editor->program->send(SIGTERM);
-    EXPECT_EQ(editor->program->wait(5000), 0) << editor->program->err();
+    EXPECT_EQ(editor->program->wait(PATIENCE_MS), 0) << editor->program->err();
     EXPECT_EQ(editor->list("one.kel")[0][TIME], MID_TIME);
     editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
     EXPECT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
@@ -173,7 +173,7 @@ TEST_F(live_editor_window, what_was_not_saved_is_offered_after_the_program_was_k
     editor->screen->key("Right");
     sleep_ms(2500); // copies are written each second here, else each half minute
     editor->program->send(SIGKILL);
-    EXPECT_EQ(editor->program->wait(5000), 128 + SIGKILL);
+    EXPECT_EQ(editor->program->wait(PATIENCE_MS), 128 + SIGKILL);
     EXPECT_EQ(editor->list("one.kel")[0][TIME], MID_TIME);
 
     editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});

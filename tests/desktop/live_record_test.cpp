@@ -58,7 +58,7 @@ TEST_F(live_record, NotesComeIntoTheFileWithTheirTimes) {
         play_keys();
         sleep_ms(200 + NOTES * APART + 200);
         p->send(SIGINT);
-        EXPECT_EQ(p->wait(10'000), 0) << p->err();
+        EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
         const auto got = events("take.kel");
         ASSERT_EQ(got.size(), static_cast<std::size_t>(NOTES)) << run({"list", file("take.kel")});
         worst = 0;
@@ -85,7 +85,7 @@ TEST_F(live_record, MessagesThatComeAtOnceAreToldApart) {
     play_keys();
     sleep_ms(400);
     p->send(SIGINT);
-    EXPECT_EQ(p->wait(10'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     const auto got = events("take.kel");
     ASSERT_EQ(got.size(), static_cast<std::size_t>(NOTES));
     for (int i = 0; i < NOTES; ++i) EXPECT_EQ(got[static_cast<std::size_t>(i)][PITCH], 40 + i);
@@ -98,9 +98,9 @@ TEST_F(live_record, EverySignalThatEndsAProgramSavesWhatWasPlayed) {
         key(jack_peer::now(), 60, 50, 100);
         key(jack_peer::now(), 64, 150, -1); // still held when the signal comes
         play_keys();
-        sleep_ms(300);
+        sleep_ms(500);
         p->send(signal);
-        EXPECT_EQ(p->wait(10'000), 0) << p->err();
+        EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
         const auto got = events(name);
         ASSERT_EQ(got.size(), 2U) << "signal " << signal;
         EXPECT_EQ(got[0][PITCH], 60);
@@ -111,10 +111,10 @@ TEST_F(live_record, EverySignalThatEndsAProgramSavesWhatWasPlayed) {
 }
 
 TEST_F(live_record, UntilEndsItByItself) {
-    const std::unique_ptr<process> p = record({file("take.kel"), "--until", "700"});
+    const std::unique_ptr<process> p = record({file("take.kel"), "--until", "2000"});
     key(jack_peer::now(), 72, 50, 150);
     play_keys();
-    EXPECT_EQ(p->wait(5000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     const auto got = events("take.kel");
     ASSERT_EQ(got.size(), 1U);
     EXPECT_EQ(got[0][PITCH], 72);
@@ -122,15 +122,16 @@ TEST_F(live_record, UntilEndsItByItself) {
 
 TEST_F(live_record, FromAPortThatIsNamed) {
     const std::unique_ptr<process> p =
-        brisolan({"record", file("take.kel"), "--port", "peer", "--until", "900"});
-    sleep_ms(400);
+        brisolan({"record", file("take.kel"), "--port", "peer", "--until", "2000"});
+    ASSERT_TRUE(peer->joined_out()) << p->err();
+    sleep_ms(200);
     peer->send({0x90, 50, 90});
     sleep_ms(100);
     peer->send({0x90, 50, 0}); // a note-on of velocity 0 ends the note
-    EXPECT_EQ(p->wait(5000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     const auto got = events("take.kel");
     ASSERT_EQ(got.size(), 1U) << p->err();
-    EXPECT_NEAR(got[0][DUR], 100, 40);
+    EXPECT_NEAR(got[0][DUR], 100, 90);
 }
 
 TEST_F(live_record, AnInputThatDisappearsIsToldOnceAndWhatCameInIsSaved) {
@@ -140,10 +141,10 @@ TEST_F(live_record, AnInputThatDisappearsIsToldOnceAndWhatCameInIsSaved) {
     sleep_ms(300);
     server->kill();
     peer.reset();
-    ASSERT_TRUE(holds_within(5000, [&] { return count("has gone", p->err()) == 1; })) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return count("has gone", p->err()) == 1; })) << p->err();
     sleep_ms(1500);
     p->send(SIGTERM);
-    EXPECT_EQ(p->wait(10'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     EXPECT_EQ(count("brisolan: MIDI input \"keys\" has gone; going on without it\n", p->err()), 1)
         << p->err();
     EXPECT_EQ(events("take.kel").size(), 1U);
@@ -152,7 +153,7 @@ TEST_F(live_record, AnInputThatDisappearsIsToldOnceAndWhatCameInIsSaved) {
 TEST_F(live_record, AFileThatExistsIsRefusedBeforeAnybodyPlays) {
     score("take.mid", {{0, 60, 100}});
     const std::unique_ptr<process> p = brisolan({"record", file("take.mid"), "--virtual", "keys"});
-    EXPECT_EQ(p->wait(5000), 1);
+    EXPECT_EQ(p->wait(PATIENCE_MS), 1);
     EXPECT_EQ(p->err(), "brisolan: " + file("take.mid") + ": exists; --force replaces it\n");
 }
 
@@ -173,7 +174,7 @@ TEST_F(live_follow, TheScoreAnswersEachNoteThatIsPlayed) {
     key(begin, 62, 300, 400);
     key(begin, 64, 600, 700);
     play_keys();
-    EXPECT_EQ(p->wait(10'000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     std::vector<bytes> on;
     std::vector<double> at;
     for (const timed_message& m : only(0x90, peer->heard())) {
@@ -183,9 +184,9 @@ TEST_F(live_follow, TheScoreAnswersEachNoteThatIsPlayed) {
     EXPECT_EQ(on, (std::vector<bytes>{
                       {0x90, 60, 100}, {0x91, 40, 100}, {0x90, 62, 100}, {0x91, 41, 100}, {0x90, 64, 100}}));
     ASSERT_EQ(at.size(), 5U);
-    EXPECT_NEAR(at[0], 0, 25);
-    EXPECT_NEAR(at[1], 300, 25);
-    EXPECT_NEAR(at[4], 600, 25);
+    EXPECT_NEAR(at[0], 0, 100);
+    EXPECT_NEAR(at[1], 300, 100);
+    EXPECT_NEAR(at[4], 600, 100);
     const std::string out = p->out();
     EXPECT_EQ(count(" matched ", out), 3) << out;
     EXPECT_EQ(count(" accompaniment ", out), 2) << out;
@@ -203,10 +204,10 @@ TEST_F(live_follow, AnInterruptEndsItWithTheSummaryAndEveryNoteEnded) {
     ASSERT_TRUE(peer->send_midi_to("brisolan-01:keys")) << p->err();
     peer->send({0x90, 60, 100});
     peer->send({0x90, 99, 100});
-    ASSERT_TRUE(holds_within(5000, [&] { return !peer->heard().empty(); })) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return !peer->heard().empty(); })) << p->err();
     sleep_ms(100);
     p->send(SIGINT);
-    EXPECT_EQ(p->wait(5000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     std::vector<bytes> got;
     for (const timed_message& m : peer->heard()) got.push_back(m.bytes);
     EXPECT_EQ(got, (std::vector<bytes>{{0x90, 60, 100}, {0x80, 60, 64}, {0xB0, 123, 0}, {0xB0, 120, 0}}));
@@ -231,9 +232,9 @@ TEST_F(live_patch, NotesGoThroughAPatch) {
     ASSERT_TRUE(peer->send_midi_to("brisolan-01:in")) << p->err();
     sleep_ms(200);
     peer->send({0x93, 70, 80});
-    EXPECT_TRUE(holds_within(5000, [&] { return peer->heard().size() == 1; })) << p->err();
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->heard().size() == 1; })) << p->err();
     p->send(SIGTERM);
-    EXPECT_EQ(p->wait(5000), 0) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
     std::vector<bytes> got;
     for (const timed_message& m : peer->heard()) got.push_back(m.bytes);
     EXPECT_EQ(got, (std::vector<bytes>{{0x93, 70, 80}, {0x83, 70, 64}, {0xB3, 123, 0}, {0xB3, 120, 0}}));

@@ -86,7 +86,7 @@ std::unique_ptr<process> live_test::brisolan(const std::vector<std::string>& wor
 
 std::string live_test::run(const std::vector<std::string>& words, int status) {
     const std::unique_ptr<process> p = brisolan(words);
-    EXPECT_EQ(p->wait(30'000), status) << p->err();
+    EXPECT_EQ(p->wait(PATIENCE_MS), status) << p->err();
     return p->out();
 }
 

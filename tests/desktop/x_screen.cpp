@@ -20,7 +20,6 @@ bool is_installed(const std::string& program) {
 }
 
 constexpr int SETTLE_MS = 30; // between two things that a hand does
-constexpr int ANSWER_MS = 10'000;
 
 } // namespace
 
@@ -43,7 +42,7 @@ bool x_screen::start() {
                                        std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
                                                                 size, "-noreset", "-nolisten", "tcp"});
     // It writes its number once it answers.
-    if (!holds_within(ANSWER_MS, [this] { return server->out().find('\n') != std::string::npos; }))
+    if (!holds_within(PATIENCE_MS, [this] { return server->out().find('\n') != std::string::npos; }))
         return false;
     const std::string number = server->out();
     setenv("DISPLAY", (":" + number.substr(0, number.find('\n'))).c_str(), 1);
@@ -54,7 +53,7 @@ bool x_screen::tool(const std::vector<std::string>& words) {
     std::vector<std::string> all{"xdotool"};
     all.insert(all.end(), words.begin(), words.end());
     process p(folder, "xdotool-" + std::to_string(++calls), all);
-    const bool done = p.wait(ANSWER_MS) == 0;
+    const bool done = p.wait(PATIENCE_MS) == 0;
     sleep_ms(SETTLE_MS);
     return done;
 }
@@ -83,7 +82,7 @@ void x_screen::move(int x, int y) {
 
 std::string x_screen::pointer() {
     process p(folder, "pointer", {"xdotool", "getmouselocation"});
-    p.wait(ANSWER_MS);
+    p.wait(PATIENCE_MS);
     return p.out();
 }
 

@@ -35,6 +35,9 @@ private:
     int status = -1;
 };
 
+// How long a test waits for what comes at once unless the machine does something else, milliseconds.
+constexpr int PATIENCE_MS = 20'000;
+
 // Waits until the condition holds; false when it does not within so many milliseconds.
 template <class F> bool holds_within(int ms, F condition);
 
