@@ -18,18 +18,18 @@ bytes file_of(std::initializer_list<unsigned char> track) {
     return all;
 }
 
-TEST(MidiRest, notes_alone_leave_nothing) {
+TEST(midi_rest, notes_alone_leave_nothing) {
     EXPECT_EQ(midi_rest(file_of({0, 0x90, 60, 64, 96, 60, 0, 0, 0x80, 60, 0, 0, 0xFF, 0x2F, 0})), words{});
 }
 
-TEST(MidiRest, the_tempo_that_is_written_is_none_and_any_other_is) {
+TEST(midi_rest, the_tempo_that_is_written_is_none_and_any_other_is) {
     EXPECT_EQ(midi_rest(file_of({0, 0xFF, 0x51, 3, 0x07, 0xA1, 0x20})), words{});
     EXPECT_EQ(midi_rest(file_of({0, 0xFF, 0x51, 3, 0x0B, 0x71, 0xB0})), words{"tempo"});
     EXPECT_EQ(midi_rest(file_of({96, 0xFF, 0x51, 3, 0x07, 0xA1, 0x20})), words{"tempo"})
         << "a change later on";
 }
 
-TEST(MidiRest, every_kind_is_told_once_and_running_status_is_followed) {
+TEST(midi_rest, every_kind_is_told_once_and_running_status_is_followed) {
     EXPECT_EQ(midi_rest(file_of({0,    0xC0, 5,    0,    6,    0,    0xB0, 7,    100,  0,  10, 64,  0,
                                  0x90, 60,   64,   0,    0xE0, 0,    1,    0,    0xA0, 60, 1,  0,   0xD0,
                                  3,    0,    0xF0, 2,    1,    0xF7, 0,    0xFF, 0x58, 4,  4,  2,   24,
@@ -38,7 +38,7 @@ TEST(MidiRest, every_kind_is_told_once_and_running_status_is_followed) {
                      "names and texts", "system exclusive"}));
 }
 
-TEST(MidiRest, what_is_cut_off_anywhere_is_read_as_far_as_it_goes) {
+TEST(midi_rest, what_is_cut_off_anywhere_is_read_as_far_as_it_goes) {
     const bytes whole = file_of({0, 0xC0, 5, 0, 0xFF, 3, 2, 'a', 'b', 0, 0xF0, 0x81, 0x00, 1});
     for (std::size_t n = 0; n <= whole.size(); ++n) {
         const bytes part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));

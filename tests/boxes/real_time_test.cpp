@@ -132,7 +132,7 @@ private:
 
 // Notes wait for nothing that the main level does: most of the piece falls into its sleep. They may be late by a twentieth of
 // the sleep, and by as long as the machine let nobody run.
-TEST(RealTimePlay, AMainLevelThatStandsStillForTwoSecondsDelaysNoNote) {
+TEST(real_time_play, a_main_level_that_stands_still_for_two_seconds_delays_no_note) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;
     p.fill();
@@ -149,7 +149,7 @@ TEST(RealTimePlay, AMainLevelThatStandsStillForTwoSecondsDelaysNoNote) {
     for (const heard_note& n : hears.notes) EXPECT_LT(n.at - host_start - n.due, latest);
 }
 
-TEST(RealTimePlay, EveryNoteLeavesInItsOrderAndNeverEarlyWhileTheMainLevelRedraws) {
+TEST(real_time_play, every_note_leaves_in_its_order_and_never_early_while_the_main_level_redraws) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;
     p.fill();
@@ -182,7 +182,7 @@ TEST(RealTimePlay, EveryNoteLeavesInItsOrderAndNeverEarlyWhileTheMainLevelRedraw
     EXPECT_EQ(p.console, std::vector<std::string>{});
 }
 
-TEST(RealTimePlay, HaltFromTheMainLevelEndsEveryNoteWheneverItComes) {
+TEST(real_time_play, halt_from_the_main_level_ends_every_note_whenever_it_comes) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;
     p.fill();
@@ -199,7 +199,7 @@ TEST(RealTimePlay, HaltFromTheMainLevelEndsEveryNoteWheneverItComes) {
     }
 }
 
-TEST(RealTimeRecord, WhatADevicesThreadHandsInIsRecordedWhileTheMainLevelRedraws) {
+TEST(real_time_record, what_a_devices_thread_hands_in_is_recorded_while_the_main_level_redraws) {
     const std::string file = testing::TempDir() + "brisolan-real-time-record.kel";
     real_time_patch p("");
     {
@@ -233,7 +233,7 @@ TEST(RealTimeRecord, WhatADevicesThreadHandsInIsRecordedWhileTheMainLevelRedraws
     EXPECT_EQ(p.console, std::vector<std::string>{});
 }
 
-TEST(RealTimeBoxes, PatchesAreBuiltRewiredSentToAndTakenApartWhileTheirClocksRun) {
+TEST(real_time_boxes, patches_are_built_rewired_sent_to_and_taken_apart_while_their_clocks_run) {
     real_time_patch p("");
     load_brisolan();
     boxes_load();
@@ -261,7 +261,7 @@ TEST(RealTimeBoxes, PatchesAreBuiltRewiredSentToAndTakenApartWhileTheirClocksRun
         EXPECT_TRUE(line.starts_with("post ms: ") || line == flooded) << line;
 }
 
-TEST(RealTimeBoxes, APatchThatPrintsWithoutPauseLeavesTheMainLevelItsTurn) {
+TEST(real_time_boxes, a_patch_that_prints_without_pause_leaves_the_main_level_its_turn) {
     real_time_patch p("");
     load_brisolan();
     boxes_load();
@@ -279,7 +279,7 @@ TEST(RealTimeBoxes, APatchThatPrintsWithoutPauseLeavesTheMainLevelItsTurn) {
     EXPECT_GT(std::count(p.console.begin(), p.console.end(), "post on: bang"), TURNS);
 }
 
-TEST(RealTimeConsole, LinesOfTheSchedulerArePrintedAtMainLevelInTheirOrder) {
+TEST(real_time_console, lines_of_the_scheduler_are_printed_at_main_level_in_their_order) {
     real_time_patch p("");
     load_brisolan();
     // "next" while it does not play makes the object say so, at scheduler level.

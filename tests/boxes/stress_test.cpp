@@ -170,7 +170,7 @@ private:
     std::jthread watcher{watch};
 };
 
-TEST(RealTimeStress, EverythingAtOnceKeepsWhatAlwaysHolds) {
+TEST(real_time_stress, everything_at_once_keeps_what_always_holds) {
     const scratch_folder here(true);
     const char* const told = std::getenv("BRISOLAN_STRESS_SECONDS");
     const kel_time seconds = told ? std::atoi(told) : 1;

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(Desktop, IsBuiltWithPortsAndSound) {
+TEST(desktop, is_built_with_ports_and_sound) {
     if (BRISOLAN_HAVE_RTMIDI && BRISOLAN_HAVE_JACK && BRISOLAN_HAVE_FLUIDSYNTH) return;
     const char* const ci = std::getenv("CI");
     const bool must = BRISOLAN_DESKTOP && ci && std::string(ci) == "true";

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* RATE = "48000";
 constexpr int RATE_HZ = 48000;
 constexpr const char* PERIOD = "64";
-constexpr const char* CLIENT_MS = "4000"; // less than what its watchdog allows
+constexpr const char* CLIENT_MS = "250";
 
 std::int64_t microseconds(jack_nframes_t frames) {
     return std::int64_t{frames} * 1'000'000 / RATE_HZ;
@@ -70,8 +70,9 @@ std::string jack_server::why_not() {
     return on_path("jackd") ? "" : "there is no jackd (Debian: jackd2)";
 }
 
-// With real-time priority where that is allowed, and waiting for its clients, for seconds instead of two periods: on a busy
+// With real-time priority where that is allowed, and waiting for its clients, for longer than two periods: on a busy
 // machine it would else begin the next cycle while they still write or read the last one's messages, which are lost then.
+// Not for seconds, as a client that comes or goes in mid-cycle may be waited for in vain.
 bool jack_server::start() {
     daemon =
         std::make_unique<process>(folder, "jackd",
@@ -147,12 +148,22 @@ std::vector<timed_message> jack_peer::heard() const {
     return {in.begin(), in.begin() + static_cast<std::ptrdiff_t>(nin.load())};
 }
 
+jack_peer::lateness jack_peer::server_late() {
+    const int of = std::max(cycles.exchange(0), 1);
+    return {static_cast<double>(late.exchange(0)) / 1000, static_cast<double>(late_cycles.exchange(0)) / of};
+}
+
 // Times are those of the clock at the beginning of each cycle: JACK's own frame times are smoothed, and after a late cycle
 // they are off for seconds.
 int jack_peer::process_cycle(jack_nframes_t frames, void* peer) {
     auto* const p = static_cast<jack_peer*>(peer);
     const std::int64_t began = now();
-    if (p->cycle_began) p->late = std::max(p->late.load(), began - p->cycle_began - microseconds(frames));
+    if (p->cycle_began) {
+        const std::int64_t late = began - p->cycle_began - microseconds(frames);
+        p->late = std::max(p->late.load(), late);
+        ++p->cycles;
+        if (late >= 1000) ++p->late_cycles;
+    }
     p->cycle_began = began;
     p->take(frames);
     p->give(frames);

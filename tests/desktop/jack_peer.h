@@ -69,8 +69,14 @@ public:
 
     // What has come in so far.
     std::vector<timed_message> heard() const;
-    // By how many milliseconds the server was late with a cycle at worst since it was asked last.
-    double server_late() { return static_cast<double>(late.exchange(0)) / 1000; }
+    // How late the server was since it was asked last: the worst cycle, in milliseconds, and the share of the cycles that
+    // were late by one or more. Where those are more than single ones, times tell of the machine and not of the program.
+    struct lateness {
+        double worst;
+        double share;
+        bool on_time() const { return share <= 0.02; }
+    };
+    lateness server_late();
     // The loudest sample heard so far.
     float loudest() const { return peak; }
 
@@ -95,4 +101,6 @@ private:
     std::atomic<float> peak{0};
     std::int64_t cycle_began = 0; // the cycle's alone
     std::atomic<std::int64_t> late{0};
+    std::atomic<int> cycles{0};
+    std::atomic<int> late_cycles{0};
 };

@@ -47,7 +47,7 @@ private:
     tape& to;
 };
 
-class MidiSenderThread : public testing::Test {
+class midi_sender_thread_test : public testing::Test {
 protected:
     void SetUp() override {
         headless_start(&machine);
@@ -77,7 +77,7 @@ protected:
     std::unique_ptr<midi_sender> sender;
 };
 
-TEST_F(MidiSenderThread, NotesArriveInOrder) {
+TEST_F(midi_sender_thread_test, notes_arrive_in_order) {
     play(1, 60, 100);
     play(1, 60, 0);
     play(16, 127, 127);
@@ -88,7 +88,7 @@ TEST_F(MidiSenderThread, NotesArriveInOrder) {
               (std::vector<message>{{0x90, 60, 100}, {0x80, 60, 64}, {0x9F, 127, 127}, {0x8F, 127, 64}}));
 }
 
-TEST_F(MidiSenderThread, TheEndEndsWhatSoundsThenResetsTheChannelsUsed) {
+TEST_F(midi_sender_thread_test, the_end_ends_what_sounds_then_resets_the_channels_used) {
     play(1, 60, 100);
     play(3, 64, 90);
     play(3, 67, 90);
@@ -101,18 +101,18 @@ TEST_F(MidiSenderThread, TheEndEndsWhatSoundsThenResetsTheChannelsUsed) {
             {0x80, 60, 64}, {0x82, 64, 64}, {0xB0, 123, 0}, {0xB0, 120, 0}, {0xB2, 123, 0}, {0xB2, 120, 0}}));
 }
 
-TEST_F(MidiSenderThread, WhereNothingWasPlayedNothingIsEnded) {
+TEST_F(midi_sender_thread_test, where_nothing_was_played_nothing_is_ended) {
     EXPECT_TRUE(end().empty());
 }
 
-TEST_F(MidiSenderThread, ASecondSilenceHasNothingToDo) {
+TEST_F(midi_sender_thread_test, a_second_silence_has_nothing_to_do) {
     play(2, 60, 100);
     silence();
     silence();
     EXPECT_EQ(end(), (std::vector<message>{{0x91, 60, 100}, {0x81, 60, 64}, {0xB1, 123, 0}, {0xB1, 120, 0}}));
 }
 
-TEST_F(MidiSenderThread, ADeviceThatBlocksHoldsNobodyUpAndLossIsCounted) {
+TEST_F(midi_sender_thread_test, a_device_that_blocks_holds_nobody_up_and_loss_is_counted) {
     constexpr int MORE_THAN_FIT = 6000;
     wire.set_shut(true);
     const auto began = std::chrono::steady_clock::now();
@@ -128,7 +128,7 @@ TEST_F(MidiSenderThread, ADeviceThatBlocksHoldsNobodyUpAndLossIsCounted) {
         EXPECT_EQ(got[got.size() - ENDING + static_cast<std::size_t>(i)], (message{0x80, i, 64}));
 }
 
-TEST_F(MidiSenderThread, HearsNoMoreOnceItHasEnded) {
+TEST_F(midi_sender_thread_test, hears_no_more_once_it_has_ended) {
     end();
     play(1, 60, 100);
     EXPECT_TRUE(wire.all().empty());

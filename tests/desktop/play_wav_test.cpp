@@ -46,7 +46,7 @@ protected:
     fs::path folder;
 };
 
-TEST_F(play_wav, APieceIsRenderedMuchFasterThanItPlaysAndTwiceTheSame) {
+TEST_F(play_wav, a_piece_is_rendered_much_faster_than_it_plays_and_twice_the_same) {
     const std::unique_ptr<process> length = std::make_unique<process>(
         folder, "program", std::vector<std::string>{BRISOLAN_PROGRAM, "list", piece});
     ASSERT_EQ(length->wait(30'000), 0);
@@ -65,7 +65,7 @@ TEST_F(play_wav, APieceIsRenderedMuchFasterThanItPlaysAndTwiceTheSame) {
     EXPECT_EQ(files(), 2U);
 }
 
-TEST_F(play_wav, TwiceTheSpeedIsHalfTheLength) {
+TEST_F(play_wav, twice_the_speed_is_half_the_length) {
     EXPECT_EQ(play({piece, "--wav", out("a.wav"), "--from", "20000"})->wait(60'000), 0);
     EXPECT_EQ(play({piece, "--wav", out("b.wav"), "--from", "20000", "--speed", "2"})->wait(60'000), 0);
     const auto tail = 5 * 44100 * 4.0;
@@ -73,7 +73,7 @@ TEST_F(play_wav, TwiceTheSpeedIsHalfTheLength) {
                 2 * static_cast<double>(contents("b.wav").size()), tail);
 }
 
-TEST_F(play_wav, AFileThatExistsIsReplacedWithForceAlone) {
+TEST_F(play_wav, a_file_that_exists_is_replaced_with_force_alone) {
     std::ofstream(folder / "a.wav") << "old";
     const std::unique_ptr<process> refused = play({piece, "--wav", out("a.wav")});
     EXPECT_EQ(refused->wait(30'000), 1);
@@ -83,7 +83,7 @@ TEST_F(play_wav, AFileThatExistsIsReplacedWithForceAlone) {
     EXPECT_EQ(contents("a.wav").substr(0, 4), "RIFF");
 }
 
-TEST_F(play_wav, AMinusIsStandardOutput) {
+TEST_F(play_wav, a_minus_is_standard_output) {
     EXPECT_EQ(play({piece, "--wav", out("a.wav"), "--from", "60000"})->wait(60'000), 0);
     const std::unique_ptr<process> p = play({piece, "--wav", "-", "--from", "60000"});
     EXPECT_EQ(p->wait(60'000), 0) << p->err();
@@ -93,7 +93,7 @@ TEST_F(play_wav, AMinusIsStandardOutput) {
     EXPECT_EQ(files(), 1U);
 }
 
-TEST_F(play_wav, WhatIsMissingIsSaidInOneLineAndLeavesNothing) {
+TEST_F(play_wav, what_is_missing_is_said_in_one_line_and_leaves_nothing) {
     const std::unique_ptr<process> font = play({piece, "--wav", out("a.wav"), "--soundfont", "/no/font.sf2"});
     EXPECT_EQ(font->wait(30'000), 1);
     EXPECT_EQ(font->err(), "brisolan: sound font /no/font.sf2: No such file or directory\n");
@@ -103,7 +103,7 @@ TEST_F(play_wav, WhatIsMissingIsSaidInOneLineAndLeavesNothing) {
     EXPECT_EQ(files(), 0U);
 }
 
-TEST_F(play_wav, AnInterruptLeavesNothingHalfWritten) {
+TEST_F(play_wav, an_interrupt_leaves_nothing_half_written) {
     const std::unique_ptr<process> p = play({piece, "--wav", out("a.wav"), "--speed", "0.25"});
     ASSERT_TRUE(holds_within(30'000, [this] { return files() == 1; }));
     p->send(SIGINT);
@@ -111,7 +111,7 @@ TEST_F(play_wav, AnInterruptLeavesNothingHalfWritten) {
     EXPECT_EQ(files(), 0U);
 }
 
-TEST_F(play_wav, WordsThatExcludeOneAnotherAreMisuse) {
+TEST_F(play_wav, words_that_exclude_one_another_are_misuse) {
     EXPECT_EQ(play({piece, "--wav", out("a.wav"), "--synth"})->wait(30'000), 2);
     EXPECT_EQ(play({piece, "--wav", out("a.wav"), "--port", "0"})->wait(30'000), 2);
     EXPECT_EQ(play({piece, "--force"})->wait(30'000), 2);

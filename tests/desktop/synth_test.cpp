@@ -45,9 +45,9 @@ protected:
     fs::path folder;
 };
 
-using FindFont = in_a_folder;
+using find_font_test = in_a_folder;
 
-TEST_F(FindFont, TheOneAskedForGoesFirst) {
+TEST_F(find_font_test, the_one_asked_for_goes_first) {
     setenv("BRISOLAN_SOUNDFONT", make("set.sf2").c_str(), 1);
     std::string error;
     EXPECT_EQ(synth_find_font(make("asked.sf2"), make("usual.sf2"), error), (folder / "asked.sf2").string());
@@ -56,7 +56,7 @@ TEST_F(FindFont, TheOneAskedForGoesFirst) {
     EXPECT_EQ(synth_find_font("", make("usual.sf2"), error), (folder / "usual.sf2").string());
 }
 
-TEST_F(FindFont, OneThatWasNamedAndIsNotThereIsAnErrorNotPassedOver) {
+TEST_F(find_font_test, one_that_was_named_and_is_not_there_is_an_error_not_passed_over) {
     std::string error;
     EXPECT_EQ(synth_find_font((folder / "no.sf2").string(), make("usual.sf2"), error), "");
     EXPECT_EQ(error, "sound font " + (folder / "no.sf2").string() + ": No such file or directory");
@@ -68,9 +68,9 @@ TEST_F(FindFont, OneThatWasNamedAndIsNotThereIsAnErrorNotPassedOver) {
     unsetenv("BRISOLAN_SOUNDFONT");
 }
 
-using WavFile = in_a_folder;
+using wav_file_test = in_a_folder;
 
-TEST_F(WavFile, HasTheFormsHeaderAndItsSamplesLowByteFirst) {
+TEST_F(wav_file_test, has_the_forms_header_and_its_samples_low_byte_first) {
     const std::string file = (folder / "a.wav").string();
     wav_file wav;
     ASSERT_EQ(wav.open(file), "");
@@ -84,7 +84,7 @@ TEST_F(WavFile, HasTheFormsHeaderAndItsSamplesLowByteFirst) {
     EXPECT_EQ(files(), 1U);
 }
 
-TEST_F(WavFile, TheOldFileStandsUntilTheNewOneIsWhole) {
+TEST_F(wav_file_test, the_old_file_stands_until_the_new_one_is_whole) {
     const std::string file = make("a.wav", "old");
     {
         wav_file wav;
@@ -97,7 +97,7 @@ TEST_F(WavFile, TheOldFileStandsUntilTheNewOneIsWhole) {
     EXPECT_EQ(files(), 1U);
 }
 
-TEST_F(WavFile, ASecondFinishedFileReplacesTheFirst) {
+TEST_F(wav_file_test, a_second_finished_file_replaces_the_first) {
     const std::string file = make("a.wav", "old");
     wav_file wav;
     ASSERT_EQ(wav.open(file), "");
@@ -105,7 +105,7 @@ TEST_F(WavFile, ASecondFinishedFileReplacesTheFirst) {
     EXPECT_EQ(contents(file).size(), 44U);
 }
 
-TEST_F(WavFile, GoesWhereALinkLeadsAndKeepsTheRights) {
+TEST_F(wav_file_test, goes_where_a_link_leads_and_keeps_the_rights) {
     const fs::path target = make("target.wav", "old");
     fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
     fs::create_symlink("target.wav", folder / "a.wav");
@@ -117,7 +117,7 @@ TEST_F(WavFile, GoesWhereALinkLeadsAndKeepsTheRights) {
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST_F(WavFile, DoesNotReplaceWhatIsProtectedFromWriting) {
+TEST_F(wav_file_test, does_not_replace_what_is_protected_from_writing) {
     const ordinary_user now(folder);
     const std::string file = make("a.wav", "old");
     fs::permissions(file, fs::perms::owner_read);
@@ -126,7 +126,7 @@ TEST_F(WavFile, DoesNotReplaceWhatIsProtectedFromWriting) {
     EXPECT_EQ(contents(file), "old");
 }
 
-TEST_F(WavFile, WhatCannotBeWrittenIsNamed) {
+TEST_F(wav_file_test, what_cannot_be_written_is_named) {
     wav_file wav;
     EXPECT_EQ(wav.open("/nowhere/a.wav"), "/nowhere/a.wav: no such file or folder");
     wav_file over;
@@ -165,7 +165,7 @@ struct sound {
     static std::size_t frame(int ms) { return static_cast<std::size_t>(ms) * AUDIO_RATE / 1000; }
 };
 
-class SynthRender : public in_a_folder {
+class synth_render_test : public in_a_folder {
 protected:
     void SetUp() override {
         in_a_folder::SetUp();
@@ -197,7 +197,7 @@ protected:
     headless machine;
 };
 
-TEST_F(SynthRender, NotesSoundWhereTheyShouldAndSilenceIsSilent) {
+TEST_F(synth_render_test, notes_sound_where_they_should_and_silence_is_silent) {
     ASSERT_EQ(two_notes("a.wav"), "");
     const sound s(contents(folder / "a.wav"));
     EXPECT_LT(s.loudness(0, 495), 2);
@@ -207,7 +207,7 @@ TEST_F(SynthRender, NotesSoundWhereTheyShouldAndSilenceIsSilent) {
     EXPECT_NEAR(s.first_sound(0), 500, 10);
 }
 
-TEST_F(SynthRender, LastsUntilTheLastNoteHasDiedAwayAndNotMuchLonger) {
+TEST_F(synth_render_test, lasts_until_the_last_note_has_died_away_and_not_much_longer) {
     ASSERT_EQ(two_notes("a.wav"), "");
     const sound s(contents(folder / "a.wav"));
     EXPECT_GT(s.seconds(), 2.5);
@@ -216,7 +216,7 @@ TEST_F(SynthRender, LastsUntilTheLastNoteHasDiedAwayAndNotMuchLonger) {
     EXPECT_LT(s.loudness(end - 20, end), 3);
 }
 
-TEST_F(SynthRender, TheSameNotesGiveTheSameBytes) {
+TEST_F(synth_render_test, the_same_notes_give_the_same_bytes) {
     ASSERT_EQ(two_notes("a.wav"), "");
     ASSERT_EQ(two_notes("b.wav"), "");
     const std::string a = contents(folder / "a.wav");
@@ -224,7 +224,7 @@ TEST_F(SynthRender, TheSameNotesGiveTheSameBytes) {
     EXPECT_TRUE(a == contents(folder / "b.wav"));
 }
 
-TEST_F(SynthRender, ANoteThatNobodyEndsIsEndedAtTheEnd) {
+TEST_F(synth_render_test, a_note_that_nobody_ends_is_ended_at_the_end) {
     std::string error;
     const std::unique_ptr<synth_render> render = synth_render_open("", (folder / "a.wav").string(), error);
     ASSERT_TRUE(render) << error;
@@ -234,13 +234,13 @@ TEST_F(SynthRender, ANoteThatNobodyEndsIsEndedAtTheEnd) {
     EXPECT_LT(sound(contents(folder / "a.wav")).seconds(), 6);
 }
 
-TEST_F(SynthRender, WithoutItsEndThereIsNoFile) {
+TEST_F(synth_render_test, without_its_end_there_is_no_file) {
     std::string error;
     ASSERT_TRUE(synth_render_open("", (folder / "a.wav").string(), error)) << error;
     EXPECT_EQ(files(), 0U);
 }
 
-TEST_F(SynthRender, WhatIsNoSoundFontIsNamed) {
+TEST_F(synth_render_test, what_is_no_sound_font_is_named) {
     const std::string font = make("text.sf2", "no font");
     std::string error;
     EXPECT_FALSE(synth_render_open(font, (folder / "a.wav").string(), error));

@@ -26,7 +26,7 @@ size_t short_notes(const piece& p) {
 
 } // namespace
 
-TEST(ExampleBytes, OneNoteToTheByte) {
+TEST(example_bytes, one_note_to_the_byte) {
     piece p;
     p.composer = "B";
     p.title = "A";
@@ -43,7 +43,7 @@ TEST(ExampleBytes, OneNoteToTheByte) {
     EXPECT_EQ(midi_bytes(p), want);
 }
 
-TEST(ExampleBytes, SlowingDownIsHeardAlikeInBothFormats) {
+TEST(example_bytes, slowing_down_is_heard_alike_in_both_formats) {
     for (const int format : {0, 1}) {
         const piece p = two_voices(format, "pace 1:3 60\n", "1 c''4 d'' e'' f''\n", "1 r2 c2\n");
         EXPECT_TRUE(differences(p, midi_bytes(p)).empty()) << "format " << format;
@@ -59,14 +59,14 @@ TEST(ExampleBytes, SlowingDownIsHeardAlikeInBothFormats) {
     }
 }
 
-TEST(ExampleBytes, EveryWholeTempoIsReadAsItIs) {
+TEST(example_bytes, every_whole_tempo_is_read_as_it_is) {
     for (int bpm = 20; bpm <= 300; ++bpm) {
         const piece p = two_voices(1, "tempo " + std::to_string(bpm) + "\n", "1 c1\n", "1 e1\n");
         EXPECT_TRUE(differences(p, midi_bytes(p)).empty()) << bpm;
     }
 }
 
-TEST(ExampleBytes, AThirdNoteAtOnceIsFoundOut) {
+TEST(example_bytes, a_third_note_at_once_is_found_out) {
     const piece apart = two_voices(1, "", "1 <c' e'>1\n", "1 <g c>1\n");
     EXPECT_TRUE(differences(apart, midi_bytes(apart)).empty());
     const piece together = two_voices(0, "", "1 <c' e'>1\n", "1 g1\n");
@@ -74,7 +74,7 @@ TEST(ExampleBytes, AThirdNoteAtOnceIsFoundOut) {
     EXPECT_EQ(short_notes(together), 1u);
 }
 
-TEST(ExampleBytes, ANoteThatBeginsBesideTheSecondOfTwoIsFoundOut) {
+TEST(example_bytes, a_note_that_begins_beside_the_second_of_two_is_found_out) {
     const piece crossing = two_voices(0, "", "1 c'2 e'2\n", "1 r4 c2 r4\n");
     EXPECT_EQ(short_notes(crossing), 1u);
     EXPECT_EQ(differences(crossing, midi_bytes(crossing)).size(), 1u);
@@ -82,7 +82,7 @@ TEST(ExampleBytes, ANoteThatBeginsBesideTheSecondOfTwoIsFoundOut) {
     EXPECT_TRUE(differences(nested, midi_bytes(nested)).empty());
 }
 
-TEST(ExamplePieces, VoicesEndTogether) {
+TEST(example_pieces, voices_end_together) {
     const std::filesystem::path folder = BRISOLAN_SOURCE_DIR "/examples/src";
     for (const char* name : {"prelude-in-c", "invention-in-c", "minuet-in-g", "round-in-f"}) {
         const piece p = read_notes_file(folder / (std::string(name) + ".notes"));
@@ -92,7 +92,7 @@ TEST(ExamplePieces, VoicesEndTogether) {
     }
 }
 
-TEST(ExamplePieces, HaveTheBarsOfTheirPrintedMusic) {
+TEST(example_pieces, have_the_bars_of_their_printed_music) {
     const std::filesystem::path folder = BRISOLAN_SOURCE_DIR "/examples/src";
     const auto bars = [&](const char* name) {
         const piece p = read_notes_file(folder / name);

@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(bufferedfile, OpenSetsEverythingUp) {
+TEST_F(bufferedfile, open_sets_everything_up) {
     open_to_read("x");
     EXPECT_EQ(t_write, 0);
     EXPECT_EQ(t_eof, 0);
@@ -39,7 +39,7 @@ TEST_F(bufferedfile, OpenSetsEverythingUp) {
     EXPECT_EQ(t_vol, sub);
 }
 
-TEST_F(bufferedfile, OpenGivesTheHostsCodeUnchanged) {
+TEST_F(bufferedfile, open_gives_the_hosts_code_unchanged) {
     EXPECT_EQ(t_open("missing", 0, 0), HOST_ERR_NOT_FOUND);
     EXPECT_EQ(t_open("missing/a", 0, WRITING), HOST_ERR_NOT_FOUND);
     kel_file_fault(1, HOST_ERR_MEMORY);
@@ -54,14 +54,14 @@ TEST_F(bufferedfile, OpenGivesTheHostsCodeUnchanged) {
     EXPECT_EQ(t_write, 0);
 }
 
-TEST_F(bufferedfile, AnEmptyFileEndsAtOnce) {
+TEST_F(bufferedfile, an_empty_file_ends_at_once) {
     open_to_read("");
     EXPECT_EQ(t_getc(), -1);
     EXPECT_EQ(t_eof, 1);
     t_close();
 }
 
-TEST_F(bufferedfile, TheEndOfAFullBufferIsFoundByTheNextReadAndStays) {
+TEST_F(bufferedfile, the_end_of_a_full_buffer_is_found_by_the_next_read_and_stays) {
     open_to_read(std::string(1024, '\xFF'));
     for (int i = 0; i < 1024; ++i) ASSERT_EQ(t_getc(), 255);
     EXPECT_EQ(t_eof, 0);
@@ -74,7 +74,7 @@ TEST_F(bufferedfile, TheEndOfAFullBufferIsFoundByTheNextReadAndStays) {
     t_close();
 }
 
-TEST_F(bufferedfile, BytesComeAsTheyAre) {
+TEST_F(bufferedfile, bytes_come_as_they_are) {
     std::mt19937 random(1);
     std::string content(5000, ' ');
     for (char& c : content) c = static_cast<char>(random());
@@ -84,7 +84,7 @@ TEST_F(bufferedfile, BytesComeAsTheyAre) {
     t_close();
 }
 
-TEST_F(bufferedfile, FreadStopsAtTheEnd) {
+TEST_F(bufferedfile, fread_stops_at_the_end) {
     open_to_read("0123456");
     char into[8] = {};
     EXPECT_EQ(t_fread(into, 4), 4);
@@ -94,7 +94,7 @@ TEST_F(bufferedfile, FreadStopsAtTheEnd) {
     t_close();
 }
 
-TEST_F(bufferedfile, AReadErrorIsTheEnd) {
+TEST_F(bufferedfile, a_read_error_is_the_end) {
     open_to_read("0123456");
     kel_file_fault(1);
     EXPECT_EQ(t_getc(), -1);
@@ -115,7 +115,7 @@ std::int32_t host_position() {
     return position;
 }
 
-TEST_F(bufferedfile, AFullBufferIsWrittenAtTheNextByte) {
+TEST_F(bufferedfile, a_full_buffer_is_written_at_the_next_byte) {
     ASSERT_EQ(t_open("a", 0, WRITING), HOST_OK);
     for (int i = 0; i < 1024; ++i) ASSERT_EQ(t_putc(static_cast<unsigned char>(i)), 0);
     EXPECT_EQ(host_position(), 0);
@@ -126,7 +126,7 @@ TEST_F(bufferedfile, AFullBufferIsWrittenAtTheNextByte) {
     EXPECT_EQ(get_file("a").size(), 1025U);
 }
 
-TEST_F(bufferedfile, CloseWritesAWholeBuffer) {
+TEST_F(bufferedfile, close_writes_a_whole_buffer) {
     ASSERT_EQ(t_open("a", 0, WRITING), HOST_OK);
     const std::string content(1024, 'x');
     EXPECT_EQ(t_fwrite(content.data(), 1024), 1024);
@@ -135,7 +135,7 @@ TEST_F(bufferedfile, CloseWritesAWholeBuffer) {
     EXPECT_EQ(get_file("a"), content);
 }
 
-TEST_F(bufferedfile, TellAndSeekWriteWhatWaits) {
+TEST_F(bufferedfile, tell_and_seek_write_what_waits) {
     ASSERT_EQ(t_open("a", 0, WRITING), HOST_OK);
     EXPECT_EQ(t_fwrite("0123456789", 10), 10);
     EXPECT_EQ(t_tell(), 10);
@@ -153,7 +153,7 @@ TEST_F(bufferedfile, TellAndSeekWriteWhatWaits) {
     EXPECT_EQ(get_file("a"), "0123ab6789xy");
 }
 
-TEST_F(bufferedfile, AFailedWriteLosesTheBufferAndWritingGoesOn) {
+TEST_F(bufferedfile, a_failed_write_loses_the_buffer_and_writing_goes_on) {
     ASSERT_EQ(t_open("a", 0, WRITING), HOST_OK);
     const std::string content(2000, 'x');
     kel_file_fault(1);

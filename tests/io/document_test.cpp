@@ -26,7 +26,7 @@ protected:
     static std::string document_of(const std::string& content) { return "#N brisolan \"\";\n" + content; }
 };
 
-TEST_F(document, ReadAndImportAreTheSame) {
+TEST_F(document, read_and_import_are_the_same) {
     EXPECT_EQ(told("read a.mid"), text_lines{});
     EXPECT_EQ(events(), text_lines{metrical});
     send("clear");
@@ -34,7 +34,7 @@ TEST_F(document, ReadAndImportAreTheSame) {
     EXPECT_EQ(events(), text_lines{metrical});
 }
 
-TEST_F(document, TheOptionFollowsTheName) {
+TEST_F(document, the_option_follows_the_name) {
     told("import a.mid 3");
     EXPECT_EQ(events(), text_lines{halved});
     told("import a.mid x");
@@ -43,7 +43,7 @@ TEST_F(document, TheOptionFollowsTheName) {
     EXPECT_EQ(events(), text_lines{metrical}) << "nor is a float";
 }
 
-TEST_F(document, WithoutANameTheUserIsAsked) {
+TEST_F(document, without_a_name_the_user_is_asked) {
     answer("a.mid");
     EXPECT_EQ(told("import"), text_lines{});
     EXPECT_EQ(events(), text_lines{metrical});
@@ -58,7 +58,7 @@ TEST_F(document, WithoutANameTheUserIsAsked) {
     EXPECT_EQ(events(), text_lines{metrical}) << "a float says nothing";
 }
 
-TEST_F(document, TheDialogsOfferTheThreeTypes) {
+TEST_F(document, the_dialogs_offer_the_three_types) {
     const std::vector<file_type> three{MIDI_FILE, TEXT_FILE, BINARY_FILE};
     for (const char* reading : {"read", "import 3"}) {
         told(reading);
@@ -75,7 +75,7 @@ TEST_F(document, TheDialogsOfferTheThreeTypes) {
     EXPECT_EQ(machine.asked.size(), 3U) << "a name asks nobody";
 }
 
-TEST_F(document, AFileWithoutAnEndingIsOfTheTypeThatItKeeps) {
+TEST_F(document, a_file_without_an_ending_is_of_the_type_that_it_keeps) {
     const scratch_folder disk; // which keeps types where memory may not
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     answer("b", BINARY_FILE);
@@ -91,7 +91,7 @@ TEST_F(document, AFileWithoutAnEndingIsOfTheTypeThatItKeeps) {
     EXPECT_EQ(get_file("b").substr(0, 4), "MThd");
 }
 
-TEST_F(document, AFileOfNoTypeThatWasAskedForIsNotOpened) {
+TEST_F(document, a_file_of_no_type_that_was_asked_for_is_not_opened) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     put_file("b", document_of("#X restore;\n#X stop;\n"));
     answer("b");
@@ -104,7 +104,7 @@ TEST_F(document, AFileOfNoTypeThatWasAskedForIsNotOpened) {
     EXPECT_EQ(events(), text_lines{});
 }
 
-TEST_F(document, ACancelledDialogIsSilent) {
+TEST_F(document, a_cancelled_dialog_is_silent) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     cancel();
     EXPECT_EQ(told("import"), text_lines{});
@@ -116,7 +116,7 @@ TEST_F(document, ACancelledDialogIsSilent) {
     EXPECT_EQ(folder.names(), text_lines{"a.mid"});
 }
 
-TEST_F(document, AFileThatIsNotFoundIsNamed) {
+TEST_F(document, a_file_that_is_not_found_is_named) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     EXPECT_EQ(told("read missing.mid"), text_lines{"error brisolan: can't find missing.mid"});
     put_file("a.wav", "x");
@@ -125,7 +125,7 @@ TEST_F(document, AFileThatIsNotFoundIsNamed) {
     EXPECT_EQ(events().size(), 1U);
 }
 
-TEST_F(document, AFileThatCannotBeOpenedIsNamedWithTheCode) {
+TEST_F(document, a_file_that_cannot_be_opened_is_named_with_the_code) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     std::filesystem::create_directory("b.mid");
     EXPECT_EQ(told("read b.mid"), text_lines{"error brisolan: can't open b.mid, error -47"});
@@ -134,7 +134,7 @@ TEST_F(document, AFileThatCannotBeOpenedIsNamedWithTheCode) {
     EXPECT_EQ(events().size(), 1U);
 }
 
-TEST_F(document, TheSearchPathIsSearched) {
+TEST_F(document, the_search_path_is_searched) {
     std::filesystem::create_directory("pieces");
     std::filesystem::rename("a.mid", "pieces/b.mid");
     EXPECT_EQ(told("read b.mid").size(), 1U);
@@ -147,7 +147,7 @@ TEST_F(document, TheSearchPathIsSearched) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Documents
 
-TEST_F(document, ADocumentReplacesSequenceAndDescriptions) {
+TEST_F(document, a_document_replaces_sequence_and_descriptions) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     put_file("a.kel",
              document_of("#X setparam 1 Note 3 10 99 61 5 7 1;\n#X restore;\n#X 100 60 64 300 1 2 3 4;\n"
@@ -168,7 +168,7 @@ TEST_F(document, ADocumentReplacesSequenceAndDescriptions) {
     EXPECT_EQ(g_restore_target, nullptr);
 }
 
-TEST_F(document, NothingIsBuiltWhileADocumentIsReplayed) {
+TEST_F(document, nothing_is_built_while_a_document_is_replayed) {
     const std::size_t before = kel_patcher_objects(patcher).size();
     put_file("a.kel", document_of("#X restore;\n#X stop;\n"));
     told("read a.kel");
@@ -176,14 +176,14 @@ TEST_F(document, NothingIsBuiltWhileADocumentIsReplayed) {
     EXPECT_EQ(host_symbol("#X")->thing, static_cast<host_object*>(x));
 }
 
-TEST_F(document, AnEmptyDocumentEmptiesTheSequence) {
+TEST_F(document, an_empty_document_empties_the_sequence) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     put_file("a.kel", document_of("#X restore;\n#X stop;\n"));
     EXPECT_EQ(told("read a.kel"), text_lines{});
     EXPECT_EQ(events(), text_lines{});
 }
 
-TEST_F(document, EventsInFrontOfRestoreAreIgnored) {
+TEST_F(document, events_in_front_of_restore_are_ignored) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     put_file("a.kel", document_of("#X 100 60 64 300 1 1 0 0;\n#X stop;\n"));
     EXPECT_EQ(told("read a.kel"), text_lines{});
@@ -191,7 +191,7 @@ TEST_F(document, EventsInFrontOfRestoreAreIgnored) {
 }
 
 // Both follow from the recording of what is read; sequences with such events have always come back so.
-TEST_F(document, AnEventOfVelocityZeroIsTakenAsANoteOff) {
+TEST_F(document, an_event_of_velocity_zero_is_taken_as_a_note_off) {
     put_file("a.kel", document_of("#X restore;\n#X 0 60 64 300 1 1 0 0;\n#X 50 60 0 300 1 1 0 0;\n"
                                   "#X 50 61 64 300 1 1 0 0;\n#X 10 99 0 1 1 1 0 0;\n#X stop;\n"));
     told("read a.kel");
@@ -199,7 +199,7 @@ TEST_F(document, AnEventOfVelocityZeroIsTakenAsANoteOff) {
     EXPECT_EQ(x->lasttime, 110);
 }
 
-TEST_F(document, AForeignDocumentIsRefusedByItsClass) {
+TEST_F(document, a_foreign_document_is_refused_by_its_class) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     const text_lines refused{"error brisolan: a.kel: not a brisolan file"};
     for (const char* text : {"#N other x;\n#X restore;\n", "#X restore;\n", "", ";\n", "#N;\n", "#N 5;\n",
@@ -211,13 +211,13 @@ TEST_F(document, AForeignDocumentIsRefusedByItsClass) {
     EXPECT_EQ(x->restoring, 0);
 }
 
-TEST_F(document, TheFirstTwoAtomsNeedNotStandInOneLine) {
+TEST_F(document, the_first_two_atoms_need_not_stand_in_one_line) {
     // The first two atoms are looked at, wherever lines end.
     put_file("a.kel", "#N;\nbrisolan;\n");
     EXPECT_EQ(told("read a.kel"), (text_lines{"error host: no object named \"brisolan\""}));
 }
 
-TEST_F(document, WhatTheHostCannotReadIsSilent) {
+TEST_F(document, what_the_host_cannot_read_is_silent) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     put_file("a.kel", "#N brisolan \"\";\n#X restore;\n#X 99999999999");
     EXPECT_EQ(told("read a.kel"), text_lines{});
@@ -227,7 +227,7 @@ TEST_F(document, WhatTheHostCannotReadIsSilent) {
     EXPECT_EQ(x->restoring, 0);
 }
 
-TEST_F(document, DamagedDocumentsAreRefusedOrRead) {
+TEST_F(document, damaged_documents_are_refused_or_read) {
     send("clear");
     for (int i = 0; i < 20; ++i) {
         x->lasttime = i * 100;
@@ -259,7 +259,7 @@ TEST_F(document, DamagedDocumentsAreRefusedOrRead) {
 // ---------------------------------------------------------------------------------------------------------------------
 // The queue
 
-TEST_F(document, FilesWaitForTheMainLevelReadingAtTheBackAndWritingAtTheFront) {
+TEST_F(document, files_wait_for_the_main_level_reading_at_the_back_and_writing_at_the_front) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     const auto arrives = [this](const char* selector, const char* name) {
         const atom argument(host_symbol(name));
@@ -284,7 +284,7 @@ TEST_F(document, FilesWaitForTheMainLevelReadingAtTheBackAndWritingAtTheFront) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Writing
 
-TEST_F(document, WriteWithANameIsAlwaysAMidiFile) {
+TEST_F(document, write_with_a_name_is_always_a_midi_file) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(told("write take1"), text_lines{"post finished"});
     EXPECT_EQ(get_file("take1").substr(0, 14), midi_header(0, 1, 0x60));
@@ -292,7 +292,7 @@ TEST_F(document, WriteWithANameIsAlwaysAMidiFile) {
     EXPECT_EQ(get_file("b.kel").substr(0, 14), midi_header(0, 1, 0x60));
 }
 
-TEST_F(document, WriteChoosesTheFormatByTheTracks) {
+TEST_F(document, write_chooses_the_format_by_the_tracks) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}, {0, 60, 100, 500, 1, 2, 0, 0}});
     told("write b.mid");
     EXPECT_EQ(get_file("b.mid").substr(0, 14), midi_header(1, 2, 0x60));
@@ -307,7 +307,7 @@ TEST_F(document, WriteChoosesTheFormatByTheTracks) {
     EXPECT_EQ(get_file("b.mid").substr(0, 14), midi_header(0, 1, 0x60));
 }
 
-TEST_F(document, WriteWithoutANameAsks) {
+TEST_F(document, write_without_a_name_asks) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     answer("b.mid");
     EXPECT_EQ(told("write"), text_lines{"post finished"});
@@ -323,7 +323,7 @@ TEST_F(document, WriteWithoutANameAsks) {
     x->window->save_format = 0;
 }
 
-TEST_F(document, WhatTheUserNamesWithoutEndingIsOfTheChosenType) {
+TEST_F(document, what_the_user_names_without_ending_is_of_the_chosen_type) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     answer("b", TEXT_FILE);
     told("write");
@@ -333,7 +333,7 @@ TEST_F(document, WhatTheUserNamesWithoutEndingIsOfTheChosenType) {
     EXPECT_EQ(get_file("c").substr(0, 4), "kelb");
 }
 
-TEST_F(document, ADocumentThatCannotBeWrittenLeavesTheOldOneAndSaysSo) {
+TEST_F(document, a_document_that_cannot_be_written_leaves_the_old_one_and_says_so) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(told("writekel missing/a"),
               text_lines{"error missing/a was not saved: no such file or folder"});
@@ -351,7 +351,7 @@ TEST_F(document, ADocumentThatCannotBeWrittenLeavesTheOldOneAndSaysSo) {
     EXPECT_EQ(get_file("b.kel").substr(0, 2), "#N");
 }
 
-TEST_F(document, EveryReadThatFailsLeavesTheSequenceOrWhatWasRead) {
+TEST_F(document, every_read_that_fails_leaves_the_sequence_or_what_was_read) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     ASSERT_EQ(brisolan_kelfile(x, "b.kel", 0, TEXT_FILE), HOST_OK);
     ASSERT_EQ(brisolan_kelfile(x, "b.kelb", 0, BINARY_FILE), HOST_OK);

@@ -91,7 +91,7 @@ constexpr expected files[] = {
 
 class midi_corpus : public io_test {};
 
-TEST_F(midi_corpus, EveryFileGivesItsNotes) {
+TEST_F(midi_corpus, every_file_gives_its_notes) {
     const std::filesystem::path all = std::filesystem::path(BRISOLAN_SOURCE_DIR) / "tests/data/midi-files";
     std::size_t seen = 0;
     for (const expected& e : files) {
@@ -115,7 +115,7 @@ TEST_F(midi_corpus, EveryFileGivesItsNotes) {
 
 // Two scales at once, half a second a note at 96 ticks; the second half a tone above; of equal times its notes
 // are first.
-TEST_F(midi_corpus, TwoTracksAreReadToTheMillisecond) {
+TEST_F(midi_corpus, two_tracks_are_read_to_the_millisecond) {
     const std::string folder_of_files = std::string(BRISOLAN_SOURCE_DIR) + "/tests/data/midi-files/";
     EXPECT_EQ(told("read \"" + folder_of_files + "test-2-tracks-type-1.mid\""), text_lines{});
     const int up[] = {60, 62, 64, 65, 67, 69, 71, 72};

@@ -33,17 +33,17 @@ protected:
     }
 };
 
-TEST_F(midiread, NinetySixTicksAreHalfASecondWithoutATempo) {
+TEST_F(midiread, ninety_six_ticks_are_half_a_second_without_a_tempo) {
     EXPECT_EQ(read_track(on(96, 60, 100, 2) + off(96, 60, 2)), text_lines{});
     EXPECT_EQ(events(), text_lines{"500 60 100 500 3 1 0 0"});
 }
 
-TEST_F(midiread, ANoteOnOfVelocityZeroIsANoteOff) {
+TEST_F(midiread, a_note_on_of_velocity_zero_is_a_note_off) {
     read_track(on(0, 60) + on(192, 60, 0));
     EXPECT_EQ(events(), text_lines{"0 60 100 1000 1 1 0 0"});
 }
 
-TEST_F(midiread, ATempoIsRoundedDownToWholeBeats) {
+TEST_F(midiread, a_tempo_is_rounded_down_to_whole_beats) {
     read_track(tempo(0, 500000) + on(192, 60));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
     // 150 beats: 240 ticks a second.
@@ -54,12 +54,12 @@ TEST_F(midiread, ATempoIsRoundedDownToWholeBeats) {
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ATempoOfNothingIsTheUsualOne) {
+TEST_F(midiread, a_tempo_of_nothing_is_the_usual_one) {
     read_track(tempo(0, 0) + on(192, 60));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, AShortTempoEventsMissingBytesAreZero) {
+TEST_F(midiread, a_short_tempo_events_missing_bytes_are_zero) {
     // 0x070000 microseconds: 130 beats, 208 ticks a second.
     read_track(meta(0, 0x51, bytes({7})) + on(208, 60));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
@@ -70,46 +70,46 @@ TEST_F(midiread, AShortTempoEventsMissingBytesAreZero) {
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ATempoGoesOnInLaterTracks) {
+TEST_F(midiread, a_tempo_goes_on_in_later_tracks) {
     read(midi_header(1, 2, 96) + chunk(tempo(0, 250000) + end_of_track()) +
          chunk(on(384, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 2 0 0"});
 }
 
-TEST_F(midiread, FractionsOfAMillisecondAreCarriedOn) {
+TEST_F(midiread, fractions_of_a_millisecond_are_carried_on) {
     // A tick is 5.2083 ms.
     read_track(on(1, 60) + on(1, 61) + on(1, 62) + on(1, 63) + on(1, 64));
     EXPECT_EQ(events(), (text_lines{"5 60 100 10 1 1 0 0", "10 61 100 10 1 1 0 0", "15 62 100 10 1 1 0 0",
                                     "20 63 100 10 1 1 0 0", "26 64 100 10 1 1 0 0"}));
 }
 
-TEST_F(midiread, WithTheOptionTwoTicksAreAMillisecond) {
+TEST_F(midiread, with_the_option_two_ticks_are_a_millisecond) {
     read_track(on(7, 60) + on(7, 61), "1");
     EXPECT_EQ(events(), (text_lines{"3 60 100 10 1 1 0 0", "6 61 100 10 1 1 0 0"}));
     read_track(on(7, 60), "-5");
     EXPECT_EQ(events(), text_lines{"3 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ATimeCodeDivisionTellsTicksASecond) {
+TEST_F(midiread, a_time_code_division_tells_ticks_a_second) {
     // 25 frames of 40 ticks: 1000 a "quarter note", 2000 a second.
     read(midi_header(0, 1, 0xE728) + chunk(on(2000, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ADivisionOfNothingCountsAsOne) {
+TEST_F(midiread, a_division_of_nothing_counts_as_one) {
     read(midi_header(0, 1, 0) + chunk(on(2, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
     read(midi_header(0, 1, 0xE700) + chunk(on(2, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, LessThanATickASecondCountsAsOne) {
+TEST_F(midiread, less_than_a_tick_a_second_counts_as_one) {
     // 1 tick a quarter note, 3 beats a minute.
     read(midi_header(0, 1, 1) + chunk(tempo(0, 16777215) + on(2, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"2000 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, TicksASecondThatWrapBelowNothingRunTimeBackwards) {
+TEST_F(midiread, ticks_a_second_that_wrap_below_nothing_run_time_backwards) {
     // 32767 ticks a quarter note and 60 million beats a minute, in 32 bits: -17917026 ticks a second.
     EXPECT_EQ(read(midi_header(0, 1, 32767) +
                    chunk(tempo(0, 1) + on(0, 60) + on(5, 62) + on(5, 64) + on(5, 65) + end_of_track())),
@@ -117,7 +117,7 @@ TEST_F(midiread, TicksASecondThatWrapBelowNothingRunTimeBackwards) {
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ANoteThatThereIsNoMemoryForIsLostAndTheRestGoesOn) {
+TEST_F(midiread, a_note_that_there_is_no_memory_for_is_lost_and_the_rest_goes_on) {
     put_file("a.mid", one_track(on(0, 60) + off(96, 60) + on(0, 62) + off(96, 62) + tempo(0, 500000)));
     {
         used_up blocks(sizeof(event));
@@ -133,18 +133,18 @@ TEST_F(midiread, ANoteThatThereIsNoMemoryForIsLostAndTheRestGoesOn) {
     EXPECT_EQ(events(), (text_lines{"0 60 100 500 1 1 0 0", "500 62 100 500 1 1 0 0"}));
 }
 
-TEST_F(midiread, TheFirstOfTwoEqualNotesEndsFirst) {
+TEST_F(midiread, the_first_of_two_equal_notes_ends_first) {
     read_track(on(0, 60, 1) + on(96, 60, 2) + off(96, 60) + off(96, 60));
     EXPECT_EQ(events(), (text_lines{"0 60 1 1000 1 1 0 0", "500 60 2 1000 1 1 0 0"}));
 }
 
-TEST_F(midiread, ANoteWithoutNoteOffKeepsTheProvisionalDuration) {
+TEST_F(midiread, a_note_without_note_off_keeps_the_provisional_duration) {
     read_track(on(0, 60) + off(96, 61));
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
 // The held list's own rule: behind the first note, in place of what stood there.
-TEST_F(midiread, TheSecondOfThreeHeldNotesDropsOut) {
+TEST_F(midiread, the_second_of_three_held_notes_drops_out) {
     read_track(on(0, 60) + on(0, 64) + on(0, 67) + off(96, 60) + off(0, 64) + off(0, 67));
     EXPECT_EQ(events(), (text_lines{"0 60 100 500 1 1 0 0", "0 64 100 10 1 1 0 0", "0 67 100 500 1 1 0 0"}));
     // The first is gone and another is left: nothing more is held until that one ends.
@@ -154,17 +154,17 @@ TEST_F(midiread, TheSecondOfThreeHeldNotesDropsOut) {
                                     "1000 72 100 500 1 1 0 0"}));
 }
 
-TEST_F(midiread, ANoteOffDoesNotLookAtTheChannel) {
+TEST_F(midiread, a_note_off_does_not_look_at_the_channel) {
     read_track(on(0, 60, 100, 3) + off(96, 60, 7));
     EXPECT_EQ(events(), text_lines{"0 60 100 500 4 1 0 0"});
 }
 
-TEST_F(midiread, ANoteHeldAtTheEndOfATrackIsNotEndedByAnother) {
+TEST_F(midiread, a_note_held_at_the_end_of_a_track_is_not_ended_by_another) {
     read(midi_header(1, 2, 96) + chunk(on(0, 60) + end_of_track()) + chunk(off(96, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, LaterTracksAreMergedInFrontOfEqualTimes) {
+TEST_F(midiread, later_tracks_are_merged_in_front_of_equal_times) {
     read(midi_header(1, 3, 96) + chunk(on(0, 60) + on(0, 61) + on(96, 62) + end_of_track()) +
          chunk(on(0, 70) + on(0, 71) + on(48, 72) + on(48, 73) + end_of_track()) +
          chunk(on(96, 80) + end_of_track()));
@@ -175,19 +175,19 @@ TEST_F(midiread, LaterTracksAreMergedInFrontOfEqualTimes) {
     EXPECT_EQ(x->lasttime, 500);
 }
 
-TEST_F(midiread, AChunkOfAnyTypeIsATrack) {
+TEST_F(midiread, a_chunk_of_any_type_is_a_track) {
     read(midi_header(1, 1, 96) + chunk(on(0, 60) + end_of_track(), "Abcd") +
          chunk(on(0, 61) + end_of_track()));
     EXPECT_EQ(events(), (text_lines{"0 61 100 10 1 2 0 0", "0 60 100 10 1 1 0 0"}));
 }
 
-TEST_F(midiread, AChunksLengthAndTheNumberOfTracksDoNotMatter) {
+TEST_F(midiread, a_chunks_length_and_the_number_of_tracks_do_not_matter) {
     read(midi_header(1, 77, 96) + "MTrk" + big(3, 4) + on(0, 60) + on(0, 61) + end_of_track() + "MTrk" +
          big(90000, 4) + on(96, 62) + end_of_track());
     EXPECT_EQ(events().size(), 3U);
 }
 
-TEST_F(midiread, RunningStatusSurvivesMetaAndExclusiveEventsAndTracks) {
+TEST_F(midiread, running_status_survives_meta_and_exclusive_events_and_tracks) {
     read(midi_header(1, 2, 96) +
          chunk(on(0, 60) + meta(0, 1, "text") + bytes({0, 61, 99}) + bytes({0, 0xF0, 2, 1, 0xF7}) +
                bytes({0, 62, 98}) + end_of_track()) +
@@ -196,27 +196,27 @@ TEST_F(midiread, RunningStatusSurvivesMetaAndExclusiveEventsAndTracks) {
                                     "500 63 97 10 1 2 0 0"}));
 }
 
-TEST_F(midiread, DataBeforeAnyStatusIsSkippedInPairs) {
+TEST_F(midiread, data_before_any_status_is_skipped_in_pairs) {
     EXPECT_EQ(read_track(bytes({0, 60, 100}) + bytes({0, 61, 100}) + on(0, 62)), text_lines{});
     EXPECT_EQ(events(), text_lines{"0 62 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, MessagesOfOneDataByteHaveOne) {
+TEST_F(midiread, messages_of_one_data_byte_have_one) {
     read_track(bytes({0, 0xC0, 5}) + bytes({0, 6}) + bytes({0, 0xD3, 7}) + on(0, 60));
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, MessagesThatAreNoNotesAreSkipped) {
+TEST_F(midiread, messages_that_are_no_notes_are_skipped) {
     read_track(bytes({0, 0xA0, 60, 1}) + bytes({0, 0xB0, 7, 1}) + bytes({0, 0xE0, 0, 64}) + on(0, 60));
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, StatusBytesFromF1OnAreReadAsMetaEvents) {
+TEST_F(midiread, status_bytes_from_f1_on_are_read_as_meta_events) {
     read_track(bytes({0, 0xF1, 1, 2, 9, 9}) + bytes({0, 0xF8, 0x51, 3, 0x03, 0xD0, 0x90}) + on(384, 60));
     EXPECT_EQ(events(), text_lines{"1000 60 100 10 1 1 0 0"}) << "a tempo event among them";
 }
 
-TEST_F(midiread, DataBytesAreTakenAsTheyAre) {
+TEST_F(midiread, data_bytes_are_taken_as_they_are) {
     read_track(bytes({0, 0x90, 200, 255}));
     EXPECT_EQ(events(), text_lines{"0 200 255 10 1 1 0 0"});
 }
@@ -224,7 +224,7 @@ TEST_F(midiread, DataBytesAreTakenAsTheyAre) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Refusals
 
-TEST_F(midiread, WhatIsNoMidiFileLeavesTheSequence) {
+TEST_F(midiread, what_is_no_midi_file_leaves_the_sequence) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     const text_lines bad{"error brisolan: a.mid: bad midi file"};
     const std::string good = one_track(on(0, 60));
@@ -240,14 +240,14 @@ TEST_F(midiread, WhatIsNoMidiFileLeavesTheSequence) {
     EXPECT_EQ(x->restoring, 0);
 }
 
-TEST_F(midiread, AHeaderAloneEmptiesTheSequence) {
+TEST_F(midiread, a_header_alone_empties_the_sequence) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     EXPECT_EQ(read(midi_header(0, 1, 96)), text_lines{});
     EXPECT_EQ(events(), text_lines{});
     EXPECT_EQ(x->lasttime, 5) << "nothing was appended";
 }
 
-TEST_F(midiread, BadExclusiveDataKeepsTheNotesReadSoFar) {
+TEST_F(midiread, bad_exclusive_data_keeps_the_notes_read_so_far) {
     const text_lines bad{"error brisolan: a.mid: bad midi file"};
     const text_lines kept{"0 60 100 10 1 1 0 0"};
     EXPECT_EQ(read_track(on(0, 60) + bytes({0, 0xF0, 3, 1, 0x80, 0xF7}) + on(0, 61)), bad);
@@ -263,7 +263,7 @@ TEST_F(midiread, BadExclusiveDataKeepsTheNotesReadSoFar) {
     EXPECT_EQ(events().size(), 2U) << "without its end mark, or empty";
 }
 
-TEST_F(midiread, AMetaEventBeyondItsLimitIsBad) {
+TEST_F(midiread, a_meta_event_beyond_its_limit_is_bad) {
     const text_lines bad{"error brisolan: a.mid: bad midi file"};
     EXPECT_EQ(read_track(on(0, 60) + meta(0, 1, std::string(999999, 'x')) + on(0, 61)), text_lines{});
     EXPECT_EQ(events().size(), 2U);
@@ -274,7 +274,7 @@ TEST_F(midiread, AMetaEventBeyondItsLimitIsBad) {
     EXPECT_EQ(events().size(), 1U);
 }
 
-TEST_F(midiread, ADeltaCutOffByTheEndOfTheFileIsFunky) {
+TEST_F(midiread, a_delta_cut_off_by_the_end_of_the_file_is_funky) {
     EXPECT_EQ(read(midi_header(0, 1, 96) + chunk(on(0, 60))),
               text_lines{"post fdt < 0... something's funky"});
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
@@ -285,7 +285,7 @@ TEST_F(midiread, ADeltaCutOffByTheEndOfTheFileIsFunky) {
     EXPECT_EQ(events(), text_lines{"0 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, ADeltaThatIsNegativeIn32BitsEndsTheImport) {
+TEST_F(midiread, a_delta_that_is_negative_in_32_bits_ends_the_import) {
     const std::string negative = on(0, 60) + bytes({0x8F, 0xFF, 0xFF, 0xFF, 0x7F, 0x90, 61, 1});
     EXPECT_EQ(read_track(negative), text_lines{"post fdt < 0... something's funky"});
     EXPECT_EQ(events().size(), 1U);
@@ -293,7 +293,7 @@ TEST_F(midiread, ADeltaThatIsNegativeIn32BitsEndsTheImport) {
     EXPECT_EQ(events().size(), 1U);
 }
 
-TEST_F(midiread, TheEndOfTheFileAnywhereElseIsQuiet) {
+TEST_F(midiread, the_end_of_the_file_anywhere_else_is_quiet) {
     const std::string head = midi_header(0, 1, 96);
     for (const std::string& tail :
          {bytes({0}), bytes({0, 0x90}), bytes({0, 0x90, 61}), bytes({0, 0xFF}), bytes({0, 0xFF, 1}),
@@ -306,7 +306,7 @@ TEST_F(midiread, TheEndOfTheFileAnywhereElseIsQuiet) {
     EXPECT_EQ(events().size(), 1U);
 }
 
-TEST_F(midiread, TimesWrapAt32BitsAndNegativeOnesCountAsZero) {
+TEST_F(midiread, times_wrap_at_32_bits_and_negative_ones_count_as_zero) {
     // Two steps of 0x3FFFFFFF ms and two more.
     read_track(on(0x7FFFFFFF, 60) + on(0x7FFFFFFF, 61) + on(0x7FFFFFFF, 62), "1");
     EXPECT_EQ(events(), (text_lines{"1073741823 60 100 10 1 1 0 0", "2147483646 61 100 10 1 1 0 0",
@@ -315,13 +315,13 @@ TEST_F(midiread, TimesWrapAt32BitsAndNegativeOnesCountAsZero) {
     EXPECT_EQ(index_of_current(), 2);
 }
 
-TEST_F(midiread, AStepBeyond32BitsSaturates) {
+TEST_F(midiread, a_step_beyond_32_bits_saturates) {
     // 2^31 - 1 ticks at a tick a second.
     read(midi_header(0, 1, 1) + chunk(tempo(0, 16777215) + on(0x7FFFFFFF, 60) + end_of_track()));
     EXPECT_EQ(events(), text_lines{"2147483647 60 100 10 1 1 0 0"});
 }
 
-TEST_F(midiread, EveryExitStopsTheObject) {
+TEST_F(midiread, every_exit_stops_the_object) {
     fill({{5, 60, 64, 100, 1, 1, 0, 0}});
     send("start");
     ASSERT_EQ(x->mode, MODE_PLAY);
@@ -336,7 +336,7 @@ TEST_F(midiread, EveryExitStopsTheObject) {
     EXPECT_EQ(x->params[PARAM_DUR].isset, 0);
 }
 
-TEST_F(midiread, InputIsTakenAgainAfterwards) {
+TEST_F(midiread, input_is_taken_again_afterwards) {
     read_track(on(0, 60));
     send("record");
     send("10 61 64 0");
@@ -386,7 +386,7 @@ std::string random_file(std::mt19937& random) {
     return file;
 }
 
-TEST_F(midiread, LeavesWhatAppendingOneByOneLeaves) {
+TEST_F(midiread, leaves_what_appending_one_by_one_leaves) {
     const unsigned seed = 20;
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
@@ -412,7 +412,7 @@ TEST_F(midiread, LeavesWhatAppendingOneByOneLeaves) {
 
 // Times come from one rounding after the other, whatever foretells them: at each division and tempo, and where the exact
 // time is a whole number, which the rounded one may just miss.
-TEST_F(midiread, TimesAreRoundedOneAfterTheOther) {
+TEST_F(midiread, times_are_rounded_one_after_the_other) {
     std::mt19937 generator(20);
     const auto random = [&generator] { return static_cast<std::uint32_t>(generator()); };
     for (int round = 0; round < 150; ++round) {
@@ -433,7 +433,7 @@ TEST_F(midiread, TimesAreRoundedOneAfterTheOther) {
 }
 
 // The notes of the file before are filled again, and those that are too many go.
-TEST_F(midiread, AFileLeavesNothingOfTheOneBefore) {
+TEST_F(midiread, a_file_leaves_nothing_of_the_one_before) {
     std::string many;
     for (int n = 0; n < 50; ++n) many += on(1, 60) + off(1, 60);
     read_track(on(0, 61));
@@ -454,7 +454,7 @@ TEST_F(midiread, AFileLeavesNothingOfTheOneBefore) {
 }
 
 // Behind track 32767 the numbers are negative, and their notes are appended at the end, or not at all.
-TEST_F(midiread, TrackNumbersWrapAt16Bits) {
+TEST_F(midiread, track_numbers_wrap_at_16_bits) {
     std::string file = midi_header(1, 1, 96) + chunk(on(0, 60) + on(96, 61) + end_of_track());
     for (int t = 2; t < 32768; ++t)
         file += chunk(t % 8000 == 0 ? on(48, 62) + end_of_track() : end_of_track());

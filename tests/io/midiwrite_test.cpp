@@ -25,21 +25,21 @@ protected:
 
 const std::string tempo_120 = bytes({0, 0xFF, 0x51, 3, 0x07, 0xA1, 0x20});
 
-TEST_F(midiwrite, OneNoteInTheMetricalBase) {
+TEST_F(midiwrite, one_note_in_the_metrical_base) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(written(0, 0), midi_header(0, 1, 0x60) + chunk(bytes({0x00, 0x90, 0x3C, 0x64, 0x60, 0x90, 0x3C,
                                                                     0x00, 0x00, 0xFF, 0x2F, 0x00})));
     EXPECT_EQ(said, text_lines{"post finished"});
 }
 
-TEST_F(midiwrite, OneNoteInTheTimeCodeBase) {
+TEST_F(midiwrite, one_note_in_the_time_code_base) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(written(1, 0),
               midi_header(0, 1, 0xE728) + chunk(bytes({0x00, 0x90, 0x3C, 0x64, 0x87, 0x68, 0x90, 0x3C, 0x00,
                                                        0x00, 0xFF, 0x2F, 0x00})));
 }
 
-TEST_F(midiwrite, FormatOneTellsItsTempoInTheFirstTrack) {
+TEST_F(midiwrite, format_one_tells_its_tempo_in_the_first_track) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(written(0, 1),
               midi_header(1, 1, 0x60) + chunk(tempo_120 + on(0, 60) + on(96, 60, 0) + end_of_track()));
@@ -49,7 +49,7 @@ TEST_F(midiwrite, FormatOneTellsItsTempoInTheFirstTrack) {
         << "not with time code";
 }
 
-TEST_F(midiwrite, PartsOfATickAreCarriedOn) {
+TEST_F(midiwrite, parts_of_a_tick_are_carried_on) {
     fill({{1, 60, 1, 1000000, 1, 1, 0, 0},
           {2, 60, 1, 1000000, 1, 1, 0, 0},
           {3, 60, 1, 1000000, 1, 1, 0, 0},
@@ -60,7 +60,7 @@ TEST_F(midiwrite, PartsOfATickAreCarriedOn) {
     for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(file[22 + 4 * i], i == 5 ? 1 : 0) << i;
 }
 
-TEST_F(midiwrite, TracksBetweenUsedOnesAreWrittenEmpty) {
+TEST_F(midiwrite, tracks_between_used_ones_are_written_empty) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}, {0, 61, 100, 500, 1, 3, 0, 0}});
     EXPECT_EQ(written(0, 1), midi_header(1, 2, 0x60) +
                                  chunk(tempo_120 + on(0, 60) + on(96, 60, 0) + end_of_track()) +
@@ -69,14 +69,14 @@ TEST_F(midiwrite, TracksBetweenUsedOnesAreWrittenEmpty) {
                                 "post done with all tracks", "post finished"}));
 }
 
-TEST_F(midiwrite, ATrackOfZeroCountsAsOneAndIsNotWritten) {
+TEST_F(midiwrite, a_track_of_zero_counts_as_one_and_is_not_written) {
     fill({{0, 60, 100, 500, 1, 0, 0, 0}, {0, 61, 100, 500, 1, -7, 0, 0}});
     EXPECT_EQ(written(0, 1), midi_header(1, 1, 0x60) + chunk(tempo_120 + end_of_track()));
     EXPECT_EQ(written(0, 0), midi_header(0, 1, 0x60) + chunk(on(0, 60) + on(0, 61) + on(96, 61, 0) +
                                                              on(0, 60, 0) + end_of_track()));
 }
 
-TEST_F(midiwrite, ATrackBeyondTheMaximumCountsAsThatAndIsNotWritten) {
+TEST_F(midiwrite, a_track_beyond_the_maximum_counts_as_that_and_is_not_written) {
     x->params[PARAM_TRACK].max = 2;
     fill({{0, 60, 100, 500, 1, 9, 0, 0}});
     EXPECT_EQ(written(0, 1),
@@ -90,27 +90,27 @@ TEST_F(midiwrite, ATrackBeyondTheMaximumCountsAsThatAndIsNotWritten) {
     EXPECT_EQ(said[0], "post there are 1 tracks");
 }
 
-TEST_F(midiwrite, AnEmptySequenceInFormatOneHasNoTrackAndOneChunk) {
+TEST_F(midiwrite, an_empty_sequence_in_format_one_has_no_track_and_one_chunk) {
     EXPECT_EQ(written(0, 1), midi_header(1, 0, 0x60) + chunk(tempo_120 + end_of_track()));
     EXPECT_EQ(said, (text_lines{"post there are 0 tracks", "post highest track numbered 0",
                                 "post done with all tracks", "post finished"}));
     EXPECT_EQ(written(0, 0), midi_header(0, 1, 0x60) + chunk(end_of_track()));
 }
 
-TEST_F(midiwrite, ANoteOffAtTheTimeOfANoteOnComesBehindIt) {
+TEST_F(midiwrite, a_note_off_at_the_time_of_a_note_on_comes_behind_it) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}, {500, 62, 100, 500, 1, 1, 0, 0}});
     EXPECT_EQ(written(0, 0), midi_header(0, 1, 0x60) + chunk(on(0, 60) + on(96, 62) + on(0, 60, 0) +
                                                              on(96, 62, 0) + end_of_track()));
 }
 
-TEST_F(midiwrite, OfNotesThatEndTogetherTheLaterOneEndsFirst) {
+TEST_F(midiwrite, of_notes_that_end_together_the_later_one_ends_first) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}, {0, 61, 100, 500, 1, 1, 0, 0}, {250, 62, 100, 250, 1, 1, 0, 0}});
     EXPECT_EQ(written(0, 0),
               midi_header(0, 1, 0x60) + chunk(on(0, 60) + on(0, 61) + on(48, 62) + on(48, 62, 0) +
                                               on(0, 61, 0) + on(0, 60, 0) + end_of_track()));
 }
 
-TEST_F(midiwrite, AChannelCountsFromTheChanMinimum) {
+TEST_F(midiwrite, a_channel_counts_from_the_chan_minimum) {
     fill({{0, 60, 100, 500, 16, 1, 0, 0}});
     EXPECT_EQ(written(0, 0),
               midi_header(0, 1, 0x60) + chunk(on(0, 60, 100, 15) + on(96, 60, 0, 15) + end_of_track()));
@@ -120,13 +120,13 @@ TEST_F(midiwrite, AChannelCountsFromTheChanMinimum) {
               midi_header(0, 1, 0x60) + chunk(on(0, 60, 100, 5) + on(96, 60, 0, 5) + end_of_track()));
 }
 
-TEST_F(midiwrite, ValuesAreWrittenAsTheirLowBytes) {
+TEST_F(midiwrite, values_are_written_as_their_low_bytes) {
     fill({{0, 60 + 256, 100 + 512, 500, 1 + 0x70, 1, 0, 0}});
     EXPECT_EQ(written(0, 0),
               midi_header(0, 1, 0x60) + chunk(bytes({0, 0x00, 60, 100, 96, 0x00, 60, 0}) + end_of_track()));
 }
 
-TEST_F(midiwrite, TicksAreMaskedTo28Bits) {
+TEST_F(midiwrite, ticks_are_masked_to_28_bits) {
     // 0x7FFFFFFE ticks.
     fill({{0x3FFFFFFF, 60, 100, 1, 1, 1, 0, 0}});
     EXPECT_EQ(written(1, 0),
@@ -134,7 +134,7 @@ TEST_F(midiwrite, TicksAreMaskedTo28Bits) {
                   chunk(bytes({0xFF, 0xFF, 0xFF, 0x7E, 0x90, 60, 100, 2, 0x90, 60, 0}) + end_of_track()));
 }
 
-TEST_F(midiwrite, AnEndBeyond32BitsWraps) {
+TEST_F(midiwrite, an_end_beyond_32_bits_wraps) {
     // The first note's end is far in the past, so its note-off comes at once: 0x1000 ms on, and the next note as many back.
     fill({{0x7FFFF000, 60, 100, 0x1000, 1, 1, 0, 0}, {0x7FFFF000, 61, 100, 1, 1, 1, 0, 0}});
     EXPECT_EQ(written(1, 0),
@@ -142,13 +142,13 @@ TEST_F(midiwrite, AnEndBeyond32BitsWraps) {
                                                 on(2, 61, 0) + end_of_track()));
 }
 
-TEST_F(midiwrite, ANoteThatEndsOnTheLastMillisecondHasNoNoteOff) {
+TEST_F(midiwrite, a_note_that_ends_on_the_last_millisecond_has_no_note_off) {
     fill({{0x7FFFFFFF, 60, 100, 0, 1, 1, 0, 0}});
     EXPECT_EQ(written(1, 0), midi_header(0, 1, 0xE728) +
                                  chunk(bytes({0xFF, 0xFF, 0xFF, 0x7E, 0x90, 60, 100}) + end_of_track()));
 }
 
-TEST_F(midiwrite, QuantitiesHaveAsManyBytesAsTheyNeed) {
+TEST_F(midiwrite, quantities_have_as_many_bytes_as_they_need) {
     const std::pair<std::int32_t, std::string> rows[] = {{0, bytes({0})},
                                                          {0x7F, bytes({0x7F})},
                                                          {0x80, bytes({0x81, 0})},
@@ -169,7 +169,7 @@ TEST_F(midiwrite, QuantitiesHaveAsManyBytesAsTheyNeed) {
     }
 }
 
-TEST_F(midiwrite, ArgumentsOfExport) {
+TEST_F(midiwrite, arguments_of_export) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     told("export a.mid");
     EXPECT_EQ(get_file("a.mid").substr(0, 14), midi_header(1, 1, 0x60)) << "metrical, by tracks";
@@ -199,7 +199,7 @@ TEST_F(midiwrite, ArgumentsOfExport) {
     EXPECT_EQ(machine.asked.back().types, std::vector<file_type>{TYPE_MIDI});
 }
 
-TEST_F(midiwrite, AnOpenThatFailsIsToldAndNothingElseHappens) {
+TEST_F(midiwrite, an_open_that_fails_is_told_and_nothing_else_happens) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     send("start");
     EXPECT_EQ(told("export missing/a.mid"), text_lines{"error can't open missing/a.mid, error -43"});
@@ -208,7 +208,7 @@ TEST_F(midiwrite, AnOpenThatFailsIsToldAndNothingElseHappens) {
     EXPECT_EQ(x->mode, MODE_IDLE);
 }
 
-TEST_F(midiwrite, AFileThatCannotBeWrittenLeavesTheOldOne) {
+TEST_F(midiwrite, a_file_that_cannot_be_written_leaves_the_old_one) {
     fill({{0, 60, 100, 500, 1, 1, 0, 0}});
     for (int k = 1;; ++k) {
         put_file("a.mid", "old");
@@ -232,7 +232,7 @@ TEST_F(midiwrite, AFileThatCannotBeWrittenLeavesTheOldOne) {
     EXPECT_EQ(get_file("a.mid").size(), 34U);
 }
 
-TEST_F(midiwrite, CountingTracks) {
+TEST_F(midiwrite, counting_tracks) {
     std::int32_t count = -1;
     std::int32_t highest = -1;
     brisolan_counttracks(x, &count, &highest);
@@ -299,14 +299,14 @@ std::string twin_bytes(const std::vector<values>& events, bool timecode, bool wi
     return chunk(content + end_of_track());
 }
 
-TEST_F(midiwrite, AStepBackOfMoreThan31BitsIsWrittenAsTheOneAheadThatItWrapsTo) {
+TEST_F(midiwrite, a_step_back_of_more_than_31_bits_is_written_as_the_one_ahead_that_it_wraps_to) {
     const std::vector<values> all{{2000000000, 60, 1, 10, 1, 1, 0, 0}, {-2000000000, 61, 2, 10, 1, 1, 0, 0}};
     fill({all[0], all[1]});
     ASSERT_EQ(events(), (text_lines{"2000000000 60 1 10 1 1 0 0", "-2000000000 61 2 10 1 1 0 0"}));
     EXPECT_EQ(written(0, 0).substr(14), twin_bytes(all, false, false));
 }
 
-TEST_F(midiwrite, ALongTrackIsWrittenWhole) {
+TEST_F(midiwrite, a_long_track_is_written_whole) {
     std::vector<values> all;
     for (std::int32_t i = 0; i < 8000; ++i) all.push_back({i * 10, 40 + i % 50, 1 + i % 127, 9, 1, 1, 0, 0});
     send("clear");
@@ -318,7 +318,7 @@ TEST_F(midiwrite, ALongTrackIsWrittenWhole) {
     EXPECT_TRUE(written(0, 1).substr(14) == twin_bytes(all, false, true));
 }
 
-TEST_F(midiwrite, WritesWhatTheSlowTwinWrites) {
+TEST_F(midiwrite, writes_what_the_slow_twin_writes) {
     const unsigned seed = 30;
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);

@@ -25,7 +25,7 @@ protected:
 };
 
 // A velocity of 0 would come back as a note-off, and a Time's descent as none.
-TEST_F(roundtrip, DocumentsOfBothFormsGiveTheSameEvents) {
+TEST_F(roundtrip, documents_of_both_forms_give_the_same_events) {
     for (int round = 0; round < 200; ++round) {
         std::vector<std::array<std::int32_t, NPARAMS>> all;
         std::int32_t time = 0;
@@ -46,7 +46,7 @@ TEST_F(roundtrip, DocumentsOfBothFormsGiveTheSameEvents) {
     }
 }
 
-TEST_F(roundtrip, DescriptionsComeBackButForTheDisplayMode) {
+TEST_F(roundtrip, descriptions_come_back_but_for_the_display_mode) {
     for (int round = 0; round < 100; ++round) {
         for (param_record& p : x->params) {
             p.name = host_symbol(roll(2) ? "two words;" : "x\"1");
@@ -79,7 +79,7 @@ TEST_F(roundtrip, DescriptionsComeBackButForTheDisplayMode) {
 }
 
 // Two ticks a millisecond, read back by halves.
-TEST_F(roundtrip, MidiFilesInTheTimeCodeBaseGiveTheSameTimes) {
+TEST_F(roundtrip, midi_files_in_the_time_code_base_give_the_same_times) {
     for (int round = 0; round < 100; ++round) {
         std::vector<std::array<std::int32_t, NPARAMS>> all;
         std::int32_t time = 0;
@@ -101,7 +101,7 @@ TEST_F(roundtrip, MidiFilesInTheTimeCodeBaseGiveTheSameTimes) {
     }
 }
 
-TEST_F(roundtrip, TracksOfAMidiFileComeBack) {
+TEST_F(roundtrip, tracks_of_a_midi_file_come_back) {
     std::vector<std::array<std::int32_t, NPARAMS>> all;
     for (std::int32_t i = 0; i < 400; ++i)
         all.push_back({i * 10, 60 + i % 12, 64, 5, 1 + i % 16, 1 + i % 32, 0, 0});

@@ -33,7 +33,7 @@ protected:
     host_atombuf* b = nullptr;
 };
 
-TEST_F(atombuf, LinesComeBackAsTheyWereAppended) {
+TEST_F(atombuf, lines_come_back_as_they_were_appended) {
     fill();
     EXPECT_EQ(text_of(b), filled);
     EXPECT_EQ(kel_atombuf_count(b), 3U);
@@ -41,7 +41,7 @@ TEST_F(atombuf, LinesComeBackAsTheyWereAppended) {
     EXPECT_EQ(kel_atombuf_count(b), 3U) << "a line without atoms is none";
 }
 
-TEST_F(atombuf, AtomsAreCountedThroughAllLines) {
+TEST_F(atombuf, atoms_are_counted_through_all_lines) {
     fill();
     atom a;
     ASSERT_TRUE(host_atombuf_getatom(b, 0, &a));
@@ -61,7 +61,7 @@ TEST_F(atombuf, AtomsAreCountedThroughAllLines) {
     EXPECT_EQ(a.s, host_symbol("brisolan"));
 }
 
-TEST_F(atombuf, BothFormsComeBack) {
+TEST_F(atombuf, both_forms_come_back) {
     fill();
     for (const int form : {int{ATOMBUF_TEXT}, int{ATOMBUF_BINARY}, 1, 3}) {
         ASSERT_EQ(host_atombuf_write(b, "a", 0, form), HOST_OK);
@@ -78,7 +78,7 @@ TEST_F(atombuf, BothFormsComeBack) {
     EXPECT_EQ(get_file("a"), filled) << "what is neither form is text";
 }
 
-TEST_F(atombuf, AnEmptyBufferIsAnEmptyDocument) {
+TEST_F(atombuf, an_empty_buffer_is_an_empty_document) {
     ASSERT_EQ(host_atombuf_write(b, "a", 0, ATOMBUF_TEXT), HOST_OK);
     EXPECT_EQ(get_file("a"), "");
     ASSERT_EQ(host_atombuf_read(b, "a", 0, false), HOST_OK);
@@ -88,7 +88,7 @@ TEST_F(atombuf, AnEmptyBufferIsAnEmptyDocument) {
     EXPECT_EQ(kel_atombuf_count(b), 0U);
 }
 
-TEST_F(atombuf, ARefusedFileLeavesTheBufferEmptyAndSaysNothing) {
+TEST_F(atombuf, a_refused_file_leaves_the_buffer_empty_and_says_nothing) {
     put_file("a", "#N brisolan;\n#X 99999999999;\n");
     EXPECT_EQ(host_atombuf_read(b, "a", 0, false), HOST_ERR_FORMAT);
     EXPECT_EQ(host_atombuf_read(b, "a", 0, true), HOST_ERR_FORMAT);
@@ -97,7 +97,7 @@ TEST_F(atombuf, ARefusedFileLeavesTheBufferEmptyAndSaysNothing) {
     EXPECT_TRUE(taken().empty());
 }
 
-TEST_F(atombuf, WhoAsksIsToldWhatIsWrongAndWhere) {
+TEST_F(atombuf, who_asks_is_told_what_is_wrong_and_where) {
     put_file("a", "#N brisolan;\n#X 99999999999;\n");
     kel_document d;
     std::string why;
@@ -109,7 +109,7 @@ TEST_F(atombuf, WhoAsksIsToldWhatIsWrongAndWhere) {
     EXPECT_EQ(why, "no such file or folder");
 }
 
-TEST_F(atombuf, ADocumentGoesBehindWhatIsThere) {
+TEST_F(atombuf, a_document_goes_behind_what_is_there) {
     fill();
     kel_document d;
     const std::string_view text = "#X stop 7;#Y x;";
@@ -119,13 +119,13 @@ TEST_F(atombuf, ADocumentGoesBehindWhatIsThere) {
     EXPECT_EQ(kel_atombuf_count(b), 5U);
 }
 
-TEST_F(atombuf, AFileThatCannotBeMadeIsToldOnce) {
+TEST_F(atombuf, a_file_that_cannot_be_made_is_told_once) {
     fill();
     EXPECT_EQ(host_atombuf_write(b, "missing/a", 0, ATOMBUF_TEXT), HOST_ERR_NOT_FOUND);
     EXPECT_EQ(taken(), std::vector<std::string>{"error missing/a was not saved: no such file or folder"});
 }
 
-TEST_F(atombuf, EveryOperationThatFailsLeavesTheOldFileAndSaysSoOnce) {
+TEST_F(atombuf, every_operation_that_fails_leaves_the_old_file_and_says_so_once) {
     for (int i = 0; i < 20000; ++i) host_atombuf_append(b, host_symbol("#X"), i, 60, 64, 300, 1, 1, 0, 0);
     for (const int form : {int{ATOMBUF_TEXT}, int{ATOMBUF_BINARY}}) {
         put_file("a", "old");
@@ -155,7 +155,7 @@ TEST_F(atombuf, EveryOperationThatFailsLeavesTheOldFileAndSaysSoOnce) {
     }
 }
 
-TEST_F(atombuf, ALineGoesToWhomItsFirstSymbolNames) {
+TEST_F(atombuf, a_line_goes_to_whom_its_first_symbol_names) {
     host_atombuf_append(b, host_symbol("nobody"), host_symbol("stop"));
     host_atombuf_append(b, 7, 8);
     host_atombuf_append(b, host_symbol("nobody"));
@@ -166,7 +166,7 @@ TEST_F(atombuf, ALineGoesToWhomItsFirstSymbolNames) {
                                         "error host: no object named \"nobody\""}));
 }
 
-TEST_F(atombuf, AnEventTakesFewBytes) {
+TEST_F(atombuf, an_event_takes_few_bytes) {
     for (int i = 0; i < 1000; ++i) host_atombuf_append(b, host_symbol("#X"), 125, 60, 64, 300, 1, 1, 0, 0);
     EXPECT_LE(kel_atombuf_size(b), 16000U);
 }

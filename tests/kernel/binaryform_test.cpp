@@ -40,7 +40,7 @@ kel_document from_text(std::string_view text) {
     return d;
 }
 
-TEST(binaryform, ChecksumsAreThoseOfTheCommonCrc32) {
+TEST(binaryform, checksums_are_those_of_the_common_crc32) {
     const std::string_view check = "123456789";
     const std::span<const unsigned char> bytes(reinterpret_cast<const unsigned char*>(check.data()),
                                                check.size());
@@ -49,7 +49,7 @@ TEST(binaryform, ChecksumsAreThoseOfTheCommonCrc32) {
     EXPECT_EQ(kel_crc32(0, {}), 0U);
 }
 
-TEST(binaryform, EveryByteIsAsTheFormTells) {
+TEST(binaryform, every_byte_is_as_the_form_tells) {
     const std::string bytes = whole(from_text("#X 0 -1 60 200;\n#X a 1.;\n"));
     const std::string body = of({2, 2, '#',  'X',  1,    'a',             // two symbols
                                  2, 0, 4,    0xE0, 0x03, 0xC0, 0x0C, 3,   // #X 0 -1 60 200
@@ -64,7 +64,7 @@ TEST(binaryform, EveryByteIsAsTheFormTells) {
 }
 
 // The lines that docs/document-formats.md shows.
-TEST(binaryform, AScoresLinesAreAsTheManualShowsThem) {
+TEST(binaryform, a_scores_lines_are_as_the_manual_shows_them) {
     const kel_document d =
         from_text("#N brisolan \"\";\n#X setparam 0 Time 1 0 999999 0 1000 200 0;\n#X restore;\n"
                   "#X 0 60 64 300 1 1 0 0;\n#X 125 64 70 300 1 1 0 0;\n#X stop;\n");
@@ -76,7 +76,7 @@ TEST(binaryform, AScoresLinesAreAsTheManualShowsThem) {
     EXPECT_NE(code.find(events), std::string::npos);
 }
 
-TEST(binaryform, RandomDocumentsComeBack) {
+TEST(binaryform, random_documents_come_back) {
     std::mt19937 random(6);
     for (int i = 0; i < 500; ++i) {
         const kel_document d = random_document(random);
@@ -86,7 +86,7 @@ TEST(binaryform, RandomDocumentsComeBack) {
     }
 }
 
-TEST(binaryform, EveryChangedOrMissingByteIsNoticed) {
+TEST(binaryform, every_changed_or_missing_byte_is_noticed) {
     const std::string good =
         whole(from_text("#N brisolan \"take one\";\n#X 0 60 64 300 1 1 0 0;\n#X stop;\n"));
     kel_document d;
@@ -105,7 +105,7 @@ TEST(binaryform, EveryChangedOrMissingByteIsNoticed) {
     EXPECT_EQ(parse(good + "x", &into), "not as long as it says");
 }
 
-TEST(binaryform, EachRefusalHasItsReason) {
+TEST(binaryform, each_refusal_has_its_reason) {
     kel_document d;
     EXPECT_EQ(parse("", &d), "a header that is cut off");
     EXPECT_EQ(parse("#N brisolan;\n#X stop;\n", &d), "not a binary document");
@@ -129,7 +129,7 @@ TEST(binaryform, EachRefusalHasItsReason) {
     EXPECT_EQ(parse_body(of({0, 0x80, 0x80, 0x80, 0x80, 0x80, 1, 3})), "a broken number") << "too many bytes";
 }
 
-TEST(binaryform, AnEventLineIsShort) {
+TEST(binaryform, an_event_line_is_short) {
     const kel_document d = from_text("#X 125 60 64 300 1 1 0 0;");
     EXPECT_LE(d.code.size(), 16U);
     const kel_document widest =

@@ -54,7 +54,7 @@ protected:
     scratch_folder folder;
 };
 
-TEST_F(files, AnEndingTellsTheTypeOfAFileFromElsewhere) {
+TEST_F(files, an_ending_tells_the_type_of_a_file_from_elsewhere) {
     EXPECT_EQ(kel_filetype("a.mid"), TYPE_MIDI);
     EXPECT_EQ(kel_filetype("a.midi"), TYPE_MIDI);
     EXPECT_EQ(kel_filetype("a.smf"), TYPE_MIDI);
@@ -69,7 +69,7 @@ TEST_F(files, AnEndingTellsTheTypeOfAFileFromElsewhere) {
     EXPECT_EQ(kel_filetype("folder.mid/a"), 0U);
 }
 
-TEST_F(files, ACreatedFileKeepsItsTypeWhateverItsName) {
+TEST_F(files, a_created_file_keeps_its_type_whatever_its_name) {
     ASSERT_EQ(save("take1", "x", TYPE_MIDI), HOST_OK);
     if (::getxattr("take1", "user.brisolan.type", nullptr, 0) < 0)
         GTEST_SKIP() << "no extended attributes on this file system";
@@ -78,14 +78,14 @@ TEST_F(files, ACreatedFileKeepsItsTypeWhateverItsName) {
     EXPECT_EQ(kel_filetype("take2.mid"), TYPE_TEXT);
 }
 
-TEST_F(files, AnAttributeOfAnotherSizeIsNoType) {
+TEST_F(files, an_attribute_of_another_size_is_no_type) {
     put_file("a.mid", "x");
     if (::setxattr("a.mid", "user.brisolan.type", "no", 2, 0) != 0)
         GTEST_SKIP() << "no extended attributes on this file system";
     EXPECT_EQ(kel_filetype("a.mid"), TYPE_MIDI);
 }
 
-TEST_F(files, LocateLooksInTheCurrentFolderThenAlongTheSearchPath) {
+TEST_F(files, locate_looks_in_the_current_folder_then_along_the_search_path) {
     fs::create_directories("one");
     fs::create_directories("two");
     put_file("two/a.mid", "two");
@@ -103,7 +103,7 @@ TEST_F(files, LocateLooksInTheCurrentFolderThenAlongTheSearchPath) {
     EXPECT_EQ(type, TYPE_MIDI);
 }
 
-TEST_F(files, LocateTakesFoldersInNamesAndNamesFromTheRoot) {
+TEST_F(files, locate_takes_folders_in_names_and_names_from_the_root) {
     fs::create_directories("one/deep");
     put_file("one/deep/a.kel", "x");
     std::int16_t path = -1;
@@ -118,7 +118,7 @@ TEST_F(files, LocateTakesFoldersInNamesAndNamesFromTheRoot) {
     EXPECT_EQ(kel_filepath("deep/a.kel", path), "one/deep/a.kel");
 }
 
-TEST_F(files, LocatePassesFilesOfOtherTypes) {
+TEST_F(files, locate_passes_files_of_other_types) {
     put_file("a", "x");
     put_file("b.wav", "x");
     std::int16_t path = -1;
@@ -135,7 +135,7 @@ TEST_F(files, LocatePassesFilesOfOtherTypes) {
     EXPECT_EQ(host_file_locate("b.mid", &path, &type, {&text, 1}), HOST_ERR_NOT_FOUND);
 }
 
-TEST_F(files, AFileGoesBeforeAFolderOfItsName) {
+TEST_F(files, a_file_goes_before_a_folder_of_its_name) {
     fs::create_directories("a.mid");
     fs::create_directories("one");
     std::int16_t path = -1;
@@ -149,7 +149,7 @@ TEST_F(files, AFileGoesBeforeAFolderOfItsName) {
 }
 
 // With a single place to look in fewer calls of the system tell it.
-TEST_F(files, LocateFindsTheSameWithAndWithoutASearchPath) {
+TEST_F(files, locate_finds_the_same_with_and_without_a_search_path) {
     put_file("file.mid", "x");
     put_file("empty.mid", "");
     put_file("locked.mid", "x");
@@ -189,7 +189,7 @@ TEST_F(files, LocateFindsTheSameWithAndWithoutASearchPath) {
     EXPECT_EQ(open_code("locked.mid"), HOST_ERR_PERMISSION);
 }
 
-TEST_F(files, ATypeThatWasKeptIsFoundWhateverTheName) {
+TEST_F(files, a_type_that_was_kept_is_found_whatever_the_name) {
     ASSERT_EQ(save("take1", "x", TYPE_MIDI), HOST_OK);
     if (::getxattr("take1", "user.brisolan.type", nullptr, 0) < 0)
         GTEST_SKIP() << "no extended attributes on this file system";
@@ -207,7 +207,7 @@ TEST_F(files, ATypeThatWasKeptIsFoundWhateverTheName) {
 }
 
 // What an earlier file left in the buffer is not the next one's.
-TEST_F(files, FilesThatAreOpenAtOnceKeepApart) {
+TEST_F(files, files_that_are_open_at_once_keep_apart) {
     put_file("a", "aaaa");
     put_file("b", "bb");
     for (int round = 0; round < 3; ++round) {
@@ -230,7 +230,7 @@ TEST_F(files, FilesThatAreOpenAtOnceKeepApart) {
     }
 }
 
-TEST_F(files, AFolderHasOneIdentifier) {
+TEST_F(files, a_folder_has_one_identifier) {
     const std::int16_t a = kel_folder("somewhere");
     EXPECT_NE(a, 0);
     EXPECT_EQ(kel_folder("somewhere"), a);
@@ -240,7 +240,7 @@ TEST_F(files, AFolderHasOneIdentifier) {
     EXPECT_EQ(kel_filepath("x", -1), "x");
 }
 
-TEST_F(files, OpeningTellsWhatIsWrong) {
+TEST_F(files, opening_tells_what_is_wrong) {
     fs::create_directories("folder");
     put_file("file", "x");
     EXPECT_EQ(open_code("missing"), HOST_ERR_NOT_FOUND);
@@ -254,7 +254,7 @@ TEST_F(files, OpeningTellsWhatIsWrong) {
     EXPECT_EQ(open_code("file"), HOST_ERR_PERMISSION);
 }
 
-TEST_F(files, CreatingTellsWhatIsWrong) {
+TEST_F(files, creating_tells_what_is_wrong) {
     fs::create_directories("folder");
     put_file("file", "old");
     EXPECT_EQ(save("missing/file", "x"), HOST_ERR_NOT_FOUND);
@@ -266,7 +266,7 @@ TEST_F(files, CreatingTellsWhatIsWrong) {
     EXPECT_TRUE(taken().empty()) << "who creates tells of it";
 }
 
-TEST_F(files, WhatMayNotBeWrittenStays) {
+TEST_F(files, what_may_not_be_written_stays) {
     const ordinary_user now(folder.path());
     fs::create_directories("folder");
     put_file("file", "old");
@@ -277,13 +277,13 @@ TEST_F(files, WhatMayNotBeWrittenStays) {
     EXPECT_EQ(get_file("file"), "old");
 }
 
-TEST_F(files, ANameOfFullLengthCanBeSaved) {
+TEST_F(files, a_name_of_full_length_can_be_saved) {
     const std::string name(255, 'n');
     EXPECT_EQ(save(name.c_str(), "x"), HOST_OK);
     EXPECT_EQ(get_file(name), "x");
 }
 
-TEST_F(files, ReadingGivesWhatThereIs) {
+TEST_F(files, reading_gives_what_there_is) {
     put_file("a", "0123456789");
     host_file* f = nullptr;
     ASSERT_EQ(host_file_open("a", 0, &f), HOST_OK);
@@ -315,7 +315,7 @@ TEST_F(files, ReadingGivesWhatThereIs) {
 }
 
 // Against a string that does the same, at sizes around the buffer's.
-TEST_F(files, WritingAndSeekingLikeAString) {
+TEST_F(files, writing_and_seeking_like_a_string) {
     std::mt19937 random(7);
     for (int round = 0; round < 30; ++round) {
         host_file* f = nullptr;
@@ -345,7 +345,7 @@ TEST_F(files, WritingAndSeekingLikeAString) {
     }
 }
 
-TEST_F(files, TheOldFileStandsUntilTheNewOneIsWhole) {
+TEST_F(files, the_old_file_stands_until_the_new_one_is_whole) {
     put_file("a", "old");
     host_file* f = nullptr;
     ASSERT_EQ(host_file_create("a", 0, TYPE_TEXT, &f), HOST_OK);
@@ -358,7 +358,7 @@ TEST_F(files, TheOldFileStandsUntilTheNewOneIsWhole) {
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a"});
 }
 
-TEST_F(files, WhatLiesBesideTheTargetWhileItIsWrittenHasNoType) {
+TEST_F(files, what_lies_beside_the_target_while_it_is_written_has_no_type) {
     host_file* f = nullptr;
     ASSERT_EQ(host_file_create("a.mid", 0, TYPE_MIDI, &f), HOST_OK);
     ASSERT_EQ(folder.names().size(), 1U);
@@ -366,7 +366,7 @@ TEST_F(files, WhatLiesBesideTheTargetWhileItIsWrittenHasNoType) {
     host_file_close(f);
 }
 
-TEST_F(files, ReplacingKeepsTheOldFilesRights) {
+TEST_F(files, replacing_keeps_the_old_files_rights) {
     put_file("a", "old");
     ASSERT_EQ(::chmod("a", 0640), 0);
     ASSERT_EQ(save("a", "new"), HOST_OK);
@@ -380,7 +380,7 @@ TEST_F(files, ReplacingKeepsTheOldFilesRights) {
     EXPECT_EQ(about.st_mode & 07777, 0640U);
 }
 
-TEST_F(files, WritingGoesThroughASymbolicLink) {
+TEST_F(files, writing_goes_through_a_symbolic_link) {
     fs::create_directories("deep");
     put_file("deep/target", "old");
     fs::create_symlink("deep/target", "link");
@@ -396,13 +396,13 @@ TEST_F(files, WritingGoesThroughASymbolicLink) {
     EXPECT_EQ(save("round", "x"), HOST_ERR_NAME);
 }
 
-TEST_F(files, WhatIsNoPlainFileIsNotReplaced) {
+TEST_F(files, what_is_no_plain_file_is_not_replaced) {
     ASSERT_EQ(::mkfifo("pipe", 0600), 0);
     EXPECT_EQ(save("pipe", "x"), HOST_ERR_BUSY);
     EXPECT_TRUE(fs::is_fifo("pipe"));
 }
 
-TEST_F(files, ASizeLimitLeavesTheOldFileAndSaysSo) {
+TEST_F(files, a_size_limit_leaves_the_old_file_and_says_so) {
     put_file("a", "old");
     rlimit before;
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
@@ -418,7 +418,7 @@ TEST_F(files, ASizeLimitLeavesTheOldFileAndSaysSo) {
 }
 
 // A file system of 64 KB, where the machine lets one be made.
-TEST_F(files, AFullFileSystemLeavesTheOldFileAndSaysSo) {
+TEST_F(files, a_full_file_system_leaves_the_old_file_and_says_so) {
     fs::create_directories("small");
     if (std::system("mount -t tmpfs -o size=64k none small 2>/dev/null") != 0)
         GTEST_SKIP() << "no file system can be made here";
@@ -433,7 +433,7 @@ TEST_F(files, AFullFileSystemLeavesTheOldFileAndSaysSo) {
     EXPECT_EQ(there, 1);
 }
 
-TEST_F(files, EveryOperationThatFailsLeavesTheOldFileAndSaysSoOnce) {
+TEST_F(files, every_operation_that_fails_leaves_the_old_file_and_says_so_once) {
     const std::string bytes(200000, 'n');
     int k = 1;
     for (;; ++k) {
@@ -463,7 +463,7 @@ TEST_F(files, EveryOperationThatFailsLeavesTheOldFileAndSaysSoOnce) {
     EXPECT_GT(k, 15); // creating, opening, ten writes, their calls of the system, placing
 }
 
-TEST_F(files, EveryReadThatFailsIsTold) {
+TEST_F(files, every_read_that_fails_is_told) {
     put_file("a", std::string(200000, 'n'));
     for (int k = 1;; ++k) {
         kel_file_fault(k);
@@ -489,7 +489,7 @@ TEST_F(files, EveryReadThatFailsIsTold) {
 }
 
 // A program that saves again and again is killed at some moment: what is found is one of the two whole files.
-TEST_F(files, AKilledProgramLeavesAWholeFile) {
+TEST_F(files, a_killed_program_leaves_a_whole_file) {
     const std::string one(300000, '1');
     const std::string two(400000, '2');
     std::mt19937 random(11);

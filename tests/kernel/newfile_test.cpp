@@ -33,7 +33,7 @@ protected:
     using names = std::vector<std::string>;
 };
 
-TEST_F(newfile, TakesTheTargetsPlaceWhenItIsFinished) {
+TEST_F(newfile, takes_the_targets_place_when_it_is_finished) {
     put_file("a", "old");
     new_file f;
     ASSERT_EQ(f.open("a", SOME_TYPE), "");
@@ -46,7 +46,7 @@ TEST_F(newfile, TakesTheTargetsPlaceWhenItIsFinished) {
     EXPECT_EQ(folder.names(), names{"a"});
 }
 
-TEST_F(newfile, LeavesTheTargetAsItWasWhenItIsNotFinished) {
+TEST_F(newfile, leaves_the_target_as_it_was_when_it_is_not_finished) {
     put_file("a", "old");
     {
         new_file f;
@@ -58,7 +58,7 @@ TEST_F(newfile, LeavesTheTargetAsItWasWhenItIsNotFinished) {
     EXPECT_EQ(folder.names(), names{"a"});
 }
 
-TEST_F(newfile, LeavesTheTargetAsItWasWhicheverOperationFails) {
+TEST_F(newfile, leaves_the_target_as_it_was_whichever_operation_fails) {
     int failures = 0;
     for (int k = 1; k < 50; ++k) {
         put_file("a", "old");
@@ -75,7 +75,7 @@ TEST_F(newfile, LeavesTheTargetAsItWasWhicheverOperationFails) {
     EXPECT_GT(failures, 4);
 }
 
-TEST_F(newfile, GoesWhereALinkLeadsAndKeepsTheRights) {
+TEST_F(newfile, goes_where_a_link_leads_and_keeps_the_rights) {
     put_file("target", "old");
     ASSERT_EQ(::chmod("target", 0600), 0);
     ASSERT_EQ(::symlink("target", "link"), 0);
@@ -89,7 +89,7 @@ TEST_F(newfile, GoesWhereALinkLeadsAndKeepsTheRights) {
     EXPECT_EQ(target.st_mode & 0777, 0600U);
 }
 
-TEST_F(newfile, DoesNotReplaceWhatIsProtectedFromWriting) {
+TEST_F(newfile, does_not_replace_what_is_protected_from_writing) {
     const ordinary_user now(folder.path());
     put_file("a", "old");
     ASSERT_EQ(::chmod("a", 0444), 0);
@@ -97,7 +97,7 @@ TEST_F(newfile, DoesNotReplaceWhatIsProtectedFromWriting) {
     EXPECT_EQ(get_file("a"), "old");
 }
 
-TEST_F(newfile, NeverTakesADevicesOrAFoldersPlace) {
+TEST_F(newfile, never_takes_a_devices_or_a_folders_place) {
     ASSERT_EQ(::mkfifo("pipe", 0600), 0);
     ASSERT_EQ(::mkdir("folder", 0700), 0);
     for (const char* name : {"pipe", "folder"})
@@ -108,14 +108,14 @@ TEST_F(newfile, NeverTakesADevicesOrAFoldersPlace) {
     EXPECT_EQ(folder.names(), (names{"folder", "pipe"}));
 }
 
-TEST_F(newfile, ANameMayBeAsLongAsTheSystemLetsItBe) {
+TEST_F(newfile, a_name_may_be_as_long_as_the_system_lets_it_be) {
     const std::string longest(255, 'a');
     EXPECT_EQ(write(longest, "new"), "");
     EXPECT_EQ(folder.names(), names{longest});
     EXPECT_EQ(write(longest + "a", "new"), "not a possible name");
 }
 
-TEST_F(newfile, IsAllowedWhereOthersMayNotWriteByName) {
+TEST_F(newfile, is_allowed_where_others_may_not_write_by_name) {
     kel_files_protect(true);
     EXPECT_EQ(write("a", "new"), "");
     kel_files_protect(false);

@@ -23,12 +23,12 @@ std::string reread(std::string_view text) {
     return format(d);
 }
 
-TEST(textform, OneMessageALine) {
+TEST(textform, one_message_a_line) {
     EXPECT_EQ(reread("#N brisolan foo;\n#X 0 60;\n"), "#N brisolan foo;\n#X 0 60;\n");
     EXPECT_EQ(reread(""), "");
 }
 
-TEST(textform, BlanksAndLineEndsOfAnyKindAreRead) {
+TEST(textform, blanks_and_line_ends_of_any_kind_are_read) {
     EXPECT_EQ(reread("  a\r\n\tb ;c;;\r d\n\n;"), "a b;\nc;\nd;\n");
     EXPECT_EQ(reread("a ;"), "a;\n");
     EXPECT_EQ(reread("\xEF\xBB\xBF"
@@ -37,7 +37,7 @@ TEST(textform, BlanksAndLineEndsOfAnyKindAreRead) {
     EXPECT_EQ(reread(";;;"), "");
 }
 
-TEST(textform, NumbersOfEverySize) {
+TEST(textform, numbers_of_every_size) {
     EXPECT_EQ(reread("0 -1 2147483647 -2147483648 999 1000 1001 999999 1000000 -12345678;"),
               "0 -1 2147483647 -2147483648 999 1000 1001 999999 1000000 -12345678;\n");
     EXPECT_EQ(reread("007 -0 0000000000000000000000012;"), "7 0 12;\n");
@@ -46,14 +46,14 @@ TEST(textform, NumbersOfEverySize) {
     EXPECT_EQ(reread("99999999999999999999999999;"), "error: a number out of range at 0");
 }
 
-TEST(textform, FloatsHaveAPoint) {
+TEST(textform, floats_have_a_point) {
     EXPECT_EQ(reread("1. .5 -1.25 -.5 0. 1.50;"), "1. 0.5 -1.25 -0.5 0. 1.5;\n");
     EXPECT_EQ(reread(".inf -.inf .nan;"), ".inf -.inf .nan;\n");
     EXPECT_EQ(reread("1000000000000000000000000000000000000000000000000.;"),
               "error: a number out of range at 0");
 }
 
-TEST(textform, EveryFloatComesBack) {
+TEST(textform, every_float_comes_back) {
     std::mt19937 random(3);
     std::vector<float> values{0.0F,
                               -0.0F,
@@ -80,7 +80,7 @@ TEST(textform, EveryFloatComesBack) {
     }
 }
 
-TEST(textform, EveryIntegerComesBack) {
+TEST(textform, every_integer_comes_back) {
     std::mt19937 random(4);
     for (int i = 0; i < 200000; ++i) {
         const auto n = static_cast<std::int32_t>(random()) >> random() % 32;
@@ -95,7 +95,7 @@ TEST(textform, EveryIntegerComesBack) {
     }
 }
 
-TEST(textform, SymbolsStandAsTheyAreWhereTheyCan) {
+TEST(textform, symbols_stand_as_they_are_where_they_can) {
     for (const char* plain : {"a", "#X", "Pitch", "take-1", "+12", "1e3", "-", ".", "-.", "1.2.3", "12a",
                               "--1", "a.b", "1-2", "x'y", "(a,b)", "~", "!"}) {
         std::string text;
@@ -105,7 +105,7 @@ TEST(textform, SymbolsStandAsTheyAreWhereTheyCan) {
     }
 }
 
-TEST(textform, SymbolsThatWouldNotComeBackAreQuoted) {
+TEST(textform, symbols_that_would_not_come_back_are_quoted) {
     const std::pair<std::string, std::string> rows[] = {
         {"", R"("")"},
         {"take one", R"("take one")"},
@@ -134,7 +134,7 @@ TEST(textform, SymbolsThatWouldNotComeBackAreQuoted) {
     }
 }
 
-TEST(textform, EverySymbolComesBack) {
+TEST(textform, every_symbol_comes_back) {
     std::mt19937 random(5);
     for (int i = 0; i < 20000; ++i) {
         std::string symbol(random() % 6, ' ');
@@ -154,7 +154,7 @@ TEST(textform, EverySymbolComesBack) {
     }
 }
 
-TEST(textform, ForeignSpellingsAreRead) {
+TEST(textform, foreign_spellings_are_read) {
     EXPECT_EQ(reread("a\\ b \\; \\, x\"y;"), "\"a b\" \";\" , \"x\\\"y\";\n");
     EXPECT_EQ(reread("caf\xC3\xA9;"), "\"caf\\xC3\\xA9\";\n");
     EXPECT_EQ(reread("\"caf\xC3\xA9\";"), "\"caf\\xC3\\xA9\";\n");
@@ -162,7 +162,7 @@ TEST(textform, ForeignSpellingsAreRead) {
     EXPECT_EQ(reread("\\-12;"), "\"-12\";\n");
 }
 
-TEST(textform, WhatIsNoDocumentIsRefused) {
+TEST(textform, what_is_no_document_is_refused) {
     EXPECT_EQ(reread("a b"), "error: the last message does not end with ';' at 3");
     EXPECT_EQ(reread("a; b"), "error: the last message does not end with ';' at 4");
     EXPECT_EQ(reread("\"a b;\n"), "error: a control character at 5");
@@ -178,14 +178,14 @@ TEST(textform, WhatIsNoDocumentIsRefused) {
     EXPECT_EQ(reread("MThd\x01;"), "error: a control character at 4");
 }
 
-TEST(textform, LinesLongerThanAPieceAreWhole) {
+TEST(textform, lines_longer_than_a_piece_are_whole) {
     std::string text = "first";
     for (int i = 0; i < 60000; ++i) text += " " + std::to_string(i);
     text += ";\n" + std::string(200000, 's') + " 1;\nlast 1.5;\n";
     EXPECT_EQ(reread(text), text);
 }
 
-TEST(textform, RandomDocumentsComeBack) {
+TEST(textform, random_documents_come_back) {
     std::mt19937 random(6);
     for (int i = 0; i < 300; ++i) {
         const std::string text = format(random_document(random));
@@ -194,7 +194,7 @@ TEST(textform, RandomDocumentsComeBack) {
 }
 
 // Any prefix, and any byte changed, is read or refused.
-TEST(textform, DamagedDocumentsAreReadOrRefused) {
+TEST(textform, damaged_documents_are_read_or_refused) {
     std::mt19937 random(8);
     for (int i = 0; i < 2000; ++i) {
         std::string text = format(random_document(random));
@@ -210,7 +210,7 @@ TEST(textform, DamagedDocumentsAreReadOrRefused) {
 }
 
 // Long texts are read a block at a time, single lines are too short for it.
-TEST(textform, LinesAreReadTheSameOneByOneAndTogether) {
+TEST(textform, lines_are_read_the_same_one_by_one_and_together) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
@@ -236,7 +236,7 @@ TEST(textform, LinesAreReadTheSameOneByOneAndTogether) {
     }
 }
 
-TEST(textform, MemoryIsInProportionToTheText) {
+TEST(textform, memory_is_in_proportion_to_the_text) {
     std::string text;
     for (int i = 0; i < 100000; ++i) text += "-99999999 1. ;";
     kel_document d;

@@ -11,7 +11,7 @@
 
 namespace {
 
-using Pictures = Canvas;
+using pictures_test = canvas_test;
 
 Rect bounds_of(int id) {
     Rect r;
@@ -38,7 +38,7 @@ std::vector<uint32_t> part_of(PicHandle picture, int left, int right) {
 
 } // namespace
 
-TEST_F(Pictures, AreTenAndAllDifferent) {
+TEST_F(pictures_test, are_ten_and_all_different) {
     std::set<std::vector<uint32_t>> seen;
     for (int id = 3155; id <= 3164; id++) {
         PicHandle p = GetPicture(id);
@@ -51,7 +51,7 @@ TEST_F(Pictures, AreTenAndAllDifferent) {
     EXPECT_EQ(GetPicture(3165), nullptr);
 }
 
-TEST_F(Pictures, FitThePlacesWhereTheyAreDrawn) {
+TEST_F(pictures_test, fit_the_places_where_they_are_drawn) {
     auto size = [](int id) { return std::pair<int, int>{bounds_of(id).right, bounds_of(id).bottom}; };
     EXPECT_EQ(size(3155), (std::pair{48, 40})) << "four cells of 24 by 20";
     EXPECT_LE(size(3156).first, 86 - 55);
@@ -62,7 +62,7 @@ TEST_F(Pictures, FitThePlacesWhereTheyAreDrawn) {
     for (int id = 3159; id <= 3164; id++) EXPECT_EQ(size(id), (std::pair{13, 13})) << id;
 }
 
-TEST_F(Pictures, TheZoomBoxHasFourDifferentSegmentsOfFifteenPixels) {
+TEST_F(pictures_test, the_zoom_box_has_four_different_segments_of_fifteen_pixels) {
     PicHandle p = GetPicture(3158);
     std::set<std::vector<uint32_t>> segments;
     for (int i = 0; i < 4; i++) segments.insert(part_of(p, 1 + 15 * i, 15 + 15 * i));
@@ -73,7 +73,7 @@ TEST_F(Pictures, TheZoomBoxHasFourDifferentSegmentsOfFifteenPixels) {
     }
 }
 
-TEST_F(Pictures, StayWhenDetachedAndLoadAnew) {
+TEST_F(pictures_test, stay_when_detached_and_load_anew) {
     PicHandle first = GetPicture(3164);
     EXPECT_EQ(GetPicture(3164), first);
     DetachResource(first);
@@ -87,7 +87,7 @@ TEST_F(Pictures, StayWhenDetachedAndLoadAnew) {
     DetachResource(nullptr);
 }
 
-TEST_F(Pictures, LeaveWhatLiesBelowTheirTransparentPixels) {
+TEST_F(pictures_test, leave_what_lies_below_their_transparent_pixels) {
     open(13, 16);
     foreground(0x00FF00);
     Rect all = rect(0, 0, 13, 16);
@@ -98,7 +98,7 @@ TEST_F(Pictures, LeaveWhatLiesBelowTheirTransparentPixels) {
     EXPECT_EQ(at(12, 15), 0xFF00FF00u);
 }
 
-TEST_F(Pictures, OutsideTheTableDrawNothing) {
+TEST_F(pictures_test, outside_the_table_draw_nothing) {
     Rect r;
     EXPECT_TRUE(EmptyRect(QDGetPictureBounds(nullptr, &r)));
     r = rect(0, 0, 10, 10);
@@ -106,7 +106,7 @@ TEST_F(Pictures, OutsideTheTableDrawNothing) {
     EXPECT_EQ(count(WHITE), 16 * 12);
 }
 
-TEST_F(Pictures, ScaleWithTheirRectangle) {
+TEST_F(pictures_test, scale_with_their_rectangle) {
     open(26, 26);
     Rect twice = rect(0, 0, 26, 26);
     DrawPicture(GetPicture(3159), &twice);
@@ -118,7 +118,7 @@ TEST_F(Pictures, ScaleWithTheirRectangle) {
     }
 }
 
-TEST(Cursors, AreThereForEveryTool) {
+TEST(cursors, are_there_for_every_tool) {
     std::set<std::string> seen;
     for (int id : {3155, 3156, 3157, 3158, 3159, 3160, 3161, 2}) {
         CursHandle handle = GetCursor(id);
@@ -135,7 +135,7 @@ TEST(Cursors, AreThereForEveryTool) {
     EXPECT_EQ(GetCursor(3162), nullptr);
 }
 
-TEST(Cursors, HaveAWhiteEdgeSoThatTheyShowOnBlack) {
+TEST(cursors, have_a_white_edge_so_that_they_show_on_black) {
     for (int id : {3155, 3156, 3157, 3158, 3159, 3160, 3161, 2}) {
         const Cursor& c = **GetCursor(id);
         int white = 0, black = 0;
@@ -148,7 +148,7 @@ TEST(Cursors, HaveAWhiteEdgeSoThatTheyShowOnBlack) {
     }
 }
 
-TEST(Cursors, StartAndEndOfAnEventMirrorEachOther) {
+TEST(cursors, start_and_end_of_an_event_mirror_each_other) {
     const Cursor &start = **GetCursor(3156), &end = **GetCursor(3157);
     int left = 0, right = 0;
     for (int v = 0; v < 16; v++) {
@@ -159,14 +159,14 @@ TEST(Cursors, StartAndEndOfAnEventMirrorEachOther) {
     EXPECT_GT(left, 20) << "the edge that is dragged";
 }
 
-TEST(Art, AStripIsReadCellByCell) {
+TEST(art, a_strip_is_read_cell_by_cell) {
     auto cells = art_cells("\na bb\n#. .#\n.. ##\n\na\n#\n");
     EXPECT_EQ(cells.at("bb"), (art_rows{".#", "##"}));
     EXPECT_EQ(cells.at("a"), (art_rows{"#"})) << "the later one";
     EXPECT_EQ(art_picture("\n#\n.##\n"), (art_rows{"#..", ".##"}));
 }
 
-TEST(Art, EveryPictureAndCursorIsARectangleOfKnownLetters) {
+TEST(art, every_picture_and_cursor_is_a_rectangle_of_known_letters) {
     for (const char* text : PICTURE_ART) {
         art_rows rows = art_picture(text);
         for (const std::string& row : rows) {

@@ -34,10 +34,10 @@ inline std::vector<unsigned char> pascal(const std::string& s) {
 }
 
 // A test with a current port of 16 by 12 pixels, and the toolbox as new around it.
-class Canvas : public testing::Test {
+class canvas_test : public testing::Test {
 protected:
-    Canvas() { open(16, 12); }
-    ~Canvas() override {
+    canvas_test() { open(16, 12); }
+    ~canvas_test() override {
         toolbox_reset();
         toolbox_port_free(port);
     }

@@ -26,9 +26,9 @@ void note_action(ControlHandle control, int16_t part) {
 }
 
 // A vertical bar 15 by 132: arrows 0..15 and 116..131, a trough of 100 between, the thumb 16 long, 84 to travel.
-class Controls : public Canvas {
+class controls_test : public canvas_test {
 protected:
-    Controls() {
+    controls_test() {
         open(100, 160);
         toolbox_port_setorigin(port, 1000, 2000);
         toolbox_platform hooks;
@@ -56,14 +56,14 @@ protected:
 
 } // namespace
 
-TEST_F(Controls, ArrowsAreSixteenPixelsAtEachEnd) {
+TEST_F(controls_test, arrows_are_sixteen_pixels_at_each_end) {
     EXPECT_EQ(part_at(0), kControlUpButtonPart);
     EXPECT_EQ(part_at(15), kControlUpButtonPart);
     EXPECT_EQ(part_at(116), kControlDownButtonPart);
     EXPECT_EQ(part_at(131), kControlDownButtonPart);
 }
 
-TEST_F(Controls, BetweenTheArrowsLieThePagesAndTheThumb) {
+TEST_F(controls_test, between_the_arrows_lie_the_pages_and_the_thumb) {
     EXPECT_EQ(part_at(16), kControlIndicatorPart);
     EXPECT_EQ(part_at(31), kControlIndicatorPart);
     EXPECT_EQ(part_at(32), kControlPageDownPart);
@@ -76,7 +76,7 @@ TEST_F(Controls, BetweenTheArrowsLieThePagesAndTheThumb) {
     EXPECT_EQ(part_at(99), kControlPageUpPart);
 }
 
-TEST_F(Controls, PartNumbersAreTheOnesCallersTestFor) {
+TEST_F(controls_test, part_numbers_are_the_ones_callers_test_for) {
     EXPECT_EQ(kControlUpButtonPart, 20);
     EXPECT_EQ(kControlDownButtonPart, 21);
     EXPECT_EQ(kControlPageUpPart, 22);
@@ -84,7 +84,7 @@ TEST_F(Controls, PartNumbersAreTheOnesCallersTestFor) {
     EXPECT_EQ(kControlIndicatorPart, 129);
 }
 
-TEST_F(Controls, OutsideThereIsNone) {
+TEST_F(controls_test, outside_there_is_none) {
     ControlHandle found = bar;
     EXPECT_EQ(FindControl(point(95, 20), port, &found), 0);
     EXPECT_EQ(found, nullptr);
@@ -93,7 +93,7 @@ TEST_F(Controls, OutsideThereIsNone) {
     EXPECT_EQ(FindControl(point(80, 20), nullptr, &found), 0);
 }
 
-TEST_F(Controls, OneWithNothingToScrollIsFoundButHasNoPart) {
+TEST_F(controls_test, one_with_nothing_to_scroll_is_found_but_has_no_part) {
     SetControlMaximum(bar, 0);
     EXPECT_EQ(part_at(5), 0);
     SetControlMaximum(bar, 10);
@@ -109,7 +109,7 @@ TEST_F(Controls, OneWithNothingToScrollIsFoundButHasNoPart) {
     EXPECT_EQ(part_at(5), kControlUpButtonPart);
 }
 
-TEST_F(Controls, ValuesAreHeldBetweenZeroAndTheMaximum) {
+TEST_F(controls_test, values_are_held_between_zero_and_the_maximum) {
     SetControlValue(bar, 1000);
     EXPECT_EQ(GetControlValue(bar), 84);
     SetControlValue(bar, -5);
@@ -124,12 +124,12 @@ TEST_F(Controls, ValuesAreHeldBetweenZeroAndTheMaximum) {
     EXPECT_EQ(GetControlMaximum(bar), 32767);
 }
 
-TEST_F(Controls, TheActionRunsOnceForThePressAlone) {
+TEST_F(controls_test, the_action_runs_once_for_the_press_alone) {
     EXPECT_EQ(track(3), kControlUpButtonPart);
     EXPECT_EQ(actions, std::vector<int16_t>{kControlUpButtonPart});
 }
 
-TEST_F(Controls, TheActionRunsForEveryHeldPlaceInsideThePart) {
+TEST_F(controls_test, the_action_runs_for_every_held_place_inside_the_part) {
     hold(5);
     hold(40); // outside the arrow
     hold(15);
@@ -138,7 +138,7 @@ TEST_F(Controls, TheActionRunsForEveryHeldPlaceInsideThePart) {
     EXPECT_EQ(actions.size(), 3u);
 }
 
-TEST_F(Controls, APageStopsWhenTheThumbReachesThePointer) {
+TEST_F(controls_test, a_page_stops_when_the_thumb_reaches_the_pointer) {
     page_step = 20;
     for (int i = 0; i < 10; i++) hold(60);
     track(60);
@@ -146,7 +146,7 @@ TEST_F(Controls, APageStopsWhenTheThumbReachesThePointer) {
     EXPECT_EQ(actions.size(), 2u);
 }
 
-TEST_F(Controls, TheThumbIsDraggedByWhereItWasTaken) {
+TEST_F(controls_test, the_thumb_is_dragged_by_where_it_was_taken) {
     hold(18 + 30);
     hold(18 + 50);
     EXPECT_EQ(TrackControl(bar, point(85, 10 + 18), nullptr), kControlIndicatorPart);
@@ -154,7 +154,7 @@ TEST_F(Controls, TheThumbIsDraggedByWhereItWasTaken) {
     EXPECT_TRUE(actions.empty());
 }
 
-TEST_F(Controls, TheThumbReachesBothEnds) {
+TEST_F(controls_test, the_thumb_reaches_both_ends) {
     hold(500);
     TrackControl(bar, point(85, 10 + 18), nullptr);
     EXPECT_EQ(GetControlValue(bar), 0) << "too far away";
@@ -166,7 +166,7 @@ TEST_F(Controls, TheThumbReachesBothEnds) {
     EXPECT_EQ(GetControlValue(bar), 0);
 }
 
-TEST_F(Controls, AThumbDraggedFarAwayJumpsBack) {
+TEST_F(controls_test, a_thumb_dragged_far_away_jumps_back) {
     SetControlValue(bar, 33);
     hold(80);
     hold(80, 20);
@@ -174,14 +174,14 @@ TEST_F(Controls, AThumbDraggedFarAwayJumpsBack) {
     EXPECT_EQ(GetControlValue(bar), 33);
 }
 
-TEST_F(Controls, AThumbThatIsOnlyPressedKeepsAValueFinerThanAPixel) {
+TEST_F(controls_test, a_thumb_that_is_only_pressed_keeps_a_value_finer_than_a_pixel) {
     SetControlMaximum(bar, 8400);
     SetControlValue(bar, 4242);
     TrackControl(bar, point(85, 10 + 16 + 42 + 8), nullptr);
     EXPECT_EQ(GetControlValue(bar), 4242);
 }
 
-TEST_F(Controls, TrackingKeepsTheCurrentPortAndItsClip) {
+TEST_F(controls_test, tracking_keeps_the_current_port_and_its_clip) {
     Rect small = rect(1, 1, 2, 2);
     ClipRect(&small);
     GrafPtr other = toolbox_port_new(5, 5);
@@ -201,7 +201,7 @@ TEST_F(Controls, TrackingKeepsTheCurrentPortAndItsClip) {
     toolbox_port_free(other);
 }
 
-TEST_F(Controls, ADrawnBarStaysInsideItsBounds) {
+TEST_F(controls_test, a_drawn_bar_stays_inside_its_bounds) {
     Rect nothing = rect(0, 0, 0, 0);
     ClipRect(&nothing);
     toolbox_drawcontrols(port);
@@ -214,7 +214,7 @@ TEST_F(Controls, ADrawnBarStaysInsideItsBounds) {
     EXPECT_NE(at(87, 20), WHITE);
 }
 
-TEST_F(Controls, TheThumbGrowsWithTheShareInView) {
+TEST_F(controls_test, the_thumb_grows_with_the_share_in_view) {
     toolbox_control_setviewsize(bar, 84);
     EXPECT_EQ(part_at(16 + 49), kControlIndicatorPart);
     EXPECT_EQ(part_at(16 + 50), kControlPageDownPart);
@@ -222,7 +222,7 @@ TEST_F(Controls, TheThumbGrowsWithTheShareInView) {
     EXPECT_EQ(part_at(16 + 16), kControlPageDownPart) << "never shorter than its least";
 }
 
-TEST_F(Controls, AHorizontalBarIsLaidOutAlongItsWidth) {
+TEST_F(controls_test, a_horizontal_bar_is_laid_out_along_its_width) {
     Rect r = rect(0, 145, 80, 160);
     ControlHandle flat = toolbox_control_new(port, &r), found = nullptr;
     SetControlMaximum(flat, 10);
@@ -235,7 +235,7 @@ TEST_F(Controls, AHorizontalBarIsLaidOutAlongItsWidth) {
     EXPECT_EQ(FindControl(point(64, 150), port, &found), 0);
 }
 
-TEST_F(Controls, ABarTooShortForAThumbStillHasArrows) {
+TEST_F(controls_test, a_bar_too_short_for_a_thumb_still_has_arrows) {
     for (int length : {0, 1, 10, 31, 33, 47, 48}) {
         Rect r = rect(0, 0, 15, length);
         toolbox_control_setbounds(bar, &r);

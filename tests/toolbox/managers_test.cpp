@@ -50,9 +50,9 @@ struct machine {
     }
 };
 
-class Managers : public Canvas {
+class managers_test : public canvas_test {
 protected:
-    Managers() {
+    managers_test() {
         toolbox_platform hooks = world.hooks();
         toolbox_setplatform(&hooks);
     }
@@ -60,9 +60,9 @@ protected:
     machine world;
 };
 
-using Menus = Managers;
-using Scrap = Managers;
-using Pointer = Managers;
+using menus_test = managers_test;
+using scrap_test = managers_test;
+using pointer_test = managers_test;
 
 ScrapRef clipboard_scrap() {
     ScrapRef scrap = nullptr;
@@ -78,7 +78,7 @@ int32_t size_of(FlavorType flavor) {
 
 } // namespace
 
-TEST_F(Menus, TheRoleMenuHasItsItemsInTheirPlaces) {
+TEST_F(menus_test, the_role_menu_has_its_items_in_their_places) {
     MenuHandle menu = GetMenu(3155);
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(GetMenuID(menu), 3155);
@@ -94,7 +94,7 @@ TEST_F(Menus, TheRoleMenuHasItsItemsInTheirPlaces) {
     ReleaseResource(menu);
 }
 
-TEST_F(Menus, AChoiceIsTheMenuAndTheItem) {
+TEST_F(menus_test, a_choice_is_the_menu_and_the_item) {
     MenuHandle menu = GetMenu(3155);
     InsertMenu(menu, kInsertHierarchicalMenu);
     world.choice = 4;
@@ -107,7 +107,7 @@ TEST_F(Menus, AChoiceIsTheMenuAndTheItem) {
     ReleaseResource(menu);
 }
 
-TEST_F(Menus, ADisabledItemASeparatorOrNoItemCannotBeChosen) {
+TEST_F(menus_test, a_disabled_item_a_separator_or_no_item_cannot_be_chosen) {
     MenuHandle menu = GetMenu(3155);
     InsertMenu(menu, kInsertHierarchicalMenu);
     DisableMenuItem(menu, 3);
@@ -123,7 +123,7 @@ TEST_F(Menus, ADisabledItemASeparatorOrNoItemCannotBeChosen) {
     ReleaseResource(menu);
 }
 
-TEST_F(Menus, OnlyAListedMenuPopsUp) {
+TEST_F(menus_test, only_a_listed_menu_pops_up) {
     MenuHandle menu = GetMenu(3155);
     world.choice = 1;
     EXPECT_EQ(PopUpMenuSelect(menu, 0, 0, 1), 0);
@@ -134,7 +134,7 @@ TEST_F(Menus, OnlyAListedMenuPopsUp) {
     ReleaseResource(menu);
 }
 
-TEST_F(Menus, MarksAreKept) {
+TEST_F(menus_test, marks_are_kept) {
     MenuHandle menu = GetMenu(3155);
     EXPECT_EQ(GetItemMark(menu, 2), noMark);
     SetItemMark(menu, 2, 165);
@@ -146,7 +146,7 @@ TEST_F(Menus, MarksAreKept) {
     ReleaseResource(nullptr);
 }
 
-TEST_F(Scrap, TextGoesToTheMachineAndComesBack) {
+TEST_F(scrap_test, text_goes_to_the_machine_and_comes_back) {
     ScrapRef scrap = clipboard_scrap();
     EXPECT_EQ(PutScrapFlavor(scrap, kScrapFlavorTypeText, 0, 4, "0 60"), noErr);
     EXPECT_EQ(world.clipboard, "0 60");
@@ -162,7 +162,7 @@ TEST_F(Scrap, TextGoesToTheMachineAndComesBack) {
     EXPECT_EQ(size, 6);
 }
 
-TEST_F(Scrap, AnAbsentFlavorIsAnError) {
+TEST_F(scrap_test, an_absent_flavor_is_an_error) {
     ScrapRef scrap = clipboard_scrap();
     FlavorFlags flags = 9;
     int32_t size = 9;
@@ -179,7 +179,7 @@ TEST_F(Scrap, AnAbsentFlavorIsAnError) {
     EXPECT_NE(ClearScrap(nullptr), noErr);
 }
 
-TEST_F(Scrap, ClearingEmptiesTheMachinesToo) {
+TEST_F(scrap_test, clearing_empties_the_machines_too) {
     ScrapRef scrap = clipboard_scrap();
     PutScrapFlavor(scrap, kScrapFlavorTypeText, 0, 1, "x");
     PutScrapFlavor(scrap, 0x41424344, 0, 2, "yz");
@@ -190,7 +190,7 @@ TEST_F(Scrap, ClearingEmptiesTheMachinesToo) {
     EXPECT_EQ(scrap, clipboard_scrap());
 }
 
-TEST_F(Scrap, WithoutAMachineTheProgramKeepsItsOwn) {
+TEST_F(scrap_test, without_a_machine_the_program_keeps_its_own) {
     toolbox_setplatform(nullptr);
     ScrapRef scrap = clipboard_scrap();
     PutScrapFlavor(scrap, kScrapFlavorTypeText, 0, 2, "ab");
@@ -201,7 +201,7 @@ TEST_F(Scrap, WithoutAMachineTheProgramKeepsItsOwn) {
     EXPECT_EQ(size_of(kScrapFlavorTypeText), 0);
 }
 
-TEST(Handles, KeepTheirBytesAndGrowWithZeroes) {
+TEST(handles, keep_their_bytes_and_grow_with_zeroes) {
     Handle h = NewHandle(3);
     ASSERT_NE(h, nullptr);
     EXPECT_EQ(MemError(), noErr);
@@ -220,7 +220,7 @@ TEST(Handles, KeepTheirBytesAndGrowWithZeroes) {
     DisposeHandle(h);
 }
 
-TEST(Handles, ALockedOneNeitherMovesNorGrows) {
+TEST(handles, a_locked_one_neither_moves_nor_grows) {
     Handle h = NewHandle(8);
     char* before = *h;
     HLock(h);
@@ -236,7 +236,7 @@ TEST(Handles, ALockedOneNeitherMovesNorGrows) {
     DisposeHandle(h);
 }
 
-TEST(Handles, RefuseWhatCannotBe) {
+TEST(handles, refuse_what_cannot_be) {
     EXPECT_EQ(NewHandle(-1), nullptr);
     EXPECT_EQ(MemError(), memFullErr);
     Handle h = NewHandle(1);
@@ -252,7 +252,7 @@ TEST(Handles, RefuseWhatCannotBe) {
     DisposeHandle(h);
 }
 
-TEST_F(Pointer, IsToldInThePortsCoordinates) {
+TEST_F(pointer_test, is_told_in_the_ports_coordinates) {
     toolbox_port_setorigin(port, 100, 50);
     world.pointer = point(110, 70);
     world.down = true;
@@ -265,7 +265,7 @@ TEST_F(Pointer, IsToldInThePortsCoordinates) {
     EXPECT_EQ(GetCurrentKeyModifiers(), 0x0800);
 }
 
-TEST_F(Pointer, TakesAnImageAndGivesItBack) {
+TEST_F(pointer_test, takes_an_image_and_gives_it_back) {
     EXPECT_EQ(toolbox_cursor(), nullptr);
     Cursor pencil = **GetCursor(3161);
     SetCursor(&pencil);
@@ -278,7 +278,7 @@ TEST_F(Pointer, TakesAnImageAndGivesItBack) {
     EXPECT_EQ(world.cursors_set, 2);
 }
 
-TEST_F(Pointer, HidesNest) {
+TEST_F(pointer_test, hides_nest) {
     HideCursor();
     HideCursor();
     ShowCursor();
@@ -292,7 +292,7 @@ TEST_F(Pointer, HidesNest) {
     EXPECT_EQ(world.hidden, (std::vector<bool>{true, false, true, false}));
 }
 
-TEST_F(Pointer, TheGrayRegionIsTheScreen) {
+TEST_F(pointer_test, the_gray_region_is_the_screen) {
     Rect r;
     GetRegionBounds(GetGrayRgn(), &r);
     Rect screen = rect(0, 0, 800, 600);

@@ -38,7 +38,7 @@ double least_among_tracks(int count) {
 
 } // namespace
 
-TEST(ColourScience, AgreesWithPublishedDifferences) {
+TEST(colour_science, agrees_with_published_differences) {
     // Pairs of the data set that goes with the formula (Sharma, Wu, Dalal 2005).
     EXPECT_NEAR(colour::difference({50, 2.6772, -79.7751}, {50, 0, -82.7485}), 2.0425, 1e-4);
     EXPECT_NEAR(colour::difference({50, -1, 2}, {50, 0, 0}), 2.3669, 1e-4);
@@ -46,20 +46,20 @@ TEST(ColourScience, AgreesWithPublishedDifferences) {
     EXPECT_NEAR(colour::difference({2.0776, 0.0795, -1.1350}, {0.9033, -0.0636, -0.5514}), 0.9082, 1e-4);
 }
 
-TEST(ColourScience, ContrastRunsFromOneToTwentyOne) {
+TEST(colour_science, contrast_runs_from_one_to_twenty_one) {
     EXPECT_NEAR(colour::contrast(colour::linear(0, 0, 0), colour::linear(255, 255, 255)), 21, 1e-9);
     EXPECT_NEAR(colour::contrast(colour::linear(9, 9, 9), colour::linear(9, 9, 9)), 1, 1e-9);
 }
 
-TEST(Palette, AllThirtyTwoTrackColoursStayEightApartForAllEyes) {
+TEST(palette, all_thirty_two_track_colours_stay_eight_apart_for_all_eyes) {
     EXPECT_GE(least_among_tracks(32), 8.0);
 }
 
-TEST(Palette, TheFirstSixteenTracksStayTenApartForAllEyes) {
+TEST(palette, the_first_sixteen_tracks_stay_ten_apart_for_all_eyes) {
     EXPECT_GE(least_among_tracks(16), 10.0);
 }
 
-TEST(Palette, TrackColoursStayEightApartFromWhatTheyAreDrawnOn) {
+TEST(palette, track_colours_stay_eight_apart_from_what_they_are_drawn_on) {
     const colour::rgb white = colour::linear(255, 255, 255);
     for (int t = 1; t <= 32; t++) {
         colour::rgb c = shown(index_of_track(t));
@@ -71,14 +71,14 @@ TEST(Palette, TrackColoursStayEightApartFromWhatTheyAreDrawnOn) {
     }
 }
 
-TEST(Palette, TextReadsAtFourAndAHalf) {
+TEST(palette, text_reads_at_four_and_a_half) {
     EXPECT_GE(colour::contrast(shown(1), shown(22)), 4.5);
     EXPECT_GE(colour::contrast(shown(1), shown(0)), 4.5);
     EXPECT_GE(colour::contrast(shown(26), shown(0)), 4.5);
     EXPECT_GE(colour::contrast(shown(1), colour::linear(0x80, 0x80, 0x80)), 4.5) << "a shaded tool";
 }
 
-TEST(Palette, ForegroundIsBlackAndStandsInForUnknownIndices) {
+TEST(palette, foreground_is_black_and_stands_in_for_unknown_indices) {
     for (int i : {1, -1, 48, 1000}) {
         RGBColor c = palette_color(i);
         EXPECT_EQ(c.red, 0);

@@ -5,11 +5,11 @@
 
 namespace {
 
-using Ports = Canvas;
+using ports_test = canvas_test;
 
 } // namespace
 
-TEST_F(Ports, ANewOneIsWhiteAndAsLargeAsAsked) {
+TEST_F(ports_test, a_new_one_is_white_and_as_large_as_asked) {
     Rect r;
     EXPECT_EQ(GetPortBounds(port, &r), &r);
     Rect wanted = rect(0, 0, 16, 12);
@@ -18,7 +18,7 @@ TEST_F(Ports, ANewOneIsWhiteAndAsLargeAsAsked) {
     EXPECT_TRUE(EmptyRect(GetPortBounds(nullptr, &r)));
 }
 
-TEST_F(Ports, ResizingKeepsTheTopLeftAndWhitensTheRest) {
+TEST_F(ports_test, resizing_keeps_the_top_left_and_whitens_the_rest) {
     open(4, 3);
     Rect all = rect(0, 0, 4, 3);
     PaintRect(&all);
@@ -34,7 +34,7 @@ TEST_F(Ports, ResizingKeepsTheTopLeftAndWhitensTheRest) {
     EXPECT_EQ(toolbox_port_width(port), 0);
 }
 
-TEST_F(Ports, ClipSurvivesAResize) {
+TEST_F(ports_test, clip_survives_a_resize) {
     Rect clip = rect(1, 0, 30, 1);
     ClipRect(&clip);
     toolbox_port_resize(port, 4, 2);
@@ -43,7 +43,7 @@ TEST_F(Ports, ClipSurvivesAResize) {
     EXPECT_EQ(art(), ".###\n....\n");
 }
 
-TEST_F(Ports, PointsGoToTheScreenAndBack) {
+TEST_F(ports_test, points_go_to_the_screen_and_back) {
     toolbox_port_setorigin(port, 100, 40);
     Point p = point(3, 4);
     LocalToGlobal(&p);
@@ -55,7 +55,7 @@ TEST_F(Ports, PointsGoToTheScreenAndBack) {
     EXPECT_TRUE(EqualPt(p, point(3, 4)));
 }
 
-TEST_F(Ports, GatherWhatMustBeDrawnAnew) {
+TEST_F(ports_test, gather_what_must_be_drawn_anew) {
     EXPECT_FALSE(toolbox_port_isinvalid(port));
     Rect a = rect(1, 1, 3, 3), b = rect(8, 8, 99, 99), c = rect(2, 2, 3, 3);
     InvalWindowRect(port, &a);
@@ -76,14 +76,14 @@ TEST_F(Ports, GatherWhatMustBeDrawnAnew) {
     DisposeRgn(rgn);
 }
 
-TEST_F(Ports, OutsideTheBitmapNothingNeedsDrawing) {
+TEST_F(ports_test, outside_the_bitmap_nothing_needs_drawing) {
     Rect away = rect(50, 50, 60, 60);
     InvalWindowRect(port, &away);
     EXPECT_FALSE(toolbox_port_isinvalid(port));
     EXPECT_FALSE(toolbox_port_takeinvalid(port, nullptr));
 }
 
-TEST_F(Ports, TellWhetherAnythingWasDrawn) {
+TEST_F(ports_test, tell_whether_anything_was_drawn) {
     EXPECT_TRUE(toolbox_port_takechanged(port)) << "a new port has not been shown";
     EXPECT_FALSE(toolbox_port_takechanged(port));
     Rect away = rect(50, 50, 60, 60), here = rect(0, 0, 1, 1);
@@ -95,7 +95,7 @@ TEST_F(Ports, TellWhetherAnythingWasDrawn) {
     EXPECT_TRUE(toolbox_port_takechanged(port));
 }
 
-TEST_F(Ports, AFreedPortIsNoLongerCurrent) {
+TEST_F(ports_test, a_freed_port_is_no_longer_current) {
     GrafPtr other = toolbox_port_new(3, 3), now = port;
     SetPort(other);
     toolbox_port_free(other);
@@ -104,7 +104,7 @@ TEST_F(Ports, AFreedPortIsNoLongerCurrent) {
     toolbox_port_free(nullptr);
 }
 
-TEST_F(Ports, ResetStateIsAsNew) {
+TEST_F(ports_test, reset_state_is_as_new) {
     foreground(0xFF0000);
     PenSize(3, 3);
     PenMode(patXor);

@@ -10,9 +10,9 @@ namespace {
 
 constexpr int WIDTH = 61, HEIGHT = 43;
 
-class RandomDrawing : public Canvas {
+class random_drawing_test : public canvas_test {
 protected:
-    RandomDrawing() { open(WIDTH, HEIGHT); }
+    random_drawing_test() { open(WIDTH, HEIGHT); }
 
     void start(unsigned seed) {
         std::printf("seed %u\n", seed);
@@ -112,7 +112,7 @@ protected:
 
 } // namespace
 
-TEST_F(RandomDrawing, IsTheSameAsOnePixelAtATime) {
+TEST_F(random_drawing_test, is_the_same_as_one_pixel_at_a_time) {
     start(71);
     for (int step = 0; step < 20000; step++) {
         any_state();
@@ -121,7 +121,7 @@ TEST_F(RandomDrawing, IsTheSameAsOnePixelAtATime) {
     }
 }
 
-TEST_F(RandomDrawing, AVisibleRegionCutsLikeAClip) {
+TEST_F(random_drawing_test, a_visible_region_cuts_like_a_clip) {
     start(72);
     for (int round = 0; round < 200; round++) {
         any_clip();

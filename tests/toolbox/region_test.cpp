@@ -81,7 +81,7 @@ void combine(region_op op, RgnHandle a, RgnHandle b, RgnHandle dst) {
 
 } // namespace
 
-TEST(Regions, RandomAlgebraAgreesWithBitmaps) {
+TEST(regions, random_algebra_agrees_with_bitmaps) {
     const unsigned seed = 20240607;
     std::printf("seed %u\n", seed);
     generator g(seed);
@@ -107,7 +107,7 @@ TEST(Regions, RandomAlgebraAgreesWithBitmaps) {
     }
 }
 
-TEST(Regions, EqualPixelsAreEqualRecordsHoweverTheyCameAbout) {
+TEST(regions, equal_pixels_are_equal_records_however_they_came_about) {
     generator g(5);
     for (int round = 0; round < 200; round++) {
         toolbox_region a, b, both, other_way;
@@ -125,7 +125,7 @@ TEST(Regions, EqualPixelsAreEqualRecordsHoweverTheyCameAbout) {
     }
 }
 
-TEST(Regions, OfOneRectangleAnswerForItsPixels) {
+TEST(regions, of_one_rectangle_answer_for_its_pixels) {
     RgnHandle r = NewRgn();
     EXPECT_TRUE(EmptyRgn(r));
     SetRectRgn(r, 2, 3, 5, 7);
@@ -143,7 +143,7 @@ TEST(Regions, OfOneRectangleAnswerForItsPixels) {
     DisposeRgn(nullptr);
 }
 
-TEST(Regions, HaveHolesAndIslands) {
+TEST(regions, have_holes_and_islands) {
     RgnHandle ring = NewRgn(), hole = NewRgn(), island = NewRgn();
     SetRectRgn(ring, 0, 0, 10, 10);
     SetRectRgn(hole, 2, 2, 8, 8);
@@ -160,7 +160,7 @@ TEST(Regions, HaveHolesAndIslands) {
     for (RgnHandle r : {ring, hole, island}) DisposeRgn(r);
 }
 
-TEST(Regions, MovedBeyondSixteenBitsLoseOnlyWhatLiesOutside) {
+TEST(regions, moved_beyond_sixteen_bits_lose_only_what_lies_outside) {
     toolbox_region r = region_of(rect(0, 0, 10, 10)), low = region_of(rect(0, 20, 40, 30));
     UnionRgn(&r, &low, &r);
     OffsetRgn(&r, INT16_MAX - 20, 0);
@@ -174,9 +174,9 @@ TEST(Regions, MovedBeyondSixteenBitsLoseOnlyWhatLiesOutside) {
     EXPECT_TRUE(EmptyRgn(&r));
 }
 
-using Clipping = Canvas;
+using clipping_test = canvas_test;
 
-TEST_F(Clipping, CutsToAnyUnionOfRectangles) {
+TEST_F(clipping_test, cuts_to_any_union_of_rectangles) {
     open(8, 4);
     RgnHandle clip = NewRgn(), more = NewRgn();
     SetRectRgn(clip, 0, 0, 3, 2);
@@ -193,7 +193,7 @@ TEST_F(Clipping, CutsToAnyUnionOfRectangles) {
     DisposeRgn(more);
 }
 
-TEST_F(Clipping, IsCopiedInAndOut) {
+TEST_F(clipping_test, is_copied_in_and_out) {
     Rect small = rect(1, 1, 3, 3);
     ClipRect(&small);
     RgnHandle saved = NewRgn(), now = NewRgn();

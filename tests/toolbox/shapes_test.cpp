@@ -5,7 +5,7 @@
 
 namespace {
 
-using Shapes = Canvas;
+using shapes_test = canvas_test;
 
 void grey_pattern() {
     Pattern p{};
@@ -15,7 +15,7 @@ void grey_pattern() {
 
 } // namespace
 
-TEST_F(Shapes, ALinePaintsBothItsEnds) {
+TEST_F(shapes_test, a_line_paints_both_its_ends) {
     open(8, 3);
     MoveTo(1, 1);
     LineTo(5, 1);
@@ -27,14 +27,14 @@ TEST_F(Shapes, ALinePaintsBothItsEnds) {
     EXPECT_TRUE(EqualPt(pen, point(5, 1)));
 }
 
-TEST_F(Shapes, ALineToItsOwnStartIsOnePixel) {
+TEST_F(shapes_test, a_line_to_its_own_start_is_one_pixel) {
     open(3, 3);
     MoveTo(1, 1);
     LineTo(1, 1);
     EXPECT_EQ(art(), "...\n.#.\n...\n");
 }
 
-TEST_F(Shapes, ThePenHangsRightOfAndBelowTheLine) {
+TEST_F(shapes_test, the_pen_hangs_right_of_and_below_the_line) {
     open(8, 5);
     PenSize(1, 2);
     MoveTo(1, 1);
@@ -49,7 +49,7 @@ TEST_F(Shapes, ThePenHangsRightOfAndBelowTheLine) {
                      "........\n");
 }
 
-TEST_F(Shapes, ASlantedLineStepsOncePerPixelOfItsLongerSide) {
+TEST_F(shapes_test, a_slanted_line_steps_once_per_pixel_of_its_longer_side) {
     open(7, 4);
     MoveTo(0, 0);
     LineTo(6, 3);
@@ -59,7 +59,7 @@ TEST_F(Shapes, ASlantedLineStepsOncePerPixelOfItsLongerSide) {
                      ".....##\n");
 }
 
-TEST_F(Shapes, ALineIsTheSameFromEitherEnd) {
+TEST_F(shapes_test, a_line_is_the_same_from_either_end) {
     for (int h = -6; h <= 6; h++) {
         for (int v = -6; v <= 6; v++) {
             open(16, 16);
@@ -74,7 +74,7 @@ TEST_F(Shapes, ALineIsTheSameFromEitherEnd) {
     }
 }
 
-TEST_F(Shapes, APenWithoutSizeDrawsNothingButMoves) {
+TEST_F(shapes_test, a_pen_without_size_draws_nothing_but_moves) {
     PenSize(0, 1);
     MoveTo(1, 1);
     LineTo(9, 1);
@@ -86,7 +86,7 @@ TEST_F(Shapes, APenWithoutSizeDrawsNothingButMoves) {
     EXPECT_TRUE(EqualPt(pen, point(9, 1)));
 }
 
-TEST_F(Shapes, AFrameStaysInsideItsRectangle) {
+TEST_F(shapes_test, a_frame_stays_inside_its_rectangle) {
     open(8, 6);
     Rect r = rect(1, 1, 7, 5);
     FrameRect(&r);
@@ -98,7 +98,7 @@ TEST_F(Shapes, AFrameStaysInsideItsRectangle) {
                      "........\n");
 }
 
-TEST_F(Shapes, AThickFrameGrowsInwardUntilItIsFull) {
+TEST_F(shapes_test, a_thick_frame_grows_inward_until_it_is_full) {
     open(8, 6);
     Rect r = rect(1, 1, 7, 5);
     PenSize(2, 1);
@@ -117,7 +117,7 @@ TEST_F(Shapes, AThickFrameGrowsInwardUntilItIsFull) {
         << "each pixel once, or the second frame would not undo the first";
 }
 
-TEST_F(Shapes, AnEmptyRectangleDrawsNothing) {
+TEST_F(shapes_test, an_empty_rectangle_draws_nothing) {
     for (Rect r : {rect(3, 3, 3, 9), rect(3, 3, 9, 3), rect(9, 9, 3, 3)}) {
         PaintRect(&r);
         FrameRect(&r);
@@ -125,7 +125,7 @@ TEST_F(Shapes, AnEmptyRectangleDrawsNothing) {
     EXPECT_EQ(count(WHITE), 16 * 12);
 }
 
-TEST_F(Shapes, PaintFillsAndEraseTakesTheBackground) {
+TEST_F(shapes_test, paint_fills_and_erase_takes_the_background) {
     open(6, 4);
     Rect all = rect(0, 0, 6, 4), hole = rect(1, 1, 3, 3);
     PaintRect(&all);
@@ -141,7 +141,7 @@ TEST_F(Shapes, PaintFillsAndEraseTakesTheBackground) {
     EXPECT_EQ(at(1, 1), 0xFF112233u);
 }
 
-TEST_F(Shapes, NothingLeavesTheBitmap) {
+TEST_F(shapes_test, nothing_leaves_the_bitmap) {
     Rect huge = rect(-40000, -40000, 40000, 40000);
     PaintRect(&huge);
     EXPECT_EQ(count(BLACK), 16 * 12);
@@ -152,7 +152,7 @@ TEST_F(Shapes, NothingLeavesTheBitmap) {
     EXPECT_GT(count(WHITE), 12);
 }
 
-TEST_F(Shapes, GreyDrawsEveryOtherPixelInTheForegroundTheRestInTheBackground) {
+TEST_F(shapes_test, grey_draws_every_other_pixel_in_the_foreground_the_rest_in_the_background) {
     open(4, 2);
     grey_pattern();
     Rect all = rect(0, 0, 4, 2);
@@ -160,7 +160,7 @@ TEST_F(Shapes, GreyDrawsEveryOtherPixelInTheForegroundTheRestInTheBackground) {
     EXPECT_EQ(art(), "#.#.\n.#.#\n");
 }
 
-TEST_F(Shapes, PatternsAreAlignedToThePortNotToTheShape) {
+TEST_F(shapes_test, patterns_are_aligned_to_the_port_not_to_the_shape) {
     open(8, 4);
     grey_pattern();
     Rect left = rect(0, 0, 3, 4), right = rect(3, 0, 8, 4);
@@ -169,7 +169,7 @@ TEST_F(Shapes, PatternsAreAlignedToThePortNotToTheShape) {
     EXPECT_EQ(art(), "#.#.#.#.\n.#.#.#.#\n#.#.#.#.\n.#.#.#.#\n");
 }
 
-TEST_F(Shapes, ExclusiveOrTwiceRestoresThePicture) {
+TEST_F(shapes_test, exclusive_or_twice_restores_the_picture) {
     open(16, 12);
     foreground(0x2A6CD0);
     Rect some = rect(2, 2, 9, 9), band = rect(1, 3, 12, 11);
@@ -185,7 +185,7 @@ TEST_F(Shapes, ExclusiveOrTwiceRestoresThePicture) {
     EXPECT_TRUE(std::equal(before.begin(), before.end(), toolbox_port_pixels(port)));
 }
 
-TEST_F(Shapes, MinimumKeepsTheDarkerOfEachComponentAndIsIdempotent) {
+TEST_F(shapes_test, minimum_keeps_the_darker_of_each_component_and_is_idempotent) {
     foreground(0x10F0A0);
     Rect all = rect(0, 0, 16, 12);
     PaintRect(&all);
@@ -198,7 +198,7 @@ TEST_F(Shapes, MinimumKeepsTheDarkerOfEachComponentAndIsIdempotent) {
     EXPECT_EQ(count(0xFF108080u), 16 * 12);
 }
 
-TEST_F(Shapes, OrAndClearModesTouchOnlySetBits) {
+TEST_F(shapes_test, or_and_clear_modes_touch_only_set_bits) {
     open(4, 1);
     foreground(0x405060);
     grey_pattern();
@@ -212,7 +212,7 @@ TEST_F(Shapes, OrAndClearModesTouchOnlySetBits) {
     EXPECT_EQ(count(WHITE), 4);
 }
 
-TEST_F(Shapes, PenNormalResetsSizeModeAndPatternButNotThePlaceOrTheColour) {
+TEST_F(shapes_test, pen_normal_resets_size_mode_and_pattern_but_not_the_place_or_the_colour) {
     PenSize(5, 5);
     PenMode(patXor);
     grey_pattern();
@@ -224,7 +224,7 @@ TEST_F(Shapes, PenNormalResetsSizeModeAndPatternButNotThePlaceOrTheColour) {
     EXPECT_EQ(at(3, 3), 0xFF102030u);
 }
 
-TEST_F(Shapes, TheForegroundComesBackWithAllSixteenBits) {
+TEST_F(shapes_test, the_foreground_comes_back_with_all_sixteen_bits) {
     RGBColor given{0x6D60, 0x1234, 0xFFFE}, got{};
     RGBForeColor(&given);
     GetForeColor(&got);
@@ -233,7 +233,7 @@ TEST_F(Shapes, TheForegroundComesBackWithAllSixteenBits) {
     EXPECT_EQ(got.blue, given.blue);
 }
 
-TEST_F(Shapes, WithoutAPortNothingIsDrawnAndNothingFails) {
+TEST_F(shapes_test, without_a_port_nothing_is_drawn_and_nothing_fails) {
     SetPort(nullptr);
     Rect r = rect(0, 0, 5, 5);
     PaintRect(&r);
@@ -250,7 +250,7 @@ TEST_F(Shapes, WithoutAPortNothingIsDrawnAndNothingFails) {
     EXPECT_EQ(count(WHITE), 16 * 12);
 }
 
-TEST_F(Shapes, UnknownPatternsLeaveTheCallersAlone) {
+TEST_F(shapes_test, unknown_patterns_leave_the_callers_alone) {
     Pattern p{{1, 2, 3, 4, 5, 6, 7, 8}};
     GetIndPattern(&p, 0, 0);
     GetIndPattern(&p, 0, 7);

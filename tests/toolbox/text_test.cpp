@@ -7,9 +7,9 @@
 
 namespace {
 
-class Text : public Canvas {
+class text_test : public canvas_test {
 protected:
-    Text() {
+    text_test() {
         open(60, 20);
         TextFont(3);
         TextSize(9);
@@ -24,7 +24,7 @@ unsigned ink_of(const font_glyph& g) {
 
 } // namespace
 
-TEST_F(Text, DrawsWithTheLeftEndOfItsBaselineAtThePen) {
+TEST_F(text_test, draws_with_the_left_end_of_its_baseline_at_the_pen) {
     open(12, 12);
     draw_string("1g", 1, 10);
     EXPECT_EQ(art(), "............\n"
@@ -45,7 +45,7 @@ TEST_F(Text, DrawsWithTheLeftEndOfItsBaselineAtThePen) {
     EXPECT_EQ(pen.v, 10);
 }
 
-TEST_F(Text, AStringIsAsWideAsItsCharacters) {
+TEST_F(text_test, a_string_is_as_wide_as_its_characters) {
     for (int face : {kFacePlain, kFaceBold, kFaceUnderline}) {
         TextFace(face);
         int sum = 0;
@@ -55,7 +55,7 @@ TEST_F(Text, AStringIsAsWideAsItsCharacters) {
     EXPECT_EQ(string_width(""), 0);
 }
 
-TEST_F(Text, UnderlineIsAsWideAsPlainAndBoldDigitsAreAsWideAsPlainOnes) {
+TEST_F(text_test, underline_is_as_wide_as_plain_and_bold_digits_are_as_wide_as_plain_ones) {
     int plain = string_width("Time 12"), digits = string_width("1234567890");
     TextFace(kFaceUnderline);
     EXPECT_EQ(string_width("Time 12"), plain);
@@ -64,14 +64,14 @@ TEST_F(Text, UnderlineIsAsWideAsPlainAndBoldDigitsAreAsWideAsPlainOnes) {
     EXPECT_EQ(string_width("1234567890"), digits);
 }
 
-TEST_F(Text, TakesAllTwoHundredAndFiftyFiveCharacters) {
+TEST_F(text_test, takes_all_two_hundred_and_fifty_five_characters) {
     std::string longest(255, 'i');
     EXPECT_EQ(string_width(longest), 255 * CharWidth('i'));
     draw_string(longest, -100, 10);
     EXPECT_GT(count(BLACK), 0);
 }
 
-TEST_F(Text, MeasuresPartsOfAText) {
+TEST_F(text_test, measures_parts_of_a_text) {
     EXPECT_EQ(TextWidth("xxABCyy", 2, 3), string_width("ABC"));
     open(20, 14);
     MoveTo(0, 10);
@@ -82,7 +82,7 @@ TEST_F(Text, MeasuresPartsOfAText) {
     EXPECT_EQ(art(), part);
 }
 
-TEST_F(Text, UnderlineRunsBelowTheBaselineAndStopsAtDescenders) {
+TEST_F(text_test, underline_runs_below_the_baseline_and_stops_at_descenders) {
     open(24, 14);
     TextFace(kFaceUnderline);
     draw_string("age", 1, 10);
@@ -94,7 +94,7 @@ TEST_F(Text, UnderlineRunsBelowTheBaselineAndStopsAtDescenders) {
     EXPECT_EQ(row.substr(6, 5), ".##..") << "only the g's own tail";
 }
 
-TEST_F(Text, BoldIsHeavierThanPlain) {
+TEST_F(text_test, bold_is_heavier_than_plain) {
     draw_string("Vel 64", 2, 14);
     int plain = count(BLACK);
     open(60, 20);
@@ -103,7 +103,7 @@ TEST_F(Text, BoldIsHeavierThanPlain) {
     EXPECT_GT(count(BLACK), plain * 5 / 4);
 }
 
-TEST_F(Text, OrLeavesTheGroundCopyBringsItsOwnExclusiveOrUndoesItself) {
+TEST_F(text_test, or_leaves_the_ground_copy_brings_its_own_exclusive_or_undoes_itself) {
     foreground(0xDDE2EA);
     Rect all = rect(0, 0, 60, 20);
     PaintRect(&all);
@@ -122,7 +122,7 @@ TEST_F(Text, OrLeavesTheGroundCopyBringsItsOwnExclusiveOrUndoesItself) {
     EXPECT_TRUE(std::equal(before.begin(), before.end(), toolbox_port_pixels(port)));
 }
 
-TEST_F(Text, AClipCutsThroughGlyphs) {
+TEST_F(text_test, a_clip_cuts_through_glyphs) {
     draw_string("Wq", 2, 14);
     std::vector<uint32_t> whole(toolbox_port_pixels(port), toolbox_port_pixels(port) + 60 * 20);
     open(60, 20);
@@ -137,7 +137,7 @@ TEST_F(Text, AClipCutsThroughGlyphs) {
     }
 }
 
-TEST_F(Text, InfoTellsTheStrike) {
+TEST_F(text_test, info_tells_the_strike) {
     FontInfo info{};
     GetFontInfo(&info);
     EXPECT_EQ(info.ascent, 10);
@@ -145,7 +145,7 @@ TEST_F(Text, InfoTellsTheStrike) {
     EXPECT_GE(info.widMax, CharWidth('W'));
 }
 
-TEST_F(Text, TheSystemFontIsExchangedAndKept) {
+TEST_F(text_test, the_system_font_is_exchanged_and_kept) {
     int16_t family = LMGetSysFontFam(), size = LMGetSysFontSize();
     LMSetSysFontFam(3);
     LMSetSysFontSize(9);
@@ -156,14 +156,14 @@ TEST_F(Text, TheSystemFontIsExchangedAndKept) {
     LMSetSysFontSize(size);
 }
 
-TEST(Font, HasAllOfPrintableLatinOne) {
+TEST(font, has_all_of_printable_latin_one) {
     for (int code = 0; code < 256; code++) {
         bool printable = (code >= 0x20 && code <= 0x7E) || code >= 0xA0;
         EXPECT_EQ(font_has(code), printable) << std::hex << code;
     }
 }
 
-TEST(Font, EveryGlyphHasInkInsideItsBoxAndSpacesHaveNone) {
+TEST(font, every_glyph_has_ink_inside_its_box_and_spaces_have_none) {
     for (bool bold : {false, true}) {
         for (size_t code = 0x20; code < 256; code++) {
             const font_glyph& g = font_get(bold).glyphs[code];
@@ -178,7 +178,7 @@ TEST(Font, EveryGlyphHasInkInsideItsBoxAndSpacesHaveNone) {
     }
 }
 
-TEST(Font, NoTwoCharactersLookAlikeButThoseThatMay) {
+TEST(font, no_two_characters_look_alike_but_those_that_may) {
     const auto& glyphs = font_get(false).glyphs;
     for (size_t a = 0x21; a < 256; a++) {
         for (size_t b = a + 1; b < 256; b++) {
@@ -190,13 +190,13 @@ TEST(Font, NoTwoCharactersLookAlikeButThoseThatMay) {
     }
 }
 
-TEST(Font, DigitsAreOfOneWidthInBothWeights) {
+TEST(font, digits_are_of_one_width_in_both_weights) {
     for (bool bold : {false, true}) {
         for (size_t c = '0'; c <= '9'; c++) EXPECT_EQ(font_get(bold).glyphs[c].advance, 6);
     }
 }
 
-TEST(Font, CapitalsStandOnTheBaselineAndAccentsFitAboveThem) {
+TEST(font, capitals_stand_on_the_baseline_and_accents_fit_above_them) {
     for (size_t c = 'A'; c <= 'Z'; c++) {
         const auto& rows = font_get(false).glyphs[c].rows;
         EXPECT_NE(rows[FONT_ASCENT - 1], 0) << static_cast<char>(c);
@@ -210,14 +210,14 @@ TEST(Font, CapitalsStandOnTheBaselineAndAccentsFitAboveThem) {
     }
 }
 
-TEST(Font, DescendersAreWhole) {
+TEST(font, descenders_are_whole) {
     for (char c : {'g', 'j', 'p', 'q', 'y'}) {
         const auto& rows = font_get(false).glyphs[static_cast<unsigned char>(c)].rows;
         EXPECT_NE(rows[FONT_HEIGHT - 1], 0) << c;
     }
 }
 
-TEST(Font, AnAccentedLetterHoldsItsLetter) {
+TEST(font, an_accented_letter_holds_its_letter) {
     const auto& glyphs = font_get(false).glyphs;
     for (auto [accented, letter] :
          {std::pair{0xE9, 'e'}, {0xE4, 'a'}, {0xF1, 'n'}, {0xC9, 'E'}, {0xDC, 'U'}}) {
