@@ -17,7 +17,7 @@ enum class note_style {
     lines     // a line for each moment at which notes begin: its position and their names
 };
 
-// The style for standard error: a progress line where that is a terminal that can write over a line.
+// The style for standard error: a progress line where that is a terminal that can write over a line. [main]
 note_style note_style_here(bool quiet);
 
 // Shows on standard error what leaves through the note-out boxes between its making and its end.

@@ -22,4 +22,5 @@ struct built_in_patch {
     std::string_view name;
     std::string_view text;
 };
+// All of them, by name. They last as long as the program. [both]
 std::span<const built_in_patch> built_in_patches();

@@ -32,6 +32,8 @@ enum class follow_kind {
     accompaniment, // any other note of the score
     off            // the performer let go of the note
 };
+
+// As the printed lines have it, "matched". [both]
 const char* name_of(follow_kind kind);
 
 struct follow_output {

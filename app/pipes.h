@@ -41,5 +41,6 @@ private:
 
 // Has `write` write the file `out`; where that is "-", a temporary one called `name`, which is then copied to standard
 // output. An empty string, or why it could not be: in the words of `write`, behind "standard output: " for "-".
+// [main]
 std::string write_out(const std::string& out, const std::string& name,
                       const std::function<std::string(const std::string&)>& write);

@@ -24,7 +24,7 @@ struct qt_box_look {
     void paint(QPainter& to, const QWidget& in, bool down) const;
 };
 
-// Where an inlet or outlet lies in a box, pixels from its left: its middle.
+// Where an inlet or outlet lies in a box, pixels from its left: its middle. [main]
 double qt_port_middle(int port);
 
 // A widget for the box, a child of the view. [main]

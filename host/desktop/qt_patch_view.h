@@ -18,9 +18,10 @@ enum class qt_box_press {
     open   // a double click, or a key, opens its window
 };
 
+// [main]
 qt_box_press qt_press_of(const kel_box& box);
 
-// What stands in a box, as UTF-8: its class and arguments; of a message and a comment the arguments alone.
+// What stands in a box, as UTF-8: its class and arguments; of a message and a comment the arguments alone. [main]
 QString qt_text_of(const kel_box& box);
 
 class qt_patch_view : public QWidget {

@@ -27,4 +27,7 @@ struct kel_cord {
     host_object* to;
     int inlet;
 };
+
+// The cords of one outlet in the order in which they were made, and in which they carry. Borrowed: valid until a cord of it
+// is made or taken away. [main]
 std::span<const kel_cord> kel_cords(const host_object* from, int outlet);

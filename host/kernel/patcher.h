@@ -65,7 +65,10 @@ host_object* kel_make(symbol* class_name, std::span<const atom> arguments);
 // Frees one object of a patcher, with its box and the cords to it. [main]
 void kel_patcher_remove(host_patcher* p, host_object* x);
 
+// Its objects in the order of making, borrowed. [main]
 const std::vector<host_object*>& kel_patcher_objects(const host_patcher* p);
+
+// Whether something in it was changed that a save would keep. [main]
 bool kel_patcher_changed(const host_patcher* p);
 void kel_patcher_setchanged(host_patcher* p, bool changed);
 

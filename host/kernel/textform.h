@@ -11,7 +11,7 @@
 
 #include "host/kernel/atombuf.h"
 
-// Reads text into an empty document; tells what is wrong with it, if anything. Pure.
+// Reads text into an empty document; tells what is wrong with it, if anything. Pure. [both]
 std::optional<kel_form_error> kel_parse_text(std::span<const std::byte> text, kel_document* document);
 
 // The same piece by piece. Each piece but the last must end behind a line feed, which no atom can hold.
@@ -32,12 +32,12 @@ private:
 };
 
 // Adds a value as it stands in the text form: a number as its digits, a float with a point, a symbol in quotes when it
-// would not be read back without them. Pure.
+// would not be read back without them. Pure. [both]
 void kel_format_symbol(std::string_view symbol, std::string* out);
 void kel_format_long(std::int32_t value, std::string* out);
 void kel_format_float(float value, std::string* out);
 
-// Adds the atoms with a blank between two, without the end of a line.
+// Adds the atoms with a blank between two, without the end of a line. Pure. [both]
 void kel_format_atoms(std::span<const atom> atoms, std::string* out);
 
 // Formats lines (linecode.h) a piece at a time: the symbols are given as they stand in the text form.

@@ -30,6 +30,7 @@ private:
 // All windows there are, in the order of making. [main]
 const std::vector<host_window*>& kel_windows();
 
+// As UTF-8; borrowed until it is set anew. [main]
 const std::string& kel_window_title(const host_window* w);
 
 // The pointer's button goes down in a visible window: the object's "click". A hidden window gets nothing. What the click

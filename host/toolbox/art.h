@@ -12,7 +12,7 @@
 using art_rows = std::vector<std::string>;
 
 // A strip's first line names its cells and every further line has one row of each, separated by blanks; an empty line ends
-// it. Later cells of a name replace earlier ones.
+// it. Later cells of a name replace earlier ones. Pure. [both]
 std::map<std::string, art_rows> art_cells(std::string_view text);
-// The lines of a picture, empty ones left out, filled up with '.' to the longest.
+// The lines of a picture, empty ones left out, filled up with '.' to the longest. Pure. [both]
 art_rows art_picture(std::string_view text);
