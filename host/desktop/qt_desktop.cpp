@@ -29,11 +29,7 @@ constexpr int LOOK_EVERY_MS = 1000;
 constexpr int USUAL_COPY_SECONDS = 30; // a crash loses half a minute
 const QString RECENT = QStringLiteral("files/recent");
 const QString FOLDER = QStringLiteral("files/folder");
-const QString INPUT = QStringLiteral("midi/input");
-const QString OUTPUT = QStringLiteral("midi/output");
-const QString HEAR = QStringLiteral("midi/hear");
 const QString COPY_SECONDS = QStringLiteral("files/copy-seconds");
-const QString SYNTH = QStringLiteral("midi/synth");
 
 std::string file_name(const QString& file) {
     return QFile::encodeName(file).toStdString();
@@ -72,6 +68,8 @@ qt_desktop::qt_desktop(desk_program& program) : behind(program) {
                 QTimer::singleShot(0, window, [window] { window->inspect(); });
         }
     };
+    used.changed = [this] { show_devices(); };
+    used.failed = [this](const QString& why) { tell_all(why); };
     QObject::connect(&timer, &QTimer::timeout, [this] { look_after(); });
     timer.start(LOOK_EVERY_MS);
 }
@@ -88,7 +86,7 @@ qt_desktop::~qt_desktop() {
 qt_editor_window* qt_desktop::show(std::unique_ptr<desk_document> document) {
     auto* const window = new qt_editor_window(*this, std::move(document));
     windows.push_back(window);
-    window->show_devices(devices_text(), trouble_text());
+    window->show_devices(used.text(), used.trouble());
     window->show();
     window->frame();
     return window;
@@ -189,81 +187,14 @@ void qt_desktop::clear_recent() {
     kept.remove(RECENT);
 }
 
-// ---------------------------------------------------------------------------------------------------------------------
-// Devices
-
-QString qt_desktop::devices_text() {
-    QStringList parts;
-    for (const desk_port& p : behind.inputs()) {
-        if (p.chosen) parts.append(QStringLiteral("In: ") + QString::fromStdString(p.name));
-    }
-    for (const desk_port& p : behind.outputs()) {
-        if (p.chosen) parts.append(QStringLiteral("Out: ") + QString::fromStdString(p.name));
-    }
-    if (behind.synth()) parts.append(QStringLiteral("Synth"));
-    if (!sound_trouble.isEmpty()) parts.append(QStringLiteral("No sound"));
-    if (!port_trouble.isEmpty()) parts.append(QStringLiteral("No MIDI"));
-    return parts.isEmpty() ? QStringLiteral("No MIDI port, no synth") : parts.join(QStringLiteral("  ·  "));
-}
-
-QString qt_desktop::trouble_text() const {
-    QStringList lines;
-    if (!sound_trouble.isEmpty()) lines.append(QStringLiteral("No sound: ") + sound_trouble);
-    if (!port_trouble.isEmpty())
-        lines.append(QStringLiteral("No MIDI: ") +
-                     QString(port_trouble).remove(QStringLiteral("this machine has no MIDI: ")));
-    return lines.join(QStringLiteral("; "));
-}
-
 void qt_desktop::show_devices() {
-    for (qt_editor_window* window : windows) window->show_devices(devices_text(), trouble_text());
+    for (qt_editor_window* window : windows) window->show_devices(used.text(), used.trouble());
 }
 
 void qt_desktop::tell_all(const QString& text) {
     for (qt_editor_window* window : windows) window->say(text);
     patches.tell_all(text);
 }
-
-void qt_desktop::choose_port(bool input, const QString& name) {
-    const std::string wanted = name.toStdString();
-    const qt_in_kernel now;
-    const std::string why = input ? behind.choose_input(wanted) : behind.choose_output(wanted);
-    kept.setValue(input ? INPUT : OUTPUT, name);
-    if (!why.empty()) tell_all(QString::fromStdString(why));
-    show_devices();
-}
-
-void qt_desktop::set_synth(bool on) {
-    const qt_in_kernel now;
-    sound_trouble = QString::fromStdString(behind.set_synth(on));
-    kept.setValue(SYNTH, on);
-    show_devices();
-}
-
-void qt_desktop::set_hears_input(bool on) {
-    behind.set_hears_input(on);
-    kept.setValue(HEAR, on);
-}
-
-// As they were chosen last; at the first start the synth.
-void qt_desktop::open_devices() {
-    const QString input = kept.value(INPUT).toString();
-    const QString output = kept.value(OUTPUT).toString();
-    const bool synth = kept.value(SYNTH, output.isEmpty()).toBool();
-    behind.set_hears_input(kept.value(HEAR, false).toBool());
-    const qt_in_kernel now;
-    port_trouble = QString::fromStdString(behind.why_no_midi());
-    const auto reopen = [this](const QString& name, std::string why) {
-        if (!name.isEmpty() && !why.empty()) port_trouble = QString::fromStdString(why);
-    };
-    if (!input.isEmpty()) reopen(input, behind.choose_input(input.toStdString()));
-    if (!output.isEmpty()) reopen(output, behind.choose_output(output.toStdString()));
-    if (synth) sound_trouble = QString::fromStdString(behind.set_synth(true));
-    show_devices();
-    if (const QString trouble = trouble_text(); !trouble.isEmpty()) tell_all(trouble);
-}
-
-// ---------------------------------------------------------------------------------------------------------------------
 
 void qt_desktop::tell_console() {
     for (const std::string& line : behind.console()) tell_all(plain_line(line));
@@ -318,7 +249,7 @@ bool qt_desktop::offer_copies() {
 
 qt_asks qt_desktop::asks() {
     return {[this](QWidget* asking) { ask_to_open(asking); }, [this](QWidget* asking) { show_help(asking); },
-            [this] { quit(); }};
+            [this](QMenu* menu) { used.fill_menu(menu, [this] { behind.panic(); }); }, [this] { quit(); }};
 }
 
 void qt_desktop::show_help(QWidget* asking) {
@@ -377,7 +308,7 @@ int desktop_run(int argc, char** argv,
             return 0;
         }
         // The window first: a synth takes its time.
-        QTimer::singleShot(0, [&desktop] { desktop.open_devices(); });
+        QTimer::singleShot(0, [&desktop] { desktop.devices().open(); });
         status = QApplication::exec();
         qt_start_turns(-1, nullptr);
     }

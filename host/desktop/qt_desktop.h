@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "host/desktop/desk.h"
+#include "host/desktop/qt_devices.h"
 #include "host/desktop/qt_patches.h"
 
 class qt_editor_window;
@@ -46,17 +47,11 @@ public:
     void add_recent(const QString& file);
     void clear_recent();
 
-    // Devices, remembered for the next start. What cannot be is said in the window's status line.
-    void choose_port(bool input, const QString& name);
-    void set_synth(bool on);
-    void set_hears_input(bool on);
-    void open_devices();
+    // What a person chose to play to and from; a choice that cannot be is said in every window's status line.
+    qt_devices& devices() { return used; }
 
     // Offers what a program that did not end as it should has left; true when a window came of it.
     bool offer_copies();
-    QString devices_text();
-    QString trouble_text() const; // what is missing, and why
-
     qt_asks asks(); // for the windows of patches
     void show_help(QWidget* asking);
     void show_about(QWidget* asking);
@@ -69,11 +64,10 @@ private:
     void tell_all(const QString& text);
 
     desk_program& behind;
-    qt_patches patches{behind, asks()};
     QSettings kept;
+    qt_devices used{behind, kept};
+    qt_patches patches{behind, asks()};
     std::vector<qt_editor_window*> windows;
     QTimer timer; // for looking after everything, once a second
     int looks = 0;
-    QString sound_trouble;
-    QString port_trouble;
 };

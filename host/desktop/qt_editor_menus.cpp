@@ -163,7 +163,13 @@ void qt_editor_window::make_menus() {
     fill_file_menu(menuBar()->addMenu(QStringLiteral("&File")));
     fill_edit_menu(menuBar()->addMenu(QStringLiteral("&Edit")));
     fill_play_menu(menuBar()->addMenu(QStringLiteral("&Play")));
-    fill_midi_menu(menuBar()->addMenu(QStringLiteral("&MIDI")));
+    desktop.devices().fill_menu(menuBar()->addMenu(QStringLiteral("&MIDI")), [this] {
+        act([this] {
+            shown->stop();
+            desktop.program().panic();
+            return std::string();
+        });
+    });
     fill_view_menu(menuBar()->addMenu(QStringLiteral("&View")));
     fill_help_menu(menuBar()->addMenu(QStringLiteral("&Help")));
 }
@@ -249,54 +255,6 @@ void qt_editor_window::fill_play_menu(QMenu* menu) {
     add(menu, QStringLiteral("Slo&wer"), Qt::Key_BracketLeft, [this] { change_speed(1 / SPEED_STEP); });
     add(menu, QStringLiteral("F&aster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
     add(menu, QStringLiteral("As wr&itten"), Qt::Key_Backslash, [this] { change_speed(0); });
-}
-
-void qt_editor_window::fill_ports(QMenu* menu, bool input) {
-    menu->clear();
-    auto* const group = new QActionGroup(menu);
-    bool any = false;
-    const auto entry = [&](const QString& text, const QString& name, bool chosen) {
-        QAction* const a = menu->addAction(QString(text).replace('&', "&&"));
-        a->setCheckable(true);
-        a->setChecked(chosen);
-        group->addAction(a);
-        connect(a, &QAction::triggered, this, [this, input, name] { desktop.choose_port(input, name); });
-        any = any || chosen;
-    };
-    desk_program& program = desktop.program();
-    for (const desk_port& p : input ? program.inputs() : program.outputs())
-        entry(QString::fromStdString(p.name), QString::fromStdString(p.name), p.chosen);
-    if (menu->isEmpty()) {
-        const std::string why = program.why_no_midi();
-        menu->addAction(why.empty() ? QStringLiteral("No ports") : QString::fromStdString(why))
-            ->setEnabled(false);
-    }
-    menu->addSeparator();
-    entry(QStringLiteral("None"), QString(), !any);
-}
-
-void qt_editor_window::fill_midi_menu(QMenu* menu) {
-    for (const bool input : {true, false}) {
-        QMenu* const ports = menu->addMenu(input ? QStringLiteral("&Input") : QStringLiteral("&Output"));
-        connect(ports, &QMenu::aboutToShow, this, [this, ports, input] { fill_ports(ports, input); });
-    }
-    QAction* const synth = menu->addAction(QStringLiteral("&Synth"));
-    synth->setCheckable(true);
-    connect(synth, &QAction::triggered, this, [this](bool wanted) { desktop.set_synth(wanted); });
-    connect(menu, &QMenu::aboutToShow, this, [this, synth] { synth->setChecked(desktop.program().synth()); });
-    QAction* const hear = menu->addAction(QStringLiteral("&Hear the input"));
-    hear->setCheckable(true);
-    connect(hear, &QAction::triggered, this, [this](bool wanted) { desktop.set_hears_input(wanted); });
-    connect(menu, &QMenu::aboutToShow, this,
-            [this, hear] { hear->setChecked(desktop.program().hears_input()); });
-    menu->addSeparator();
-    add(menu, QStringLiteral("&Panic: end every note"), QKeySequence(QStringLiteral("Ctrl+.")), [this] {
-        act([this] {
-            shown->stop();
-            desktop.program().panic();
-            return std::string();
-        });
-    });
 }
 
 void qt_editor_window::fill_roles(QMenu* menu) {

@@ -69,11 +69,9 @@ private:
     void fill_file_menu(QMenu* menu);
     void fill_edit_menu(QMenu* menu);
     void fill_play_menu(QMenu* menu);
-    void fill_midi_menu(QMenu* menu);
     void fill_view_menu(QMenu* menu);
     void fill_help_menu(QMenu* menu);
     QAction* add(QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> does);
-    void fill_ports(QMenu* menu, bool input);
     void fill_roles(QMenu* menu);
     void fill_tracks(QMenu* menu);
     void show_patch();

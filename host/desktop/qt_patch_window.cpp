@@ -86,6 +86,7 @@ void qt_patch_window::make_menu() {
     // Not from inside of the item, whose window goes.
     add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")),
         [this] { QTimer::singleShot(0, hooks.desktop.quit); });
+    hooks.desktop.midi(menuBar()->addMenu(QStringLiteral("&MIDI")));
     add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
         QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }

@@ -95,6 +95,7 @@ void qt_score_window::make_menus() {
         zooms(desk_zoom::value_in));
     add(look, QStringLiteral("&Lower rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Down")),
         zooms(desk_zoom::value_out));
+    hooks.desktop.midi(menuBar()->addMenu(QStringLiteral("&MIDI")));
     add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
         QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <fstream>
 
 #include "tests/desktop/editor_on_screen.h"
 #include "tests/desktop/live_test.h"
@@ -149,6 +150,23 @@ TEST_F(live_editor_play, what_comes_in_is_heard_when_that_was_chosen) {
     play_keys(jack_peer::now() + 100'000, {{0, 65, 50, 3}});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return peer->heard().size() >= 2; }));
     EXPECT_EQ(notes().at(0).bytes, (std::array<int, 3>{0x92, 65, 100}));
+}
+
+TEST_F(live_editor_play, a_patch_by_itself_plays_from_and_to_the_ports_that_its_menu_chose) {
+    std::ofstream(file("through.kel"))
+        << "#N notein;\n#P box 10 10;\n#N noteout;\n#P box 10 60;\n#P cord 0 0 1 0;\n#P cord 0 1 1 1;\n"
+           "#P cord 0 2 1 2;\n";
+    editor->open({file("through.kel")}, "through.kel");
+    for (const char* menu : {"i", "o"}) {
+        editor->screen->key("alt+m");
+        editor->screen->key(menu);
+        editor->screen->key("Return"); // the first of them
+    }
+    ASSERT_TRUE(peer->joined_both_ways()) << editor->program->err();
+    play_keys(jack_peer::now() + 200'000, {{0, 65, 50, 3}});
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return peer->heard().size() >= 2; }));
+    EXPECT_EQ(notes().at(0).bytes, (std::array<int, 3>{0x92, 65, 100}));
+    editor->quit();
 }
 
 // Of the distances from the usual one, that which ninety-nine of a hundred notes keep below.

@@ -226,6 +226,40 @@ TEST_F(patch_files_test, windows_of_patches_have_help_tools_zoom_and_what_their_
     EXPECT_NE(contents(file).find("#X 0 60 64 300 1 1 0 0;"), std::string::npos) << contents(file);
 }
 
+TEST_F(patch_files_test, windows_of_patches_choose_what_the_program_plays_to_and_from) {
+    qt_patch_window* const w = open(write("mine.kel", PATCH));
+    ASSERT_NE(w, nullptr);
+    press(w, 0);
+    const auto item = [](QMainWindow* of, const QString& text) {
+        QAction* found = nullptr;
+        for (QAction* top : of->menuBar()->actions()) {
+            if (top->text() != QStringLiteral("&MIDI")) continue;
+            emit top->menu()->aboutToShow();
+            for (QAction* a : top->menu()->actions()) {
+                if (a->text().remove('&').startsWith(text)) found = a;
+            }
+        }
+        EXPECT_NE(found, nullptr) << text.toStdString();
+        return found;
+    };
+    qt_score_window* const score = windows<qt_score_window>().at(0);
+    for (const char* text : {"Input", "Output", "Synth", "Hear the input", "Panic"}) {
+        ASSERT_NE(item(w, QString::fromLatin1(text)), nullptr);
+        ASSERT_NE(item(score, QString::fromLatin1(text)), nullptr);
+    }
+    EXPECT_FALSE(program->hears_input());
+    item(w, QStringLiteral("Hear"))->trigger();
+    EXPECT_TRUE(program->hears_input());
+    EXPECT_TRUE(item(score, QStringLiteral("Hear"))->isChecked());
+    item(score, QStringLiteral("Hear"))->trigger();
+    EXPECT_FALSE(program->hears_input());
+    QMenu* const outputs = item(w, QStringLiteral("Output"))->menu();
+    emit outputs->aboutToShow();
+    ASSERT_FALSE(outputs->isEmpty());
+    EXPECT_EQ(outputs->actions().back()->text(), QStringLiteral("None"));
+    EXPECT_TRUE(outputs->actions().back()->isChecked());
+}
+
 TEST_F(patch_files_test, saving_where_that_cannot_be_done_says_why_and_keeps_the_name) {
     const std::string file = write("mine.kel", PATCH);
     std::function<void(const std::string&)> console;
