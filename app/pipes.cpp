@@ -15,6 +15,18 @@
 namespace {
 
 constexpr std::size_t PIECE = 65536;
+constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
+
+// What a signal's handler takes away. Written by cleaned_by_signals alone, before a handler is there and once none is.
+std::string file_to_clean;
+std::string folder_to_clean;
+
+void clean_and_end(int which) {
+    unlink(file_to_clean.c_str());
+    if (!folder_to_clean.empty()) rmdir(folder_to_clean.c_str());
+    std::signal(which, SIG_DFL);
+    std::raise(which);
+}
 
 std::string temporary_folder() {
     const char* named = std::getenv("TMPDIR");
@@ -44,6 +56,24 @@ bool copy_all(FILE* from, FILE* to) {
 
 } // namespace
 
+cleaned_by_signals::cleaned_by_signals(const std::string& file, const std::string& folder) {
+    file_to_clean = file;
+    folder_to_clean = folder;
+    struct sigaction how {};
+    how.sa_handler = clean_and_end;
+    sigemptyset(&how.sa_mask);
+    for (std::size_t i = 0; i < endings.size(); ++i) {
+        sigaction(endings[i], nullptr, &before[i]);
+        if (before[i].sa_handler == SIG_DFL) sigaction(endings[i], &how, nullptr);
+    }
+}
+
+cleaned_by_signals::~cleaned_by_signals() {
+    for (std::size_t i = 0; i < endings.size(); ++i) {
+        if (before[i].sa_handler == SIG_DFL) sigaction(endings[i], &before[i], nullptr);
+    }
+}
+
 spooled_input::spooled_input(std::string& error) {
     std::vector<char> start(PIECE);
     start.resize(std::fread(start.data(), 1, start.size(), stdin));
@@ -56,6 +86,7 @@ spooled_input::spooled_input(std::string& error) {
         return;
     }
     file = name;
+    cleaned.emplace(file);
     const bool whole = std::fwrite(start.data(), 1, start.size(), to) == start.size() && copy_all(stdin, to);
     if (!whole) error = std::strerror(errno);
     std::fclose(to);
@@ -73,6 +104,7 @@ spooled_output::spooled_output(const std::string& name, std::string& error) {
     }
     folder = made;
     file = folder + "/" + name;
+    cleaned.emplace(file, folder);
 }
 
 spooled_output::~spooled_output() {

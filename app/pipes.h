@@ -2,8 +2,24 @@
 // Layer: program.
 #pragma once
 
+#include <array>
+#include <csignal>
 #include <functional>
+#include <optional>
 #include <string>
+
+// While it lasts, a signal that would end the program takes a temporary file away first, and the folder made for it, if
+// any. Where a signal does something else already, it goes on doing that. One at a time. [main]
+class cleaned_by_signals {
+public:
+    explicit cleaned_by_signals(const std::string& file, const std::string& folder = "");
+    ~cleaned_by_signals();
+    cleaned_by_signals(const cleaned_by_signals&) = delete;
+    cleaned_by_signals& operator=(const cleaned_by_signals&) = delete;
+
+private:
+    std::array<struct sigaction, 3> before{};
+};
 
 // Standard input to its end, in a temporary file whose name's ending tells the kind that its first bytes show. The file
 // goes with the scope.
@@ -18,6 +34,7 @@ public:
 
 private:
     std::string file;
+    std::optional<cleaned_by_signals> cleaned;
 };
 
 // A temporary folder that goes, with the one file in it, with the scope: for output that is then copied.
@@ -37,6 +54,7 @@ private:
 
     std::string folder;
     std::string file;
+    std::optional<cleaned_by_signals> cleaned;
 };
 
 // Has `write` write the file `out`; where that is "-", a temporary one called `name`, which is then copied to standard

@@ -1,7 +1,10 @@
 // tests/app/list_command_test.cpp: `brisolan list`, and what the program says of files that it cannot read.
 // Test layer.
+#include <csignal>
 #include <filesystem>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "tests/app/command_test.h"
@@ -106,6 +109,30 @@ TEST_F(list_command_test, standard_input_is_called_so) {
         ASSERT_EQ(told.size(), 1U);
         EXPECT_TRUE(told[0].starts_with("brisolan: standard input: ")) << told[0];
     }
+}
+
+TEST_F(list_command_test, a_signal_while_standard_input_is_read_leaves_no_temporary_file) {
+    const std::filesystem::path temporary = folder / "temporary";
+    std::filesystem::create_directory(temporary);
+    const auto left = [&temporary] {
+        return std::distance(std::filesystem::directory_iterator(temporary),
+                             std::filesystem::directory_iterator());
+    };
+    const std::string pipe = file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    process list(
+        folder, "list",
+        {"/bin/sh", "-c",
+         "TMPDIR='" + temporary.string() + "' exec '" + BRISOLAN_PROGRAM + "' list - < '" + pipe + "'"});
+    // More than the program looks at before it keeps any of it, and then no end.
+    const int to = open(pipe.c_str(), O_RDWR);
+    const std::string much(100'000, ' ');
+    ASSERT_EQ(write(to, much.data(), much.size()), static_cast<ssize_t>(much.size()));
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&left] { return left() == 1; }));
+    list.send(SIGTERM);
+    EXPECT_EQ(list.wait(PATIENCE_MS), 128 + SIGTERM);
+    EXPECT_EQ(left(), 0);
+    close(to);
 }
 
 TEST_F(list_command_test, misuse_is_told_with_status_2) {
