@@ -28,6 +28,23 @@ void clean_and_end(int which) {
     std::raise(which);
 }
 
+// Holds those signals back while it lasts.
+class signals_wait {
+public:
+    signals_wait() {
+        sigset_t held;
+        sigemptyset(&held);
+        for (const int which : endings) sigaddset(&held, which);
+        sigprocmask(SIG_BLOCK, &held, &before);
+    }
+    ~signals_wait() { sigprocmask(SIG_SETMASK, &before, nullptr); }
+    signals_wait(const signals_wait&) = delete;
+    signals_wait& operator=(const signals_wait&) = delete;
+
+private:
+    sigset_t before{};
+};
+
 std::string temporary_folder() {
     const char* named = std::getenv("TMPDIR");
     return named && *named ? named : "/tmp";
@@ -78,15 +95,19 @@ spooled_input::spooled_input(std::string& error) {
     std::vector<char> start(PIECE);
     start.resize(std::fread(start.data(), 1, start.size(), stdin));
     const char* ending = ending_of({start.data(), start.size()});
-    std::string name = temporary_folder() + "/brisolan-XXXXXX" + ending;
-    const int fd = mkstemps(name.data(), static_cast<int>(std::strlen(ending)));
-    FILE* to = fd < 0 ? nullptr : fdopen(fd, "wb");
-    if (!to) {
-        error = no_temporary();
-        return;
+    FILE* to = nullptr;
+    {
+        const signals_wait until_it_can_be_cleaned;
+        std::string name = temporary_folder() + "/brisolan-XXXXXX" + ending;
+        const int fd = mkstemps(name.data(), static_cast<int>(std::strlen(ending)));
+        to = fd < 0 ? nullptr : fdopen(fd, "wb");
+        if (!to) {
+            error = no_temporary();
+            return;
+        }
+        file = name;
+        cleaned.emplace(file);
     }
-    file = name;
-    cleaned.emplace(file);
     const bool whole = std::fwrite(start.data(), 1, start.size(), to) == start.size() && copy_all(stdin, to);
     if (!whole) error = std::strerror(errno);
     std::fclose(to);
@@ -97,6 +118,7 @@ spooled_input::~spooled_input() {
 }
 
 spooled_output::spooled_output(const std::string& name, std::string& error) {
+    const signals_wait until_it_can_be_cleaned;
     std::string made = temporary_folder() + "/brisolan-XXXXXX";
     if (!mkdtemp(made.data())) {
         error = no_temporary();
