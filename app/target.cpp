@@ -5,15 +5,21 @@
 #include "host/kernel/dispatch.h"
 #include "host/kernel/files.h"
 #include "host/kernel/kernel.h"
+#include "io/midiwrite.h"
 
 namespace {
 
-// As "write" chooses by itself: format 1 when a track above the first is in use.
-bool more_than_one_track(const brisolan* x) {
+// As "write" chooses by itself, format 1 when a track above the first is in use; but not where that would leave notes
+// out, which it does with those that are on none of its tracks.
+bool fits_tracks(const brisolan* x) {
+    std::int32_t count = 0;
+    std::int32_t highest = 0;
+    brisolan_counttracks(x, &count, &highest);
+    if (highest < 2) return false;
     for (const event* e = x->events; e; e = e->next) {
-        if (e->track > 1) return true;
+        if (e->track < 1 || e->track > highest) return false;
     }
-    return false;
+    return true;
 }
 
 } // namespace
@@ -28,7 +34,7 @@ std::string write_from(std::function<void(const std::string&)>& console, brisola
         if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
     };
     if (to.type == TYPE_MIDI) {
-        const int format = to.format >= 0 ? to.format : more_than_one_track(x) ? 1 : 0;
+        const int format = to.format >= 0 ? to.format : fits_tracks(x) ? 1 : 0;
         const atom arguments[] = {atom(host_symbol(to.file.c_str())), atom(to.timecode ? 1 : 0),
                                   atom(format)};
         kel_send(x, host_symbol("export"), arguments);

@@ -162,15 +162,19 @@ int free_parameter(const brisolan* x) {
 }
 
 void put_on_vertical(brisolan* x, int index) {
-    param_record& p = param(x, index);
-    p.mode = ROLE_VERTICAL;
+    const param_record& p = param(x, index);
     x->yparam = index;
     x->yzoom = p.scale;
     x->yzoom_exact = p.scale;
 }
 
+void choose_vertical(brisolan* x) {
+    const int index = free_parameter(x);
+    param(x, index).mode = ROLE_VERTICAL;
+    put_on_vertical(x, index);
+}
+
 void put_on_length(brisolan* x, int index, const param_record& scaled_by) {
-    param(x, index).mode = ROLE_LENGTH;
     x->lenparam = index;
     x->lenzoom = index == PARAM_DUR ? x->xzoom : scaled_by.scale.get();
 }
@@ -178,7 +182,9 @@ void put_on_length(brisolan* x, int index, const param_record& scaled_by) {
 // Kept: the new length takes its scale from the parameter whose role was set, not from itself.
 void choose_length(brisolan* x, const param_record& set) {
     const bool dur_is_free = param(x, PARAM_DUR).mode == ROLE_NONE;
-    put_on_length(x, dur_is_free ? static_cast<int>(PARAM_DUR) : free_parameter(x), set);
+    const int index = dur_is_free ? static_cast<int>(PARAM_DUR) : free_parameter(x);
+    param(x, index).mode = ROLE_LENGTH;
+    put_on_length(x, index, set);
 }
 
 // Takes a role from whoever had it, unless it is the parameter that is to get it.
@@ -195,12 +201,12 @@ void make_label(brisolan* x, param_record* p, int index) {
     take_role(x, x->labelparam, index);
     x->labelparam = index;
     if (x->lenparam == index) choose_length(x, *p);
-    if (x->yparam == index) put_on_vertical(x, free_parameter(x));
+    if (x->yparam == index) choose_vertical(x);
 }
 
 void make_length(brisolan* x, param_record* p, int index) {
     if (x->yparam == index)
-        put_on_vertical(x, free_parameter(x));
+        choose_vertical(x);
     else if (x->labelparam == index)
         x->labelparam = -1;
     take_role(x, x->lenparam, index);

@@ -29,6 +29,29 @@ protected:
     const std::string little_room = "ulimit -f 1 && exec \"$0\" ";
 };
 
+// A MIDI file with tracks has none for notes whose track is below 1 or above the parameter's range.
+TEST_F(output_command_test, a_midi_file_gets_tracks_where_they_hold_every_note) {
+    struct conversion {
+        const char* range; // of the tracks
+        int first, second; // track
+        char format;
+        const char* listed;
+    };
+    for (const conversion& c : {conversion{"1 255", 1, 2, 1, "0 60 64 125 1 1 0 0\n125 62 64 125 1 2 0 0\n"},
+                                {"1 255", 1, 1, 0, "0 60 64 125 1 1 0 0\n125 62 64 125 1 1 0 0\n"},
+                                {"1 1", 2, 2, 0, "0 60 64 125 1 1 0 0\n125 62 64 125 1 1 0 0\n"},
+                                {"1 2", 2, 3, 0, "0 60 64 125 1 1 0 0\n125 62 64 125 1 1 0 0\n"},
+                                {"1 255", 2, 0, 0, "0 60 64 125 1 1 0 0\n125 62 64 125 1 1 0 0\n"}}) {
+        const std::string from =
+            text("a.kel", std::string("#N brisolan;\n#X setparam 5 Track 0 ") + c.range +
+                              " 1 8 1 0;\n#X restore;\n#X 0 60 64 125 1 " + std::to_string(c.first) +
+                              " 0 0;\n#X 125 62 64 125 1 " + std::to_string(c.second) + " 0 0;\n#X stop;\n");
+        EXPECT_EQ(run({"convert", from, file("a.mid"), "--force"}).err, "");
+        EXPECT_EQ(contents("a.mid")[9], c.format) << c.range << " " << c.second;
+        EXPECT_EQ(run({"list", file("a.mid")}).out, c.listed) << c.range << " " << c.second;
+    }
+}
+
 TEST_F(output_command_test, an_old_picture_stands_when_the_new_one_cannot_be_written) {
     fs::create_directory(file("there"));
     text("there/a.png", "old");
