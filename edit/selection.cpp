@@ -82,8 +82,8 @@ event* selected_from(event* e) {
     return e;
 }
 
-// brisolan_unselect for a walk: what stands selected in front of the event is known, so that the next anchor is looked
-// for from here on alone.
+// brisolan_unselect for a walk, and whoever it marked drawn: what stands selected in front of the event is known, so that
+// the next anchor is looked for from here on alone.
 void unselect(band_step& step, event* e) {
     brisolan* x = step.x;
     step.pen.erase(e);
@@ -93,6 +93,7 @@ void unselect(band_step& step, event* e) {
         brisolan_setfirstsel(x, x->nselected == 1 ? nullptr : anchor);
     }
     x->nselected -= 1;
+    step.pen.draw_marked();
 }
 
 // An event that the band left gets the state back that it had when the band started.
@@ -123,7 +124,7 @@ void enter_band(band_step& step, event* e) {
     e->marked = static_cast<std::uint8_t>(e->marked | TOGGLED);
 }
 
-// The selection follows the band; what was unselected is drawn once, after all of it is erased.
+// The selection follows the band. Whoever was touched by what was selected last is drawn now, too.
 void apply_band(brisolan* x) {
     band_step step{x, (modkeywas & shiftKey) != 0, event_pen(x, 1)};
     for (event* e : brisolan_each(x)) {

@@ -221,6 +221,17 @@ void event_pen::again(event* e) {
     e->needsdraw = std::uint8_t{drawn ? std::uint8_t{0} : std::uint8_t{1}};
 }
 
+void event_pen::draw_marked() {
+    if (!visible) return;
+    if (!ix.gathering && ndrawn_marked < FEW) {
+        ++ndrawn_marked;
+        brisolan_drawdirtyevts(x);
+        return;
+    }
+    brisolan_begingathering(x, ix);
+    brisolan_gathermarked(ix);
+}
+
 void brisolan_drawit(brisolan* x, event* e) {
     event_pen(x, 1).draw(e);
 }

@@ -45,11 +45,14 @@ public:
     void draw(event* e);
     // Both, of an event that is drawn as it is erased.
     void again(event* e);
+    // As brisolan_drawdirtyevts: whoever is marked by now is drawn before anything else is erased or drawn. [main]
+    void draw_marked();
 
 private:
     brisolan* x;
     view_index& ix;
     bool visible;
+    int ndrawn_marked = 0; // how often the marked ones were drawn at once
 };
 // Brings onto the screen what brisolan_eraseit and brisolan_drawit have put off while they were called for many events
 // at once. Whoever draws over the data area by other means (the rubber band) calls it first. [main]

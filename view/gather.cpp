@@ -53,11 +53,11 @@ void log_drawing(view_index& ix, event* e, const bar_look& look) {
 
 // ---- carried out from the log
 
-void add_far_touches(view_index& ix, const log_step& step) {
+template <class Each> void each_far_box(const view_index& ix, const log_step& step, Each each) {
     for (auto i = step.erased.left; i < step.erased.right; ++i) {
         bar_look look = brisolan_place(ix.frame, ix.far_erased[static_cast<std::size_t>(i)]);
         brisolan_measure(ix.frame, &look);
-        ix.touches.add(brisolan_erasedbox(look));
+        each(brisolan_erasedbox(look));
     }
 }
 
@@ -67,7 +67,7 @@ void find_touched_drawings(view_index& ix) {
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
         if (step.drawing == FAR_ERASINGS) {
-            add_far_touches(ix, step);
+            each_far_box(ix, step, [&ix](const bar_box& box) { ix.touches.add(box); });
             continue;
         }
         if (step.drawing != 0) {
@@ -102,14 +102,98 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
     });
 }
 
+// ---- with drawings of the marked ones in between
+
+// For each step of the log, which drawing of the marked ones comes next.
+void find_next_marked(view_index& ix) {
+    std::vector<std::uint32_t>& next = ix.marked.next;
+    next.resize(ix.log.size() + 1);
+    std::uint32_t left = ix.nmarked;
+    next.back() = left;
+    for (std::size_t i = ix.log.size(); i-- > 0;) {
+        if (ix.log[i].drawing == MARKED_DRAWN) --left;
+        next[i] = left;
+    }
+}
+
+// The map of what each step erased, steps counted from 1.
+last_touch_map last_touches(const view_index& ix) {
+    last_touch_map touches;
+    touches.begin(ix.frame);
+    for (std::size_t i = 0; i < ix.log.size(); ++i) {
+        const auto now = static_cast<std::uint32_t>(i + 1);
+        const auto add = [&touches, now](const bar_box& box) { touches.add(box, now); };
+        if (ix.log[i].drawing == FAR_ERASINGS)
+            each_far_box(ix, ix.log[i], add);
+        else
+            add(ix.log[i].erased);
+    }
+    return touches;
+}
+
+// As mark_gathered. An event that is drawn more than once is told of for the last time alone: whatever is drawn of it
+// before, is drawn again or erased by then. `when` gets of each wanted entry which drawing of the marked ones it is in;
+// behind all of them stands what is drawn next.
+void mark_in_between(brisolan* x, view_index& ix, bool drawn, std::vector<std::uint32_t>* when) {
+    find_next_marked(ix);
+    const last_touch_map touches = last_touches(ix);
+    std::vector<std::uint32_t> drawn_by(ix.drawings.size() + 1,
+                                        0); // which step, from 1, each drawing was made by
+    for (std::size_t i = 0; i < ix.log.size(); ++i) {
+        const std::uint32_t drawing = ix.log[i].drawing;
+        if (drawing < drawn_by.size()) drawn_by[drawing] = static_cast<std::uint32_t>(i + 1);
+    }
+    ix.wanted.clear();
+    brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
+        placed_event* d = brisolan_drawingof(ix, e, place);
+        const std::uint32_t by = d ? drawn_by[place] : 0;
+        const std::uint32_t touched = touches.last(brisolan_touchedbox(ix.frame, look));
+        if (touched <= by && !e->needsdraw) return;
+        const std::uint32_t at = ix.marked.next[touched > by ? touched - 1 : by];
+        if ((at < ix.nmarked || drawn) && brisolan_shows(x, ix, *e, look)) {
+            if (d && d->look == look) d->redundant = true;
+            ix.wanted.push(brisolan_lastentry(ix));
+            when->push_back(at);
+            e->needsdraw = std::uint8_t{0};
+        } else {
+            ix.dirty.add(brisolan_lastentry(ix));
+            e->needsdraw = std::uint8_t{1};
+        }
+    });
+}
+
+// Leaves in `wanted` those that are drawn behind the whole log.
+void sort_marked(view_index& ix, const std::vector<std::uint32_t>& when) {
+    std::vector<std::uint32_t>& begin = ix.marked.begin;
+    begin.assign(ix.nmarked + 2, 0);
+    for (const std::uint32_t w : when) ++begin[w + 1];
+    for (std::size_t w = 1; w < begin.size(); ++w) begin[w] += begin[w - 1];
+    ix.marked.entries.resize(when.size());
+    std::vector<std::uint32_t> next = begin;
+    for (std::size_t i = 0; i < when.size(); ++i) ix.marked.entries[next[when[i]]++] = ix.wanted[i];
+    ix.wanted.clear();
+    for (std::uint32_t i = begin[ix.nmarked]; i < begin[ix.nmarked + 1]; ++i)
+        ix.wanted.push(ix.marked.entries[i]);
+}
+
+void add_marked(view_index& ix, std::uint32_t which) {
+    for (std::uint32_t i = ix.marked.begin[which + 1]; i-- > ix.marked.begin[which];)
+        ix.pass.add(ix.entries[ix.marked.entries[i]].look);
+}
+
 // Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
 // drawings that are made again anyway.
 void replay(view_index& ix) {
     ix.pass.begin(ix.frame);
     brisolan_addwanted(ix);
+    std::uint32_t marked = ix.nmarked;
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         const log_step& step = ix.log[i];
         if (step.drawing == FAR_ERASINGS) continue;
+        if (step.drawing == MARKED_DRAWN) {
+            add_marked(ix, --marked);
+            continue;
+        }
         if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
             ix.pass.add(ix.drawings[step.drawing - 1].look);
         if (step.erased.left < step.erased.right) ix.pass.add_erasing(step.erased);
@@ -119,7 +203,13 @@ void replay(view_index& ix) {
 
 void settle_log(brisolan* x, view_index& ix, settling how) {
     end_whole(ix);
-    mark_gathered(x, ix, how == settling::all);
+    if (ix.nmarked > 0) {
+        std::vector<std::uint32_t> when;
+        mark_in_between(x, ix, how == settling::all, &when);
+        sort_marked(ix, when);
+    } else {
+        mark_gathered(x, ix, how == settling::all);
+    }
     if (how == settling::nothing) return;
     const event_clip clip(x);
     replay(ix);
@@ -233,6 +323,13 @@ void brisolan_gatherfarerasing(view_index& ix, const event& e) {
     ix.log.back().erased.right = end + 1;
 }
 
+void brisolan_gathermarked(view_index& ix) {
+    end_whole(ix);
+    if (!ix.log.empty() && ix.log.back().drawing == MARKED_DRAWN) return;
+    ix.log.push({{}, MARKED_DRAWN});
+    ++ix.nmarked;
+}
+
 void brisolan_gatherdrawing(view_index& ix, event* e, const bar_look& look) {
     end_whole(ix);
     log_drawing(ix, e, look);
@@ -267,6 +364,7 @@ void brisolan_settlegathered(brisolan* x, view_index& ix, settling how) {
     ix.gathering = false;
     ix.whole = false;
     ix.log.clear();
+    ix.nmarked = 0;
     ix.far_erased.clear();
     ix.drawings.clear();
 }

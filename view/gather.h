@@ -24,5 +24,7 @@ void brisolan_gatherfarerasing(view_index& ix, const event& e);
 void brisolan_gatherdrawing(view_index& ix, event* e, const bar_look& look);
 // An event erased and drawn as it is, or erased alone when it does not show; whether it was drawn. [main]
 bool brisolan_gatheragain(brisolan* x, view_index& ix, event* e);
+// Whoever is marked by now is drawn, before anything that is gathered next. [main]
+void brisolan_gathermarked(view_index& ix);
 // Ends the gathering. [main]
 void brisolan_settlegathered(brisolan* x, view_index& ix, settling how);

@@ -18,6 +18,7 @@ constexpr std::size_t MANY_LOOSE = 64;
 void drop_gathered(brisolan* x, view_index& ix) {
     ix.gathering = false;
     ix.log.clear();
+    ix.nmarked = 0;
     ix.far_erased.clear();
     ix.drawings.clear();
     for (event* e : brisolan_each(x)) e->needsdraw = std::uint8_t{1};

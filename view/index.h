@@ -75,6 +75,15 @@ struct log_step {
     std::uint32_t drawing;
 };
 constexpr std::uint32_t FAR_ERASINGS = UINT32_MAX;
+// With this, for drawing all that are marked by then.
+constexpr std::uint32_t MARKED_DRAWN = UINT32_MAX - 1;
+
+// Who is drawn by each step of the log that draws the marked ones; these steps are counted from 0.
+struct marked_drawings {
+    std::vector<std::uint32_t> next;    // of each step, and of the log's end: which of them is the next
+    std::vector<std::uint32_t> begin;   // of each of them: where its entries begin; one more for the end
+    std::vector<std::uint32_t> entries; // in list order
+};
 
 struct view_index {
     view_frame frame;
@@ -96,6 +105,7 @@ struct view_index {
     pile<log_step> log;
     pile<bar_values> far_erased;
     pile<placed_event> drawings;
+    std::uint32_t nmarked = 0; // how many steps of the log draw the marked ones
     // Whether every event so far was erased and drawn once, as it is. As long as that is so, the log is not written: it
     // would tell nothing that the drawings do not. Whether that was in the list's order, too; and which is next then.
     bool whole = false;
@@ -104,6 +114,7 @@ struct view_index {
 
     // Kept for their storage.
     touch_map touches;
+    marked_drawings marked;
     bar_pass pass;
     pile<std::uint32_t> wanted;       // entries to be drawn, in order
     pile<std::uint32_t> ranks;        // of the entries among the drawings

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "core/steps.h"
 #include "view/bitruns.h"
 
 namespace {
@@ -20,19 +21,23 @@ void touch_map::plane::begin(std::size_t row_count, std::size_t word_count) {
     from_right.assign(row_count, INT32_MAX);
 }
 
-void touch_map::begin(const view_frame& f) {
+void touch_places::fit(const view_frame& f) {
     left = f.data.left;
     right = std::max(f.set.width + 1, left + 1);
     scale = f.half == 0 ? 2 : 1;
     top = f.data.top - MARGIN;
     rows = std::max(f.data.bottom + MARGIN - top, 1) * scale;
+}
+
+void touch_map::begin(const view_frame& f) {
+    fit(f);
     const auto words = static_cast<std::size_t>(words_for(right - left));
     areas.begin(static_cast<std::size_t>(rows), words);
     if (scale == 2) lines.begin(static_cast<std::size_t>(rows), words);
 }
 
 // Open intervals: at scale 2 the odd rows are pixels and the even ones the lines between them.
-touch_map::row_range touch_map::rows_of(const bar_box& box) const {
+touch_places::row_range touch_places::rows_of(const bar_box& box) const {
     int from = box.top - top;
     int to = box.bottom - top;
     if (scale == 2) {
@@ -85,11 +90,54 @@ bool touch_map::touched(const plane& p, const bar_box& box) const {
 
 void touch_map::add(const bar_box& erased) {
     if (erased.left >= erased.right) return;
-    add(scale == 2 && erased.top == erased.bottom ? &lines : &areas, erased);
+    add(is_line(erased) ? &lines : &areas, erased);
 }
 
-// Two that are lines do not overlap.
 bool touch_map::touched(const bar_box& box) const {
     if (touched(areas, box)) return true;
-    return scale == 2 && box.top != box.bottom && touched(lines, box);
+    return scale == 2 && !is_line(box) && touched(lines, box);
+}
+
+void last_touch_map::begin(const view_frame& f) {
+    fit(f);
+    const auto pixels = static_cast<std::size_t>(rows) * static_cast<std::size_t>(right - left);
+    areas.assign(pixels, 0);
+    if (scale == 2) lines.assign(pixels, 0);
+    reaching_out.clear();
+}
+
+void last_touch_map::add(const bar_box& erased, std::uint32_t step) {
+    if (erased.left >= erased.right) return;
+    if (!is_inside(erased)) reaching_out.push_back({erased, step});
+    const row_range range = rows_of(erased);
+    const row_range columns = columns_of(erased);
+    if (columns.from >= columns.to) return;
+    std::uint32_t* const plane = plane_of(erased).data();
+    for (int v = range.from; v < range.to; ++v) {
+        std::uint32_t* const row = plane + static_cast<std::ptrdiff_t>(v) * (right - left);
+        brisolan_countstep();
+        std::fill(row + columns.from, row + columns.to, step);
+    }
+}
+
+std::uint32_t last_touch_map::last_in(const std::vector<std::uint32_t>& plane, const bar_box& box) const {
+    const row_range range = rows_of(box);
+    const row_range columns = columns_of(box);
+    std::uint32_t last = 0;
+    for (int v = range.from; v < range.to; ++v) {
+        const std::uint32_t* const row = plane.data() + static_cast<std::ptrdiff_t>(v) * (right - left);
+        brisolan_countstep();
+        for (int h = columns.from; h < columns.to; ++h) last = std::max(last, row[h]);
+    }
+    return last;
+}
+
+std::uint32_t last_touch_map::last(const bar_box& box) const {
+    std::uint32_t last = last_in(areas, box);
+    if (scale == 2 && !is_line(box)) last = std::max(last, last_in(lines, box));
+    if (is_inside(box)) return last;
+    for (auto o = reaching_out.rbegin(); o != reaching_out.rend() && o->step > last; ++o) {
+        if (o->box.overlaps(box)) return o->step;
+    }
+    return last;
 }

@@ -10,11 +10,13 @@
 
 #include "edit/drag.h"
 #include "edit/params.h"
+#include "edit/press.h"
 #include "edit/selection.h"
 #include "io/clipboard.h"
 #include "tests/view/plain_twin.h"
 #include "view/draw.h"
 #include "view/events.h"
+#include "view/format.h"
 #include "view/geometry.h"
 #include "view/selected.h"
 #include "view/window.h"
@@ -115,7 +117,7 @@ protected:
     // One of the edits that the view is told of as a whole, and the same one event after the other.
     void edit_all() {
         SetPort(x->window->port);
-        switch (below(6)) {
+        switch (below(8)) {
         case 0:
             brisolan_selectall(x);
             for (event* e = y->events; e; e = e->next) plain_select(y, e);
@@ -124,12 +126,63 @@ protected:
             brisolan_noselect(x);
             plain_noselect(y);
             break;
+        case 6:
+        case 7: drag_band(); break;
         case 2: offset_selected(); break;
         case 3: drag_in_legend(); break;
         case 4: remove_selected(true); break;
         default: copy_and_paste();
         }
         SetPort(nullptr);
+    }
+
+    // A rubber band from one point to another, where it is let go: nothing is framed.
+    void drag_band() {
+        const auto place = [this] {
+            return Point{static_cast<std::int16_t>(62 + below(260)),
+                         static_cast<std::int16_t>(48 + below(540))};
+        };
+        modkeywas = once_in(3) ? shiftKey : 0;
+        const Point from = place();
+        const Point to = once_in(3) ? from : place();
+        for (brisolan* each : {x, y}) {
+            if (modkeywas && once_in(2)) brisolan_markselected(each);
+        }
+        for (event *a = x->events, *b = y->events; a; a = a->next, b = b->next) b->marked = a->marked;
+        plain_band(y, {std::min(from.h, to.h), std::min(from.v, to.v), std::max(from.h, to.h),
+                       std::max(from.v, to.v)});
+        x->clickpt = from;
+        brisolan_selectdrag(x, to, false);
+    }
+
+    // Event by event: whoever is unselected is drawn at once, with all that are marked by then.
+    static void plain_band(brisolan* of, Rect r) {
+        for (event* e = of->events; e; e = e->next) {
+            const std::int32_t h = brisolan_timetoh(of, e->time);
+            const std::int32_t v = brisolan_valuetov(of, event_param(*e, of->yparam));
+            const std::int32_t width =
+                of->labelparam < 0 ? brisolan_barlength(of, e) : brisolan_nwidth(of, e);
+            const bool inside = h + width >= r.left && h <= r.right && v >= r.top && v <= r.bottom;
+            const bool kept = modkeywas && e->marked;
+            bool wanted = e->selected != 0;
+            if (inside && !brisolan_trackisshown(of, e->track)) continue;
+            if (inside && kept)
+                wanted = !e->selected && !(e->marked & 2);
+            else if (inside)
+                wanted = true;
+            else if (!kept)
+                wanted = false;
+            else if (!e->selected)
+                wanted = true;
+            else
+                wanted = !(e->marked & 2);
+            if (kept) e->marked = static_cast<std::uint8_t>(inside ? e->marked | 2 : e->marked & ~2);
+            if (wanted && !e->selected) plain_select(of, e);
+            if (wanted || !e->selected) continue;
+            plain_unselect(of, e);
+            plain_drawdirtyevts(of);
+        }
+        plain_drawdirtyevts(of);
     }
 
     void offset_selected() {
@@ -355,6 +408,32 @@ TEST_F(random_redraw, everything_selected_or_pasted_equals_the_twin) {
                 SetPort(nullptr);
                 redraw_marked();
             }
+        }
+    }
+}
+
+// Of bands that only grow or shrink, and of ones that select some and unselect others.
+TEST_F(random_redraw, rubber_bands_over_many_equal_the_twin) {
+    const unsigned first = given_seed();
+    std::printf("seed %u\n", first);
+    for (seed = first; seed < first + 12; ++seed) {
+        random.seed(seed);
+        time_range = seed % 3 == 0 ? 1500 : 8000;
+        pitch_range = seed % 2 == 0 ? 12 : 128;
+        for (int round = 0; round < 25; ++round) {
+            while (x->nevents < 20 + below(300)) link_one();
+            if (once_in(3)) change_frame();
+            if (once_in(6)) hide_or_show();
+            SetPort(x->window->port);
+            if (once_in(4)) {
+                brisolan_selectall(x);
+                for (event* e = y->events; e; e = e->next) plain_select(y, e);
+            }
+            drag_band();
+            SetPort(nullptr);
+            redraw_marked();
+            expect_same("after a band", round);
+            if (HasFatalFailure()) return;
         }
     }
 }
