@@ -104,15 +104,21 @@ void mark_gathered(brisolan* x, view_index& ix, bool drawn) {
 
 // ---- with drawings of the marked ones in between
 
-// For each step of the log, which drawing of the marked ones comes next.
-void find_next_marked(view_index& ix) {
-    std::vector<std::uint32_t>& next = ix.marked.next;
-    next.resize(ix.log.size() + 1);
+// Who is drawn by each step of the log that draws the marked ones. These are counted from 0; behind the last of them stands
+// what is drawn over the whole log.
+struct marked_drawings {
+    std::vector<std::uint32_t> next;    // of each step of the log, and of its end: which of them is the next
+    std::vector<std::uint32_t> begin;   // of each of them: where its entries begin; one more for the end
+    std::vector<std::uint32_t> entries; // in list order
+};
+
+void find_next(const view_index& ix, marked_drawings& m) {
+    m.next.resize(ix.log.size() + 1);
     std::uint32_t left = ix.nmarked;
-    next.back() = left;
+    m.next.back() = left;
     for (std::size_t i = ix.log.size(); i-- > 0;) {
         if (ix.log[i].drawing == MARKED_DRAWN) --left;
-        next[i] = left;
+        m.next[i] = left;
     }
 }
 
@@ -131,59 +137,66 @@ last_touch_map last_touches(const view_index& ix) {
     return touches;
 }
 
-// As mark_gathered. An event that is drawn more than once is told of for the last time alone: whatever is drawn of it
-// before, is drawn again or erased by then. `when` gets of each wanted entry which drawing of the marked ones it is in;
-// behind all of them stands what is drawn next.
-void mark_in_between(brisolan* x, view_index& ix, bool drawn, std::vector<std::uint32_t>* when) {
-    find_next_marked(ix);
-    const last_touch_map touches = last_touches(ix);
-    std::vector<std::uint32_t> drawn_by(ix.drawings.size() + 1,
-                                        0); // which step, from 1, each drawing was made by
+// By which step, counted from 1, each drawing was made; 0 for the drawing of that number, which there is none of.
+std::vector<std::uint32_t> steps_of_drawings(const view_index& ix) {
+    std::vector<std::uint32_t> steps(ix.drawings.size() + 1, 0);
     for (std::size_t i = 0; i < ix.log.size(); ++i) {
         const std::uint32_t drawing = ix.log[i].drawing;
-        if (drawing < drawn_by.size()) drawn_by[drawing] = static_cast<std::uint32_t>(i + 1);
+        if (drawing > 0 && drawing < steps.size()) steps[drawing] = static_cast<std::uint32_t>(i + 1);
     }
+    return steps;
+}
+
+// The wanted entries by their drawing, `when`; left in `wanted` are those that are drawn over the whole log.
+void sort_by_drawing(view_index& ix, const std::vector<std::uint32_t>& when, marked_drawings& m) {
+    m.begin.assign(ix.nmarked + 2, 0);
+    for (const std::uint32_t w : when) ++m.begin[w + 1];
+    for (std::size_t w = 1; w < m.begin.size(); ++w) m.begin[w] += m.begin[w - 1];
+    m.entries.resize(when.size());
+    std::vector<std::uint32_t> to = m.begin;
+    for (std::size_t i = 0; i < when.size(); ++i) m.entries[to[when[i]]++] = ix.wanted[i];
+    ix.wanted.clear();
+    for (std::uint32_t i = m.begin[ix.nmarked]; i < m.begin[ix.nmarked + 1]; ++i)
+        ix.wanted.push(m.entries[i]);
+}
+
+// As mark_gathered. An event is drawn in the last of the drawings that it would be drawn in: whatever is drawn of it
+// before, is drawn again or erased by then.
+marked_drawings mark_in_between(brisolan* x, view_index& ix, bool drawn) {
+    marked_drawings m;
+    find_next(ix, m);
+    const last_touch_map touches = last_touches(ix);
+    const std::vector<std::uint32_t> steps = steps_of_drawings(ix);
+    std::vector<std::uint32_t> when; // each wanted entry is drawn
     ix.wanted.clear();
     brisolan_placeall(x, ix, [&](event* e, const bar_look& look, std::uint32_t place) {
         placed_event* d = brisolan_drawingof(ix, e, place);
-        const std::uint32_t by = d ? drawn_by[place] : 0;
+        const std::uint32_t by = d ? steps[place] : 0;
         const std::uint32_t touched = touches.last(brisolan_touchedbox(ix.frame, look));
         if (touched <= by && !e->needsdraw) return;
-        const std::uint32_t at = ix.marked.next[touched > by ? touched - 1 : by];
+        const std::uint32_t at = m.next[touched > by ? touched - 1 : by];
         if ((at < ix.nmarked || drawn) && brisolan_shows(x, ix, *e, look)) {
             if (d && d->look == look) d->redundant = true;
             ix.wanted.push(brisolan_lastentry(ix));
-            when->push_back(at);
+            when.push_back(at);
             e->needsdraw = std::uint8_t{0};
         } else {
             ix.dirty.add(brisolan_lastentry(ix));
             e->needsdraw = std::uint8_t{1};
         }
     });
+    sort_by_drawing(ix, when, m);
+    return m;
 }
 
-// Leaves in `wanted` those that are drawn behind the whole log.
-void sort_marked(view_index& ix, const std::vector<std::uint32_t>& when) {
-    std::vector<std::uint32_t>& begin = ix.marked.begin;
-    begin.assign(ix.nmarked + 2, 0);
-    for (const std::uint32_t w : when) ++begin[w + 1];
-    for (std::size_t w = 1; w < begin.size(); ++w) begin[w] += begin[w - 1];
-    ix.marked.entries.resize(when.size());
-    std::vector<std::uint32_t> next = begin;
-    for (std::size_t i = 0; i < when.size(); ++i) ix.marked.entries[next[when[i]]++] = ix.wanted[i];
-    ix.wanted.clear();
-    for (std::uint32_t i = begin[ix.nmarked]; i < begin[ix.nmarked + 1]; ++i)
-        ix.wanted.push(ix.marked.entries[i]);
-}
-
-void add_marked(view_index& ix, std::uint32_t which) {
-    for (std::uint32_t i = ix.marked.begin[which + 1]; i-- > ix.marked.begin[which];)
-        ix.pass.add(ix.entries[ix.marked.entries[i]].look);
+void add_drawing(view_index& ix, const marked_drawings& m, std::uint32_t which) {
+    for (std::uint32_t i = m.begin[which + 1]; i-- > m.begin[which];)
+        ix.pass.add(ix.entries[m.entries[i]].look);
 }
 
 // Carries the log out, and then draws the wanted ones over it; but of neither what does not stay in sight, nor the
 // drawings that are made again anyway.
-void replay(view_index& ix) {
+void replay(view_index& ix, const marked_drawings& m) {
     ix.pass.begin(ix.frame);
     brisolan_addwanted(ix);
     std::uint32_t marked = ix.nmarked;
@@ -191,7 +204,7 @@ void replay(view_index& ix) {
         const log_step& step = ix.log[i];
         if (step.drawing == FAR_ERASINGS) continue;
         if (step.drawing == MARKED_DRAWN) {
-            add_marked(ix, --marked);
+            add_drawing(ix, m, --marked);
             continue;
         }
         if (step.drawing != 0 && !ix.drawings[step.drawing - 1].redundant)
@@ -203,16 +216,14 @@ void replay(view_index& ix) {
 
 void settle_log(brisolan* x, view_index& ix, settling how) {
     end_whole(ix);
-    if (ix.nmarked > 0) {
-        std::vector<std::uint32_t> when;
-        mark_in_between(x, ix, how == settling::all, &when);
-        sort_marked(ix, when);
-    } else {
+    marked_drawings m;
+    if (ix.nmarked > 0)
+        m = mark_in_between(x, ix, how == settling::all);
+    else
         mark_gathered(x, ix, how == settling::all);
-    }
     if (how == settling::nothing) return;
     const event_clip clip(x);
-    replay(ix);
+    replay(ix, m);
 }
 
 // ---- carried out from the drawings alone

@@ -2,8 +2,8 @@
 // Layer: view, internal to the data area.
 // Called by the erasing and the drawing of events, once many of them come one after the other.
 //
-// What comes onto the screen is what carrying them out one by one would have left there, and then drawing in the list's
-// order whoever an erasing has touched.
+// What comes onto the screen is what carrying them out one by one would have left there, with whoever an erasing has
+// touched drawn in the list's order at the end, and wherever that was asked for in between.
 #pragma once
 
 #include "view/index.h"

@@ -8,8 +8,8 @@
 //     Holds as long as the frame and the three counters are those of then: list and values are changed in
 //     between only through brisolan_eraseit, whose events are stale until they are drawn: nobody asks for their looks.
 //     Erasing and drawing one event happen at once.
-//   - Gathering: erasings and drawings are put down in `log`, in order, with all that is needed to carry them out later;
-//     no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows;
+//   - Gathering: erasings, drawings, and where the marked ones are drawn are put down in `log`, in order, with all that is
+//     needed to carry them out later; no event is marked. Ends in settling, which walks the sequence once, finds who was touched, and draws what shows;
 //     without the walk where the drawings are all events that there are.
 // An erasing is carried out at once while the memory is placed and few have been; otherwise it begins the gathering.
 #pragma once
@@ -78,13 +78,6 @@ constexpr std::uint32_t FAR_ERASINGS = UINT32_MAX;
 // With this, for drawing all that are marked by then.
 constexpr std::uint32_t MARKED_DRAWN = UINT32_MAX - 1;
 
-// Who is drawn by each step of the log that draws the marked ones; these steps are counted from 0.
-struct marked_drawings {
-    std::vector<std::uint32_t> next;    // of each step, and of the log's end: which of them is the next
-    std::vector<std::uint32_t> begin;   // of each of them: where its entries begin; one more for the end
-    std::vector<std::uint32_t> entries; // in list order
-};
-
 struct view_index {
     view_frame frame;
 
@@ -114,7 +107,6 @@ struct view_index {
 
     // Kept for their storage.
     touch_map touches;
-    marked_drawings marked;
     bar_pass pass;
     pile<std::uint32_t> wanted;       // entries to be drawn, in order
     pile<std::uint32_t> ranks;        // of the entries among the drawings

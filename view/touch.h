@@ -1,4 +1,4 @@
-// view/touch.h: which parts of the window were erased, as a map that answers whether a bar was touched.
+// view/touch.h: which parts of the window were erased, as maps that answer whether a bar was touched, and when last.
 // Layer: view, internal to the data area.
 // Called when many events were erased, in place of comparing each with each.
 #pragma once
@@ -17,13 +17,13 @@ protected:
     };
     void fit(const view_frame& f);
     row_range rows_of(const bar_box& box) const;
-    // The columns of the box that bits are kept of; none when to <= from.
+    // The columns of the box that the map has; none when to <= from.
     row_range columns_of(const bar_box& box) const {
         return {std::max(box.left, left) - left, std::min(box.right, right) - left};
     }
     bool is_inside(const bar_box& box) const { return box.left >= left && box.right <= right; }
 
-    int left = 0, right = 0; // the columns that bits are kept of
+    int left = 0, right = 0; // the columns that the map has
     int top = 0;             // the first row
     int rows = 0;
     int scale = 1; // map rows for a pixel row: 2 where bars may have no height, to keep lines and rows apart

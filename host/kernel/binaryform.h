@@ -31,5 +31,6 @@ std::array<unsigned char, BINARY_HEADER_SIZE> kel_binary_header(std::span<const 
 // The symbol table with which a body begins. Pure. [both]
 void kel_format_symbol_table(std::span<const std::string_view> symbols, byte_store* out);
 
-// The checksum that the header holds: CRC-32, polynomial 0xEDB88320 (reflected), continued from `crc`; 0 begins. Pure. [both]
+// The checksum that the header holds: CRC-32, polynomial 0xEDB88320 (reflected), continued from `crc`; 0 begins. Pure.
+// [both]
 std::uint32_t kel_crc32(std::uint32_t crc, std::span<const unsigned char> bytes);
