@@ -19,8 +19,6 @@ namespace {
 
 constexpr std::size_t USUAL_LINE = 1008;
 
-constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
-
 // Written once by the session's start, before any other thread or handler knows of it; a signal's handler has no other
 // way to it.
 int event_fd = -1;
@@ -52,7 +50,8 @@ live_session::~live_session() {
     kel_end();
     print_lines();
     if (catching) {
-        for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &before[i], nullptr);
+        for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i)
+            sigaction(ENDING_SIGNALS[i], &before[i], nullptr);
         sigaction(SIGPIPE, &pipe_before, nullptr);
     }
     toolbox_reset();
@@ -65,7 +64,7 @@ void live_session::catch_signals() {
     how.sa_handler = on_signal;
     how.sa_flags = SA_RESTART;
     sigemptyset(&how.sa_mask);
-    for (std::size_t i = 0; i < endings.size(); ++i) sigaction(endings[i], &how, &before[i]);
+    for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) sigaction(ENDING_SIGNALS[i], &how, &before[i]);
     // A reader who has gone must not take a recording, or the end of what sounds, with him.
     how.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &how, &pipe_before);

@@ -5,10 +5,10 @@
 
 #include <array>
 #include <atomic>
-#include <csignal>
 #include <functional>
 #include <string>
 
+#include "app/ending_signals.h"
 #include "host/kernel/kernel.h"
 
 // Starts the host, usually with its scheduler on a thread of its own, and ends it with the scope, when every patcher must
@@ -55,7 +55,7 @@ private:
     std::atomic<std::size_t> out{0};
     std::atomic<unsigned> lost{0};
     bool catching = false;
-    std::array<struct sigaction, 3> before{};
+    ending_actions before{};
     struct sigaction pipe_before {};
 };
 

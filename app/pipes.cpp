@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -15,26 +16,29 @@
 namespace {
 
 constexpr std::size_t PIECE = 65536;
-constexpr std::array<int, 3> endings{SIGINT, SIGTERM, SIGHUP};
 
-// What a signal's handler takes away. Written by cleaned_by_signals alone, before a handler is there and once none is.
+// What a signal's handler takes away. Written where a temporary file comes, before a handler is there.
 std::string file_to_clean;
 std::string folder_to_clean;
 
-void clean_and_end(int which) {
+void clean() {
     unlink(file_to_clean.c_str());
     if (!folder_to_clean.empty()) rmdir(folder_to_clean.c_str());
+}
+
+void clean_and_end(int which) {
+    clean();
     std::signal(which, SIG_DFL);
     std::raise(which);
 }
 
-// Holds those signals back while it lasts.
+// Holds the signals that end the program back while it lasts.
 class signals_wait {
 public:
     signals_wait() {
         sigset_t held;
         sigemptyset(&held);
-        for (const int which : endings) sigaddset(&held, which);
+        for (const int which : ENDING_SIGNALS) sigaddset(&held, which);
         sigprocmask(SIG_BLOCK, &held, &before);
     }
     ~signals_wait() { sigprocmask(SIG_SETMASK, &before, nullptr); }
@@ -73,21 +77,23 @@ bool copy_all(FILE* from, FILE* to) {
 
 } // namespace
 
-cleaned_by_signals::cleaned_by_signals(const std::string& file, const std::string& folder) {
+temporary_file::temporary_file(std::string name, std::string made_for_it)
+    : file(std::move(name)), folder(std::move(made_for_it)) {
     file_to_clean = file;
     folder_to_clean = folder;
     struct sigaction how {};
     how.sa_handler = clean_and_end;
     sigemptyset(&how.sa_mask);
-    for (std::size_t i = 0; i < endings.size(); ++i) {
-        sigaction(endings[i], nullptr, &before[i]);
-        if (before[i].sa_handler == SIG_DFL) sigaction(endings[i], &how, nullptr);
+    for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) {
+        sigaction(ENDING_SIGNALS[i], nullptr, &before[i]);
+        if (before[i].sa_handler == SIG_DFL) sigaction(ENDING_SIGNALS[i], &how, nullptr);
     }
 }
 
-cleaned_by_signals::~cleaned_by_signals() {
-    for (std::size_t i = 0; i < endings.size(); ++i) {
-        if (before[i].sa_handler == SIG_DFL) sigaction(endings[i], &before[i], nullptr);
+temporary_file::~temporary_file() {
+    clean();
+    for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) {
+        if (before[i].sa_handler == SIG_DFL) sigaction(ENDING_SIGNALS[i], &before[i], nullptr);
     }
 }
 
@@ -105,46 +111,27 @@ spooled_input::spooled_input(std::string& error) {
             error = no_temporary();
             return;
         }
-        file = name;
-        cleaned.emplace(file);
+        file.emplace(name, "");
     }
     const bool whole = std::fwrite(start.data(), 1, start.size(), to) == start.size() && copy_all(stdin, to);
     if (!whole) error = std::strerror(errno);
     std::fclose(to);
 }
 
-spooled_input::~spooled_input() {
-    if (!file.empty()) unlink(file.c_str());
-}
-
 spooled_output::spooled_output(const std::string& name, std::string& error) {
     const signals_wait until_it_can_be_cleaned;
-    std::string made = temporary_folder() + "/brisolan-XXXXXX";
-    if (!mkdtemp(made.data())) {
+    std::string folder = temporary_folder() + "/brisolan-XXXXXX";
+    if (mkdtemp(folder.data()))
+        file.emplace(folder + "/" + name, folder);
+    else
         error = no_temporary();
-        return;
-    }
-    folder = made;
-    file = folder + "/" + name;
-    cleaned.emplace(file, folder);
-}
-
-spooled_output::~spooled_output() {
-    clear();
-}
-
-void spooled_output::clear() {
-    if (folder.empty()) return;
-    unlink(file.c_str());
-    rmdir(folder.c_str());
-    folder.clear();
 }
 
 std::string spooled_output::copy_out() {
-    FILE* from = std::fopen(file.c_str(), "rb");
+    FILE* from = std::fopen(path().c_str(), "rb");
     if (!from) return std::strerror(errno);
     // A reader who goes ends this program in the midst of the copying.
-    clear();
+    file.reset();
     const bool whole = copy_all(from, stdout);
     const int why = errno;
     std::fclose(from);

@@ -2,59 +2,50 @@
 // Layer: program.
 #pragma once
 
-#include <array>
-#include <csignal>
 #include <functional>
 #include <optional>
 #include <string>
 
-// While it lasts, a signal that would end the program takes a temporary file away first, and the folder made for it, if
-// any. Where a signal does something else already, it goes on doing that. One at a time. [main]
-class cleaned_by_signals {
+#include "app/ending_signals.h"
+
+// A temporary file, and the folder made for it if there is one: both go with the scope, and before a signal ends the
+// program. Where a signal does something else already, it goes on doing that. One at a time. [main]
+class temporary_file {
 public:
-    explicit cleaned_by_signals(const std::string& file, const std::string& folder = "");
-    ~cleaned_by_signals();
-    cleaned_by_signals(const cleaned_by_signals&) = delete;
-    cleaned_by_signals& operator=(const cleaned_by_signals&) = delete;
+    temporary_file(std::string name, std::string made_for_it);
+    ~temporary_file();
+    temporary_file(const temporary_file&) = delete;
+    temporary_file& operator=(const temporary_file&) = delete;
+    const std::string& path() const { return file; }
 
 private:
-    std::array<struct sigaction, 3> before{};
+    std::string file, folder;
+    ending_actions before{};
 };
 
-// Standard input to its end, in a temporary file whose name's ending tells the kind that its first bytes show. The file
-// goes with the scope.
+// Standard input to its end, in a temporary file whose name's ending tells the kind that its first bytes show.
 class spooled_input {
 public:
-    // `error` says why it could not be; the path is then empty.
+    // `error` says why it could not be; else it is left empty, and there is a path.
     explicit spooled_input(std::string& error);
-    ~spooled_input();
-    spooled_input(const spooled_input&) = delete;
-    spooled_input& operator=(const spooled_input&) = delete;
-    const std::string& path() const { return file; }
+    const std::string& path() const { return file->path(); }
 
 private:
-    std::string file;
-    std::optional<cleaned_by_signals> cleaned;
+    std::optional<temporary_file> file;
 };
 
-// A temporary folder that goes, with the one file in it, with the scope: for output that is then copied.
+// A temporary file of this name in a folder of its own, not made yet: for output that is then copied.
 class spooled_output {
 public:
-    explicit spooled_output(const std::string& name, std::string& error);
-    ~spooled_output();
-    spooled_output(const spooled_output&) = delete;
-    spooled_output& operator=(const spooled_output&) = delete;
-    const std::string& path() const { return file; }
+    // As spooled_input.
+    spooled_output(const std::string& name, std::string& error);
+    const std::string& path() const { return file->path(); }
 
     // Copies the file, which goes at once, to standard output; an empty string, or why it could not. Once.
     std::string copy_out();
 
 private:
-    void clear();
-
-    std::string folder;
-    std::string file;
-    std::optional<cleaned_by_signals> cleaned;
+    std::optional<temporary_file> file;
 };
 
 // Has `write` write the file `out`; where that is "-", a temporary one called `name`, which is then copied to standard
