@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QStringList>
 
+#include "host/desktop/qt_menu_items.h"
 #include "host/desktop/qt_platform.h"
 
 namespace {
@@ -17,14 +18,6 @@ const QString INPUT = QStringLiteral("midi/input");
 const QString OUTPUT = QStringLiteral("midi/output");
 const QString HEAR = QStringLiteral("midi/hear");
 const QString SYNTH = QStringLiteral("midi/synth");
-
-// An item that is checked for as long as `is_on` says so, looked at whenever the menu shows.
-template <class IsOn, class Set> void add_switch(QMenu* menu, const QString& text, IsOn is_on, Set set) {
-    QAction* const a = menu->addAction(text);
-    a->setCheckable(true);
-    QObject::connect(menu, &QMenu::aboutToShow, a, [a, is_on] { a->setChecked(is_on()); });
-    QObject::connect(a, &QAction::triggered, a, set);
-}
 
 } // namespace
 
@@ -120,14 +113,13 @@ void qt_devices::fill_menu(QMenu* menu, std::function<void()> panic) {
         QObject::connect(ports, &QMenu::aboutToShow, ports,
                          [this, ports, input] { fill_ports(ports, input); });
     }
-    add_switch(
+    qt_add_switch(
         menu, QStringLiteral("&Synth"), [this] { return program.synth(); },
         [this](bool wanted) { set_synth(wanted); });
-    add_switch(
+    qt_add_switch(
         menu, QStringLiteral("&Hear the input"), [this] { return program.hears_input(); },
         [this](bool wanted) { set_hears_input(wanted); });
     menu->addSeparator();
-    QAction* const end = menu->addAction(QStringLiteral("&Panic: end every note"));
-    end->setShortcut(QKeySequence(QStringLiteral("Ctrl+.")));
-    QObject::connect(end, &QAction::triggered, end, std::move(panic));
+    qt_add_item(menu, QStringLiteral("&Panic: end every note"), QKeySequence(QStringLiteral("Ctrl+.")),
+                std::move(panic));
 }

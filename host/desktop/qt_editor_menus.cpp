@@ -11,9 +11,9 @@
 #include <QPushButton>
 
 #include "host/desktop/qt_desktop.h"
-#include "host/desktop/qt_edit_items.h"
 #include "host/desktop/qt_editor_window.h"
 #include "host/desktop/qt_file_kinds.h"
+#include "host/desktop/qt_menu_items.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
 #include "host/kernel/dispatch.h"
@@ -40,14 +40,6 @@ template <class Does> void qt_editor_window::edit(Does does) {
         does(shown->score());
     }
     score->drawn();
-}
-
-QAction* qt_editor_window::add(QMenu* menu, const QString& text, const QKeySequence& key,
-                               std::function<void()> does) {
-    QAction* const a = menu->addAction(text);
-    a->setShortcut(key);
-    connect(a, &QAction::triggered, this, [does = std::move(does)] { does(); });
-    return a;
 }
 
 void qt_editor_window::make_actions() {
@@ -175,8 +167,8 @@ void qt_editor_window::make_menus() {
 }
 
 void qt_editor_window::fill_file_menu(QMenu* menu) {
-    add(menu, QStringLiteral("&New"), QKeySequence::New, [this] { desktop.new_document(); });
-    add(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { desktop.ask_to_open(this); });
+    qt_add_item(menu, QStringLiteral("&New"), QKeySequence::New, [this] { desktop.new_document(); });
+    qt_add_item(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { desktop.ask_to_open(this); });
     QMenu* const recent = menu->addMenu(QStringLiteral("Open &recent"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] {
         recent->clear();
@@ -192,9 +184,9 @@ void qt_editor_window::fill_file_menu(QMenu* menu) {
         connect(forget, &QAction::triggered, this, [this] { desktop.clear_recent(); });
     });
     menu->addSeparator();
-    add(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
-    add(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
-        [this] { save_as(); });
+    qt_add_item(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
+    qt_add_item(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
+                [this] { save_as(); });
     QMenu* const exported = menu->addMenu(QStringLiteral("&Export as MIDI file"));
     const auto to_midi = [this](int format, bool timecode) {
         const QString name = QFileInfo(QString::fromStdString(shown->title())).completeBaseName();
@@ -206,55 +198,46 @@ void qt_editor_window::fill_file_menu(QMenu* menu) {
         else
             QMessageBox::warning(this, QStringLiteral("Not exported"), QString::fromStdString(why));
     };
-    add(exported, QStringLiteral("A track for each &track…"), QKeySequence(QStringLiteral("Ctrl+E")),
-        [to_midi] { to_midi(1, false); });
-    add(exported, QStringLiteral("All in &one track…"), {}, [to_midi] { to_midi(0, false); });
-    add(exported, QStringLiteral("With times to the &millisecond…"), {}, [to_midi] { to_midi(-1, true); });
+    qt_add_item(exported, QStringLiteral("A track for each &track…"), QKeySequence(QStringLiteral("Ctrl+E")),
+                [to_midi] { to_midi(1, false); });
+    qt_add_item(exported, QStringLiteral("All in &one track…"), {}, [to_midi] { to_midi(0, false); });
+    qt_add_item(exported, QStringLiteral("With times to the &millisecond…"), {},
+                [to_midi] { to_midi(-1, true); });
     menu->addSeparator();
-    add(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
-    add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { desktop.quit(); });
+    qt_add_item(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    qt_add_item(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")),
+                [this] { desktop.quit(); });
 }
 
 void qt_editor_window::fill_edit_menu(QMenu* menu) {
-    qt_edit_items items;
-    items.cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
-                    [this] { edit([](host_object* x) { kel_private<"cut">(x); }); });
-    items.copy = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
-                     [this] { edit([](host_object* x) { kel_private<"copy">(x); }); });
-    items.paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
-                      [this] { edit([](host_object* x) { kel_private<"paste">(x); }); });
-    items.clear = add(menu, QStringLiteral("C&lear"), Qt::Key_Delete,
-                      [this] { edit([](host_object* x) { kel_private<"clr">(x); }); });
-    menu->addSeparator();
-    items.select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
-                           [this] { edit([](host_object* x) { kel_private<"selectall">(x); }); });
+    qt_add_edit_items(menu, shown->editor(), [this](auto does) { edit(does); });
     menu->addSeparator();
     QMenu* const tools = menu->addMenu(QStringLiteral("T&ool"));
     auto* const group = new QActionGroup(tools);
     int number = 0;
     for (const char* name : {"&Arrow", "&Magnifier", "&Tweak", "&Pencil"}) {
-        QAction* const a = add(tools, QString::fromLatin1(name), Qt::Key_1 + number,
-                               [this, number] { shown->set_tool(number); });
+        QAction* const a = qt_add_item(tools, QString::fromLatin1(name), Qt::Key_1 + number,
+                                       [this, number] { shown->set_tool(number); });
         a->setCheckable(true);
         group->addAction(a);
         ++number;
     }
     connect(tools, &QMenu::aboutToShow, this,
             [this, group] { group->actions().at(shown->tool())->setChecked(true); });
-    qt_watch_edit_items(menu, items, shown->editor());
 }
 
 void qt_editor_window::fill_play_menu(QMenu* menu) {
     menu->addActions({on.play, on.stop});
-    add(menu, QStringLiteral("Play from the se&lection"), QKeySequence(QStringLiteral("Shift+Space")),
-        [this] { act([this] { return shown->play(-1); }); });
+    qt_add_item(menu, QStringLiteral("Play from the se&lection"), QKeySequence(QStringLiteral("Shift+Space")),
+                [this] { act([this] { return shown->play(-1); }); });
     menu->addActions({on.to_start, on.step});
     menu->addSeparator();
     menu->addActions({on.record, on.follow});
     menu->addSeparator();
-    add(menu, QStringLiteral("Slo&wer"), Qt::Key_BracketLeft, [this] { change_speed(1 / SPEED_STEP); });
-    add(menu, QStringLiteral("F&aster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
-    add(menu, QStringLiteral("As wr&itten"), Qt::Key_Backslash, [this] { change_speed(0); });
+    qt_add_item(menu, QStringLiteral("Slo&wer"), Qt::Key_BracketLeft,
+                [this] { change_speed(1 / SPEED_STEP); });
+    qt_add_item(menu, QStringLiteral("F&aster"), Qt::Key_BracketRight, [this] { change_speed(SPEED_STEP); });
+    qt_add_item(menu, QStringLiteral("As wr&itten"), Qt::Key_Backslash, [this] { change_speed(0); });
 }
 
 void qt_editor_window::fill_roles(QMenu* menu) {
@@ -290,28 +273,19 @@ void qt_editor_window::fill_tracks(QMenu* menu) {
         });
     }
     menu->addSeparator();
-    add(menu, QStringLiteral("Show &all"), {}, [this] {
+    qt_add_item(menu, QStringLiteral("Show &all"), {}, [this] {
         const qt_in_kernel now;
         shown->show_track(0, true);
     });
 }
 
 void qt_editor_window::fill_view_menu(QMenu* menu) {
-    const auto zoom = [this](desk_zoom way) {
-        return [this, way] {
-            if (qt_kernel_busy()) return;
-            const qt_in_kernel now;
-            shown->zoom(way);
-        };
-    };
-    QAction* const in = add(menu, QStringLiteral("Zoom &in"), QKeySequence::ZoomIn, zoom(desk_zoom::time_in));
-    in->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
-    add(menu, QStringLiteral("Zoom &out"), QKeySequence(QStringLiteral("Ctrl+-")), zoom(desk_zoom::time_out));
-    add(menu, QStringLiteral("&Higher rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Up")),
-        zoom(desk_zoom::value_in));
-    add(menu, QStringLiteral("&Lower rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Down")),
-        zoom(desk_zoom::value_out));
-    add(menu, QStringLiteral("&Whole score"), QKeySequence(QStringLiteral("Ctrl+0")), [this] {
+    qt_add_zoom_items(menu, [this](desk_zoom way) {
+        if (qt_kernel_busy()) return;
+        const qt_in_kernel now;
+        shown->zoom(way);
+    });
+    qt_add_item(menu, QStringLiteral("&Whole score"), QKeySequence(QStringLiteral("Ctrl+0")), [this] {
         const qt_in_kernel now;
         shown->show_all();
     });
@@ -325,14 +299,13 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
     QMenu* const tracks = menu->addMenu(QStringLiteral("&Tracks"));
     connect(tracks, &QMenu::aboutToShow, this, [this, tracks] { fill_tracks(tracks); });
     const auto toggle = [this, menu](const QString& text, auto is_on, auto set) {
-        QAction* const a = menu->addAction(text);
-        a->setCheckable(true);
-        connect(menu, &QMenu::aboutToShow, this, [this, a, is_on] { a->setChecked(is_on(*shown)); });
-        connect(a, &QAction::triggered, this, [this, set](bool wanted) {
-            shown->remember();
-            const qt_in_kernel now;
-            set(*shown, wanted);
-        });
+        qt_add_switch(
+            menu, text, [this, is_on] { return is_on(*shown); },
+            [this, set](bool wanted) {
+                shown->remember();
+                const qt_in_kernel now;
+                set(*shown, wanted);
+            });
     };
     toggle(
         QStringLiteral("&Note names"), [](desk_document& d) { return d.note_names(); },
@@ -340,15 +313,16 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
     toggle(
         QStringLiteral("Mark &black keys"), [](desk_document& d) { return d.black_keys(); },
         [](desk_document& d, bool wanted) { d.set_black_keys(wanted); });
-    add(menu, QStringLiteral("&Parameters…"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { inspect(); });
+    qt_add_item(menu, QStringLiteral("&Parameters…"), QKeySequence(QStringLiteral("Ctrl+I")),
+                [this] { inspect(); });
     menu->addSeparator();
-    add(menu, QStringLiteral("Show pat&ch"), QKeySequence(QStringLiteral("Ctrl+P")),
-        [this] { show_patch(); });
+    qt_add_item(menu, QStringLiteral("Show pat&ch"), QKeySequence(QStringLiteral("Ctrl+P")),
+                [this] { show_patch(); });
     QMenu* const sizes = menu->addMenu(QStringLiteral("&Size of the picture"));
     auto* const group = new QActionGroup(sizes);
     for (int s = 0; s <= LARGEST_SCALE; ++s) {
-        QAction* const a =
-            add(sizes, s ? QStringLiteral("&%1 ×").arg(s) : QStringLiteral("&By the display"), {}, [this, s] {
+        QAction* const a = qt_add_item(
+            sizes, s ? QStringLiteral("&%1 ×").arg(s) : QStringLiteral("&By the display"), {}, [this, s] {
                 score->set_scale(s);
                 desktop.settings().setValue(QT_SCALE_KEY, s);
             });
@@ -359,9 +333,9 @@ void qt_editor_window::fill_view_menu(QMenu* menu) {
 }
 
 void qt_editor_window::fill_help_menu(QMenu* menu) {
-    add(menu, QStringLiteral("&Keys and tools"), QKeySequence::HelpContents,
-        [this] { desktop.show_help(this); });
-    add(menu, QStringLiteral("&About brisolan"), {}, [this] { desktop.show_about(this); });
+    qt_add_item(menu, QStringLiteral("&Keys and tools"), QKeySequence::HelpContents,
+                [this] { desktop.show_help(this); });
+    qt_add_item(menu, QStringLiteral("&About brisolan"), {}, [this] { desktop.show_about(this); });
 }
 
 // The boxes around the score, through which it plays, records and follows.

@@ -71,7 +71,6 @@ private:
     void fill_play_menu(QMenu* menu);
     void fill_view_menu(QMenu* menu);
     void fill_help_menu(QMenu* menu);
-    QAction* add(QMenu* menu, const QString& text, const QKeySequence& key, std::function<void()> does);
     void fill_roles(QMenu* menu);
     void fill_tracks(QMenu* menu);
     void show_patch();

@@ -15,6 +15,7 @@
 #include <QStatusBar>
 #include <QTimer>
 
+#include "host/desktop/qt_menu_items.h"
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_questions.h"
@@ -66,29 +67,24 @@ qt_patch_window::~qt_patch_window() {
 
 void qt_patch_window::make_menu() {
     QMenu* const menu = menuBar()->addMenu(QStringLiteral("&File"));
-    const auto add = [this](QMenu* to, const QString& text, const QKeySequence& key, auto does) {
-        QAction* const a = to->addAction(text);
-        a->setShortcut(key);
-        connect(a, &QAction::triggered, this, does);
-    };
     if (hooks.desktop.open) {
-        add(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
+        qt_add_item(menu, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
         menu->addSeparator();
     }
     if (hooks.save) {
-        add(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
-        add(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
-            [this] { save_as(); });
+        qt_add_item(menu, QStringLiteral("&Save"), QKeySequence::Save, [this] { save(); });
+        qt_add_item(menu, QStringLiteral("Save &as…"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
+                    [this] { save_as(); });
         menu->addSeparator();
     }
-    add(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    qt_add_item(menu, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
     if (!hooks.desktop.open) return;
     // Not from inside of the item, whose window goes.
-    add(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")),
-        [this] { QTimer::singleShot(0, hooks.desktop.quit); });
+    qt_add_item(menu, QStringLiteral("&Quit"), QKeySequence(QStringLiteral("Ctrl+Q")),
+                [this] { QTimer::singleShot(0, hooks.desktop.quit); });
     hooks.desktop.midi(menuBar()->addMenu(QStringLiteral("&MIDI")));
-    add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
-        QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
+    qt_add_item(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
+                QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }
 
 // Marks and states as they are now.

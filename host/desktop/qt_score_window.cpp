@@ -8,7 +8,7 @@
 #include <QMenuBar>
 #include <QTimer>
 
-#include "host/desktop/qt_edit_items.h"
+#include "host/desktop/qt_menu_items.h"
 #include "host/desktop/qt_places.h"
 #include "host/desktop/qt_platform.h"
 #include "host/desktop/qt_score_view.h"
@@ -50,54 +50,25 @@ template <class Does> void qt_score_window::edit(Does does) {
 }
 
 void qt_score_window::make_menus() {
-    const auto add = [this](QMenu* menu, const QString& text, const QKeySequence& key, auto does) {
-        QAction* const a = menu->addAction(text);
-        connect(a, &QAction::triggered, this, does);
-        a->setShortcut(key);
-        return a;
-    };
     QMenu* const file = menuBar()->addMenu(QStringLiteral("&File"));
-    add(file, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
-    add(file, QStringLiteral("&Save the patch"), QKeySequence::Save, [this] { hooks.save(); });
-    add(file, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
+    qt_add_item(file, QStringLiteral("&Open…"), QKeySequence::Open, [this] { hooks.desktop.open(this); });
+    qt_add_item(file, QStringLiteral("&Save the patch"), QKeySequence::Save, [this] { hooks.save(); });
+    qt_add_item(file, QStringLiteral("&Close"), QKeySequence::Close, [this] { close(); });
 
-    const auto sends = [this](auto does) { return [this, does] { edit(does); }; };
     QMenu* const menu = menuBar()->addMenu(QStringLiteral("&Edit"));
-    qt_edit_items items;
-    items.cut = add(menu, QStringLiteral("Cu&t"), QKeySequence::Cut,
-                    sends([](host_object* x) { kel_private<"cut">(x); }));
-    items.copy = add(menu, QStringLiteral("&Copy"), QKeySequence::Copy,
-                     sends([](host_object* x) { kel_private<"copy">(x); }));
-    items.paste = add(menu, QStringLiteral("&Paste"), QKeySequence::Paste,
-                      sends([](host_object* x) { kel_private<"paste">(x); }));
-    items.clear = add(menu, QStringLiteral("C&lear"), QKeySequence::Delete,
-                      sends([](host_object* x) { kel_private<"clr">(x); }));
-    items.select_all = add(menu, QStringLiteral("Select &all"), QKeySequence::SelectAll,
-                           sends([](host_object* x) { kel_private<"selectall">(x); }));
-    qt_watch_edit_items(menu, items, window_of);
+    qt_add_edit_items(menu, window_of, [this](auto does) { edit(does); });
     menu->addSeparator();
     int number = 0;
     for (const char* name : {"A&rrow", "&Magnifier", "T&weak", "P&encil"}) {
-        add(menu, QString::fromLatin1(name), Qt::Key_1 + number,
-            sends([this, number](host_object*) { hooks.tool(number); }));
+        qt_add_item(menu, QString::fromLatin1(name), Qt::Key_1 + number,
+                    [this, number] { edit([this, number](host_object*) { hooks.tool(number); }); });
         ++number;
     }
-
-    QMenu* const look = menuBar()->addMenu(QStringLiteral("&View"));
-    const auto zooms = [this, sends](desk_zoom way) {
-        return sends([this, way](host_object*) { hooks.zoom(way); });
-    };
-    add(look, QStringLiteral("Zoom &in"), {}, zooms(desk_zoom::time_in))
-        ->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
-    add(look, QStringLiteral("Zoom &out"), QKeySequence(QStringLiteral("Ctrl+-")),
-        zooms(desk_zoom::time_out));
-    add(look, QStringLiteral("&Higher rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Up")),
-        zooms(desk_zoom::value_in));
-    add(look, QStringLiteral("&Lower rows"), QKeySequence(QStringLiteral("Ctrl+Shift+Down")),
-        zooms(desk_zoom::value_out));
+    qt_add_zoom_items(menuBar()->addMenu(QStringLiteral("&View")),
+                      [this](desk_zoom way) { edit([this, way](host_object*) { hooks.zoom(way); }); });
     hooks.desktop.midi(menuBar()->addMenu(QStringLiteral("&MIDI")));
-    add(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
-        QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
+    qt_add_item(menuBar()->addMenu(QStringLiteral("&Help")), QStringLiteral("&Keys and tools"),
+                QKeySequence::HelpContents, [this] { hooks.desktop.help(this); });
 }
 
 // The score hides its window, as it does when a message tells it to.
