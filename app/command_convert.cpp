@@ -5,8 +5,6 @@
 #include <map>
 #include <memory>
 
-#include <unistd.h>
-
 #include "app/commands.h"
 #include "app/pipes.h"
 #include "app/say.h"
@@ -42,13 +40,10 @@ int run_convert(const convert_options& o) {
     const bool to_pipe = o.out == "-";
     const file_type type = target_type(o);
     if (!type) {
-        return misuse(to_pipe
-                          ? std::string("--to mid, kel or kelb is wanted for standard output")
-                          : o.out + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb");
+        return misuse(to_pipe ? std::string("--to mid, kel or kelb is wanted for standard output")
+                              : o.out + ": " + WANTED_ENDINGS);
     }
-    if (!to_pipe && !o.force && access(o.out.c_str(), F_OK) == 0) {
-        return fail(o.out + ": exists; --force replaces it");
-    }
+    if (const std::string why = to_pipe ? "" : why_kept(o.out, o.force); !why.empty()) return fail(why);
     headless_session session;
     brisolan* x = session.make();
     if (const std::string why = read_into(session, x, o.in, o.import_option); !why.empty()) {

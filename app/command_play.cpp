@@ -6,8 +6,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include <unistd.h>
-
 #include "app/commands.h"
 #include "app/devices.h"
 #include "app/live.h"
@@ -16,6 +14,7 @@
 #include "app/play_patch.h"
 #include "app/say.h"
 #include "app/source.h"
+#include "app/target.h"
 #include "host/boxes/midi_device.h"
 #include "host/desktop/synth.h"
 
@@ -125,8 +124,7 @@ int play_score(live_session& session, brisolan* score, const play_options& o) {
 
 int render_score(live_session& session, brisolan* score, const play_options& o) {
     const bool to_pipe = o.wav == "-";
-    if (!to_pipe && !o.force && access(o.wav.c_str(), F_OK) == 0)
-        return fail(o.wav + ": exists; --force replaces it");
+    if (const std::string kept = to_pipe ? "" : why_kept(o.wav, o.force); !kept.empty()) return fail(kept);
     if (const std::string why = read_score(session, score, o); !why.empty()) return fail(why);
     session.catch_signals();
     if (!to_pipe) return render_into(session, score, o, o.wav);

@@ -4,13 +4,12 @@
 #include <cstdio>
 #include <memory>
 
-#include <unistd.h>
-
 #include "app/commands.h"
 #include "app/devices.h"
 #include "app/live.h"
 #include "app/recording.h"
 #include "app/say.h"
+#include "app/target.h"
 #include "host/kernel/files.h"
 
 namespace {
@@ -50,10 +49,10 @@ int run_record(const record_options& o) {
     if (o.file == "-") return misuse("record: a file is wanted, not standard output");
     const file_type type = kel_typeofname(o.file.c_str());
     if (!type) {
-        return misuse(o.file + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb");
+        return misuse(o.file + ": " + WANTED_ENDINGS);
     }
     // Told before anybody plays a note, not after.
-    if (!o.force && access(o.file.c_str(), F_OK) == 0) return fail(o.file + ": exists; --force replaces it");
+    if (const std::string why = why_kept(o.file, o.force); !why.empty()) return fail(why);
     return record(o, type);
 }
 

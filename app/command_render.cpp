@@ -6,13 +6,12 @@
 #include <optional>
 #include <sstream>
 
-#include <unistd.h>
-
 #include "app/commands.h"
 #include "app/pipes.h"
 #include "app/png.h"
 #include "app/say.h"
 #include "app/source.h"
+#include "app/target.h"
 #include "host/kernel/windows.h"
 #include "view/legend.h"
 #include "view/scroll.h"
@@ -145,9 +144,7 @@ std::string set_up(brisolan* x, const render_options& o) {
 }
 
 int run_render(const render_options& o) {
-    if (o.out != "-" && !o.force && access(o.out.c_str(), F_OK) == 0) {
-        return fail(o.out + ": exists; --force replaces it");
-    }
+    if (const std::string why = o.out == "-" ? "" : why_kept(o.out, o.force); !why.empty()) return fail(why);
     headless_session session;
     brisolan* x = session.make();
     if (const std::string why = read_into(session, x, o.in, o.import_option); !why.empty()) {

@@ -2,9 +2,9 @@
 // Layer: program.
 #include "app/commands.h"
 
-constexpr const char* VERSION = "brisolan " BRISOLAN_VERSION;
-
 namespace {
+
+constexpr const char* VERSION = "brisolan " BRISOLAN_VERSION;
 
 std::string why_empty(const std::string& word) {
     return word.empty() ? "a value is wanted, not an empty word" : "";

@@ -88,7 +88,7 @@ bool score_document::unsaved() {
 
 std::string score_document::save(const std::string& to) {
     const file_type type = kel_typeofname(to.c_str());
-    if (!type) return to + ": the name should end in .mid, .midi, .smf, .kar, .kel, .txt or .kelb";
+    if (!type) return to + ": " + WANTED_ENDINGS;
     if (std::string why = write_from(console, patch.score(), {to, type}); !why.empty()) return why;
     path = to;
     from_copy = false;
@@ -119,6 +119,7 @@ std::vector<std::string> score_document::lost_in(const std::string& to) {
         lost.emplace_back("channels beyond 1 to 16");
     if (any([](const event& e) { return e.pitch < 0 || e.pitch > 127; }))
         lost.emplace_back("pitches beyond 0 to 127");
+    if (!tracks_hold_all(x)) lost.emplace_back("which track each note is on");
     if (descriptions_digest(x) != fresh) lost.emplace_back("the parameters' names and ranges");
     std::string of_the_file;
     for (const std::string& kind : rest) of_the_file += (of_the_file.empty() ? "" : ", ") + kind;

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "app/pipes.h"
+#include "app/target.h"
 #include "host/kernel/atombuf.h"
 #include "host/kernel/dispatch.h"
 #include "host/kernel/files.h"
@@ -89,8 +90,7 @@ std::string read_named(console_printer& print, brisolan* x, const std::string& f
     if (const std::string why = why_unreadable(file); !why.empty()) return named(shown, why);
     const file_type type = kel_filetype(file);
     if (type != TYPE_MIDI && type != TYPE_TEXT && type != TYPE_KELB) {
-        return named(shown, "not a kind that can be read: the name should end in .mid, .midi, .smf, .kar, "
-                            ".kel, .txt or .kelb");
+        return named(shown, std::string("not a kind that can be read: ") + WANTED_ENDINGS);
     }
     console_catch console(print);
     const std::int32_t serial = x->serial;

@@ -2,6 +2,8 @@
 // Layer: program.
 #include "app/target.h"
 
+#include <unistd.h>
+
 #include "host/kernel/dispatch.h"
 #include "host/kernel/files.h"
 #include "host/kernel/kernel.h"
@@ -9,20 +11,29 @@
 
 namespace {
 
-// As "write" chooses by itself, format 1 when a track above the first is in use; but not where that would leave notes
-// out, which it does with those that are on none of its tracks.
-bool fits_tracks(const brisolan* x) {
+// As "write" chooses by itself, but not where that would leave notes out.
+bool wants_tracks(const brisolan* x) {
     std::int32_t count = 0;
     std::int32_t highest = 0;
     brisolan_counttracks(x, &count, &highest);
-    if (highest < 2) return false;
-    for (const event* e = x->events; e; e = e->next) {
-        if (e->track < 1 || e->track > highest) return false;
-    }
-    return true;
+    return highest >= 2 && tracks_hold_all(x);
 }
 
 } // namespace
+
+std::string why_kept(const std::string& file, bool force) {
+    return !force && access(file.c_str(), F_OK) == 0 ? file + ": exists; --force replaces it" : "";
+}
+
+// Notes below track 1 or above the highest that is counted, which the parameter's range limits, are on none.
+bool tracks_hold_all(const brisolan* x) {
+    std::int32_t count = 0;
+    std::int32_t highest = 0;
+    brisolan_counttracks(x, &count, &highest);
+    const event* e = x->events;
+    while (e && e->track >= 1 && e->track <= highest) e = e->next;
+    return !e;
+}
 
 std::string write_from(std::function<void(const std::string&)>& console, brisolan* x,
                        const write_target& to) {
@@ -34,7 +45,7 @@ std::string write_from(std::function<void(const std::string&)>& console, brisola
         if (error.empty() && line.starts_with(prefix)) error = line.substr(prefix.size());
     };
     if (to.type == TYPE_MIDI) {
-        const int format = to.format >= 0 ? to.format : fits_tracks(x) ? 1 : 0;
+        const int format = to.format >= 0 ? to.format : wants_tracks(x) ? 1 : 0;
         const atom arguments[] = {atom(host_symbol(to.file.c_str())), atom(to.timecode ? 1 : 0),
                                   atom(format)};
         kel_send(x, host_symbol("export"), arguments);

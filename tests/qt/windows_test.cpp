@@ -419,6 +419,11 @@ TEST_F(windows_test, what_a_midi_file_cannot_hold_is_told) {
     EXPECT_EQ(d.lost_in(d.file()), lost_things{"the values of X1 and X2"});
     score(*w)->events->pitch = 128;
     EXPECT_EQ(d.lost_in(d.file()).size(), 2U);
+    // Beyond the range of the tracks, of which a file has one each.
+    score(*w)->events->track = 40;
+    EXPECT_EQ(d.lost_in(d.file()), (lost_things{"the values of X1 and X2", "pitches beyond 0 to 127",
+                                                "which track each note is on"}));
+    score(*w)->events->track = 1;
     std::vector<parameter_description> told = ask_descriptions(score(*w)).parameters;
     told[PARAM_X1].name = "Bow";
     send_description(score(*w), PARAM_X1, told[PARAM_X1]);
