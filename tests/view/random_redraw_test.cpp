@@ -23,6 +23,11 @@
 
 namespace {
 
+unsigned given_seed() {
+    const char* given = std::getenv("BRISOLAN_SEED");
+    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : 20260;
+}
+
 // Two instances that hold the same sequence: one drawn by the view, one by the twin.
 class random_redraw : public editor_test {
 protected:
@@ -332,6 +337,19 @@ protected:
         }
     }
 
+    // Does it with some seeds: every third has times to `third`, the others to `usual`; every second has few pitches.
+    template <class Do> void for_each_seed(int third, int usual, Do edits) {
+        const unsigned first = given_seed();
+        std::printf("seed %u\n", first);
+        for (seed = first; seed < first + 12; ++seed) {
+            random.seed(seed);
+            time_range = seed % 3 == 0 ? third : usual;
+            pitch_range = seed % 2 == 0 ? 12 : 128;
+            edits();
+            if (HasFatalFailure()) return;
+        }
+    }
+
     void play(int rounds, int most) {
         for (int round = 0; round < rounds; ++round) {
             if (once_in(12)) change_frame();
@@ -368,32 +386,14 @@ protected:
     int batches = 0;          // one edit in so many is followed by one of all at once; 0: none is
 };
 
-unsigned given_seed() {
-    const char* given = std::getenv("BRISOLAN_SEED");
-    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : 20260;
-}
-
 TEST_F(random_redraw, sparse_and_dense_edits_equal_the_twin) {
-    const unsigned first = given_seed();
-    std::printf("seed %u\n", first);
-    for (seed = first; seed < first + 12; ++seed) {
-        random.seed(seed);
-        time_range = seed % 3 == 0 ? 3000 : 14000;
-        pitch_range = seed % 2 == 0 ? 12 : 128;
-        play(40, 120);
-        if (HasFatalFailure()) return;
-    }
+    for_each_seed(3000, 14000, [this] { play(40, 120); });
 }
 
 // Many events one over the other, of which most lie out of sight below others.
 TEST_F(random_redraw, everything_selected_or_pasted_equals_the_twin) {
-    const unsigned first = given_seed();
-    std::printf("seed %u\n", first);
     all_in_view = true;
-    for (seed = first; seed < first + 12; ++seed) {
-        random.seed(seed);
-        time_range = seed % 3 == 0 ? 5000 : 1500;
-        pitch_range = seed % 2 == 0 ? 12 : 128;
+    for_each_seed(5000, 1500, [this] {
         for (int round = 0; round < 12; ++round) {
             while (x->nevents < 100 + below(500)) link_one();
             change_frame();
@@ -409,17 +409,12 @@ TEST_F(random_redraw, everything_selected_or_pasted_equals_the_twin) {
                 redraw_marked();
             }
         }
-    }
+    });
 }
 
 // Of bands that only grow or shrink, and of ones that select some and unselect others.
 TEST_F(random_redraw, rubber_bands_over_many_equal_the_twin) {
-    const unsigned first = given_seed();
-    std::printf("seed %u\n", first);
-    for (seed = first; seed < first + 12; ++seed) {
-        random.seed(seed);
-        time_range = seed % 3 == 0 ? 1500 : 8000;
-        pitch_range = seed % 2 == 0 ? 12 : 128;
+    for_each_seed(1500, 8000, [this] {
         for (int round = 0; round < 25; ++round) {
             while (x->nevents < 20 + below(300)) link_one();
             if (once_in(3)) change_frame();
@@ -435,20 +430,14 @@ TEST_F(random_redraw, rubber_bands_over_many_equal_the_twin) {
             expect_same("after a band", round);
             if (HasFatalFailure()) return;
         }
-    }
+    });
 }
 
 TEST_F(random_redraw, edits_of_all_at_once_equal_the_twin) {
-    const unsigned first = given_seed();
-    std::printf("seed %u\n", first);
-    for (seed = first; seed < first + 12; ++seed) {
-        random.seed(seed);
+    for_each_seed(3000, 14000, [this] {
         batches = 1 + below(8);
-        time_range = seed % 3 == 0 ? 3000 : 14000;
-        pitch_range = seed % 2 == 0 ? 12 : 128;
         play(40, 12);
-        if (HasFatalFailure()) return;
-    }
+    });
 }
 
 } // namespace
