@@ -76,6 +76,7 @@ qt_desktop::qt_desktop(desk_program& program) : behind(program) {
 
 qt_desktop::~qt_desktop() {
     qt_listen() = {};
+    qt_close_help();
     while (!windows.empty()) {
         qt_editor_window* const last = windows.back();
         windows.pop_back();

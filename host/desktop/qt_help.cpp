@@ -91,13 +91,20 @@ QString keys_of_menus(const QWidget* parent) {
     return rows;
 }
 
+QPointer<QDialog> page;
+
 } // namespace
 
+void qt_close_help() {
+    delete page;
+}
+
 void qt_show_help(QWidget* parent) {
-    static QPointer<QDialog> page;
     if (!page) {
         page = new QDialog(nullptr);
         page->setAttribute(Qt::WA_DeleteOnClose);
+        page->setAttribute(Qt::WA_QuitOnClose,
+                           false); // the program ends with its last document, help open or not
         page->setWindowTitle(QStringLiteral("Keys and tools — brisolan"));
         auto* const text = new QTextBrowser(page);
         text->setAccessibleName(QStringLiteral("Keys and tools"));

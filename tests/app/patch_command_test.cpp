@@ -38,9 +38,9 @@ TEST_F(patch_command_test, a_long_line_of_the_scheduler_arrives_whole) {
         {"patch", text("long.kel", "#N loadbang; #N delay 10; #N message " + name +
                                        "; #N delay; #P cord 0 0 1 0; #P cord 1 0 2 0; #P cord 2 0 3 0;\n")});
     const std::string told = "brisolan: host: delay: no message \"" + name + "\"\n";
-    EXPECT_TRUE(holds_within(10'000, [&] { return p->err().size() >= told.size(); }));
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return p->err().size() >= told.size(); }));
     p->send(SIGINT);
-    EXPECT_EQ(p->wait(5000), 0);
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0);
     EXPECT_EQ(p->err(), told);
 }
 
@@ -62,9 +62,9 @@ TEST_F(patch_command_test, an_hour_passes_in_no_time) {
 
 TEST_F(patch_command_test, real_time_runs_until_a_signal) {
     const std::unique_ptr<process> p = start({"patch", clock()});
-    ASSERT_TRUE(holds_within(10'000, [&] { return lines_of(p->out()).size() >= 2; })) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return lines_of(p->out()).size() >= 2; })) << p->err();
     p->send(SIGINT);
-    EXPECT_EQ(p->wait(5000), 0);
+    EXPECT_EQ(p->wait(PATIENCE_MS), 0);
 }
 
 TEST_F(patch_command_test, a_wrong_line_is_told_and_the_rest_runs) {

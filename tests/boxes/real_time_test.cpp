@@ -23,6 +23,7 @@
 #include "host/kernel/memory.h"
 #include "host/kernel/objects.h"
 #include "host/kernel/patchfile.h"
+#include "tests/support/process.h"
 
 namespace {
 
@@ -130,9 +131,9 @@ private:
     std::jthread sleeper{[this](const std::stop_token& over) { sleep_and_look(over); }};
 };
 
-// Notes wait for nothing that the main level does: most of the piece falls into its sleep. They may be late by a twentieth of
-// the sleep, and by as long as the machine let nobody run.
-TEST(real_time_play, a_main_level_that_stands_still_for_two_seconds_delays_no_note) {
+// Notes wait for nothing that the main level does: the piece falls into its sleep. They may be late by a second, which is less
+// than they would wait for its end, and by as long as the machine let nobody run.
+TEST(real_time_play, a_main_level_that_stands_still_for_seconds_delays_no_note) {
     real_time_patch p("play");
     ASSERT_NE(p.score, nullptr) << p.why;
     p.fill();
@@ -141,11 +142,10 @@ TEST(real_time_play, a_main_level_that_stands_still_for_two_seconds_delays_no_no
     const stalls_of_the_machine stalls;
     const kel_time host_start = ear::clock() - kel_now();
     ASSERT_TRUE(start_playing(p.score, 0, 1));
-    constexpr std::chrono::seconds asleep{2}; // the piece takes less
-    std::this_thread::sleep_for(asleep);
-    ASSERT_TRUE(playing_is_over(p.score));
+    std::this_thread::sleep_for(std::chrono::seconds(4)); // the piece takes one
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return playing_is_over(p.score); }));
     EXPECT_EQ(hears.notes.size(), std::size_t{NOTES} * 2);
-    const kel_time latest = 100 * NS_PER_MS + stalls.longest();
+    const kel_time latest = 1000 * NS_PER_MS + stalls.longest();
     for (const heard_note& n : hears.notes) EXPECT_LT(n.at - host_start - n.due, latest);
 }
 

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* RATE = "48000";
 constexpr int RATE_HZ = 48000;
 constexpr const char* PERIOD = "64";
-constexpr const char* CLIENT_MS = "250";
+constexpr const char* CLIENT_MS = "2000";
 
 std::int64_t microseconds(jack_nframes_t frames) {
     return std::int64_t{frames} * 1'000'000 / RATE_HZ;
@@ -72,7 +72,7 @@ std::string jack_server::why_not() {
 
 // With real-time priority where that is allowed, and waiting for its clients, for longer than two periods: on a busy
 // machine it would else begin the next cycle while they still write or read the last one's messages, which are lost then.
-// Not for seconds, as a client that comes or goes in mid-cycle may be waited for in vain.
+// Not for longer, as a client that comes in mid-cycle may be waited for in vain, in ten cycles.
 bool jack_server::start() {
     daemon =
         std::make_unique<process>(folder, "jackd",
@@ -144,6 +144,13 @@ void jack_peer::send(const std::array<int, 3>& bytes, std::int64_t at) {
     nout = n + 1;
 }
 
+// What one cycle gives, the others have taken before the next but one begins.
+bool jack_peer::all_sent() const {
+    if (!holds_within(PATIENCE_MS, [this] { return sent == nout; })) return false;
+    const int before = begun;
+    return holds_within(PATIENCE_MS, [&] { return begun >= before + 2; });
+}
+
 std::vector<timed_message> jack_peer::heard() const {
     return {in.begin(), in.begin() + static_cast<std::ptrdiff_t>(nin.load())};
 }
@@ -158,6 +165,7 @@ jack_peer::lateness jack_peer::server_late() {
 int jack_peer::process_cycle(jack_nframes_t frames, void* peer) {
     auto* const p = static_cast<jack_peer*>(peer);
     const std::int64_t began = now();
+    ++p->begun;
     if (p->cycle_began) {
         const std::int64_t late = began - p->cycle_began - microseconds(frames);
         p->late = std::max(p->late.load(), late);

@@ -65,16 +65,19 @@ public:
 
     // Sends a message, at a time or as soon as possible. Not from two threads.
     void send(const std::array<int, 3>& bytes, std::int64_t at = 0);
+    // Waits until all that was sent so far has been given to the clients that are connected; false when it is not.
+    bool all_sent() const;
     static std::int64_t now() { return static_cast<std::int64_t>(jack_get_time()); }
 
     // What has come in so far.
     std::vector<timed_message> heard() const;
     // How late the server was since it was asked last: the worst cycle, in milliseconds, and the share of the cycles that
-    // were late by one or more. Where those are more than single ones, times tell of the machine and not of the program.
+    // were late by one or more. Where those are more than single ones, or one is a stall, times tell of the machine and not
+    // of the program.
     struct lateness {
         double worst;
         double share;
-        bool on_time() const { return share <= 0.02; }
+        bool on_time() const { return share <= 0.02 && worst <= 20; }
     };
     lateness server_late();
     // The loudest sample heard so far.
@@ -97,7 +100,8 @@ private:
     std::atomic<std::size_t> nin{0};
     std::vector<timed_message> out = std::vector<timed_message>(ROOM);
     std::atomic<std::size_t> nout{0};
-    std::size_t sent = 0; // of those in `out`; the cycle's alone
+    std::atomic<std::size_t> sent{0}; // of those in `out`
+    std::atomic<int> begun{0};        // cycles
     std::atomic<float> peak{0};
     std::int64_t cycle_began = 0; // the cycle's alone
     std::atomic<std::int64_t> late{0};

@@ -25,9 +25,18 @@ protected:
         live_test::TearDown();
     }
     // The ports that are remembered from the last time.
-    void use_ports() const { editor->set("midi", "input=peer:midi out\noutput=peer:midi in\nsynth=false"); }
+    void use_ports(const std::string& more = "") const {
+        editor->set("midi", "input=peer:midi out\noutput=peer:midi in\nsynth=false\n" + more);
+    }
 
     std::vector<timed_message> notes() const { return only(0x90, peer->heard()); }
+
+    // Waits until the editor has done what was asked of it so far: the help, which comes after that, is there.
+    void let_it_be_done(const std::string& title) const {
+        editor->screen->key("F1");
+        ASSERT_TRUE(editor->screen->focus("Keys and tools"));
+        ASSERT_TRUE(editor->screen->focus(title));
+    }
 
     void play_keys(std::int64_t at, const std::vector<score_note>& keys) {
         for (const score_note& k : keys) {
@@ -41,7 +50,7 @@ protected:
 
 TEST_F(live_editor_play, plays_to_the_port_that_its_menu_chose_and_stops) {
     std::vector<score_note> wanted;
-    for (int i = 0; i < 30; ++i) wanted.push_back({(i + 1) * 100, 40 + i, 50});
+    for (int i = 0; i < 1000; ++i) wanted.push_back({(i + 1) * 100, 40 + i % 80, 50});
     editor->open({score("scale.mid", wanted)}, "scale.mid");
     editor->screen->key("alt+m");
     editor->screen->key("o");
@@ -49,26 +58,21 @@ TEST_F(live_editor_play, plays_to_the_port_that_its_menu_chose_and_stops) {
     editor->screen->key("space");
     ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return notes().size() >= 12; }));
     editor->screen->key("space");
-    sleep_ms(300);
-    const std::size_t stopped = notes().size();
-    sleep_ms(500);
-    EXPECT_EQ(notes().size(), stopped);
-    const std::vector<timed_message> heard = notes();
-    double worst = 0;
-    for (std::size_t i = 0; i < heard.size(); ++i) {
-        EXPECT_EQ(heard[i].bytes[1], 40 + static_cast<int>(i));
-        worst = std::max(worst, std::abs(static_cast<double>(heard[i].at - heard[0].at) / 1000 -
-                                         static_cast<double>(i) * 100));
-    }
-    std::printf("notes are off by %.1f ms at most\n", worst);
-    EXPECT_LT(worst, 200) << "in the right order and about their times; how exactly is live_play's to judge";
+    std::size_t stopped = 0;
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] {
+        stopped = notes().size();
+        sleep_ms(500);
+        return notes().size() == stopped;
+    }));
     // Every note that was begun was ended.
     EXPECT_GE(only(0x80, peer->heard()).size(), stopped);
 
-    // From where it stopped, to the end.
+    // From where it stopped.
     editor->screen->key("space");
-    EXPECT_TRUE(holds_within(PATIENCE_MS, [this] { return notes().size() == 30; }));
-    EXPECT_EQ(notes().back().bytes[1], 69);
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return notes().size() >= stopped + 3; }));
+    const std::vector<timed_message> heard = notes();
+    for (std::size_t i = 0; i < heard.size(); ++i)
+        EXPECT_EQ(heard[i].bytes[1], 40 + static_cast<int>(i % 80));
 }
 
 TEST_F(live_editor_play, steps_and_plays_from_the_selection) {
@@ -90,26 +94,26 @@ TEST_F(live_editor_play, steps_and_plays_from_the_selection) {
 }
 
 TEST_F(live_editor_play, records_what_comes_in_and_saves_it) {
-    use_ports();
+    use_ports("hear=true");
     editor->open({}, "Untitled");
     ASSERT_TRUE(peer->joined_both_ways()) << editor->program->err();
     editor->screen->key("ctrl+r");
-    sleep_ms(200);
+    let_it_be_done("Untitled");
     std::vector<score_note> wanted;
-    for (int i = 0; i < 8; ++i) wanted.push_back({i * 100, 60 + i, 60, 2});
+    for (int i = 0; i < 8; ++i) wanted.push_back({i * 300, 60 + i, 60, 2});
     play_keys(jack_peer::now() + 200'000, wanted);
-    sleep_ms(1500);
+    // What is heard has been recorded, too.
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return only(0x80, peer->heard()).size() >= 8; }));
     editor->screen->key("Escape");
     editor->save_as("take.kel", "ctrl+s");
     const std::vector<note_row> got = editor->list("take.kel");
     ASSERT_EQ(got.size(), 8U);
-    for (int i = 0; i < 8; ++i) {
-        const note_row& n = got[static_cast<std::size_t>(i)];
-        EXPECT_EQ(n[PITCH], 60 + i);
-        EXPECT_EQ(n[CHAN], 2);
-        EXPECT_NEAR(n[TIME] - got[0][TIME], i * 100, 200);
-        EXPECT_NEAR(n[DUR], 60, 200);
+    for (std::size_t i = 0; i < 8; ++i) {
+        EXPECT_EQ(got[i][PITCH], 60 + static_cast<int>(i));
+        EXPECT_EQ(got[i][CHAN], 2);
+        EXPECT_GE(got[i][TIME], i > 0 ? got[i - 1][TIME] : 0) << "how exactly is live_record's to judge";
     }
+    EXPECT_GT(got[7][TIME], got[0][TIME]);
     editor->quit();
 }
 
@@ -120,7 +124,7 @@ TEST_F(live_editor_play, follows_a_player_with_the_accompaniment) {
         "duet.mid");
     ASSERT_TRUE(peer->joined_both_ways()) << editor->program->err();
     editor->screen->key("ctrl+shift+f");
-    sleep_ms(200);
+    let_it_be_done("duet.mid");
     play_keys(jack_peer::now() + 100'000, {{0, 60, 50}, {300, 62, 50}});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return notes().size() >= 4; }));
     std::vector<int> pitches;
@@ -137,14 +141,14 @@ TEST_F(live_editor_play, asks_which_track_is_the_players_where_none_is) {
     ASSERT_TRUE(editor->screen->focus("Follow"));
     editor->screen->key("Return");
     ASSERT_TRUE(editor->screen->focus("other.mid"));
-    sleep_ms(200);
+    let_it_be_done("other.mid");
     play_keys(jack_peer::now() + 100'000, {{0, 36, 50}});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return !notes().empty(); }));
     EXPECT_EQ(notes()[0].bytes, (std::array<int, 3>{0x90, 36, 100})) << "on channel 1 from now on";
 }
 
 TEST_F(live_editor_play, what_comes_in_is_heard_when_that_was_chosen) {
-    editor->set("midi", "input=peer:midi out\noutput=peer:midi in\nsynth=false\nhear=true");
+    use_ports("hear=true");
     editor->open({}, "Untitled");
     ASSERT_TRUE(peer->joined_both_ways()) << editor->program->err();
     play_keys(jack_peer::now() + 100'000, {{0, 65, 50, 3}});
@@ -169,7 +173,7 @@ TEST_F(live_editor_play, a_patch_by_itself_plays_from_and_to_the_ports_that_its_
     editor->quit();
 }
 
-// Of the distances from the usual one, that which ninety-nine of a hundred notes keep below.
+// Of the distances from the usual one, that which nine of ten notes keep below.
 double lateness(const std::vector<timed_message>& notes, int apart) {
     std::vector<double> off;
     for (std::size_t i = 0; i < notes.size(); ++i)
@@ -178,7 +182,7 @@ double lateness(const std::vector<timed_message>& notes, int apart) {
     const double middle = off[off.size() / 2];
     for (double& o : off) o = std::abs(o - middle);
     std::sort(off.begin(), off.end());
-    return off[off.size() * 99 / 100];
+    return off[off.size() * 9 / 10];
 }
 
 TEST_F(live_editor_play, moving_the_view_of_a_large_score_does_not_hold_the_notes_up) {
@@ -188,39 +192,31 @@ TEST_F(live_editor_play, moving_the_view_of_a_large_score_does_not_hold_the_note
     for (int i = 0; i < 100'000; ++i) wanted.push_back({1000 + i * APART, 40 + i % 48, 15});
     editor->open({score("large.mid", wanted)}, "large.mid");
     ASSERT_TRUE(peer->joined_both_ways()) << editor->program->err();
-    constexpr double ON_TIME = 2;
-    double best = 1e9;
-    bool judged = false;
-    // A machine that does something else for a moment makes notes late in either part; where it does so all the time, a try
-    // tells nothing.
-    for (int tries = 0; tries < 4 && best > 1; ++tries) {
+    timing_tries tries(peer);
+    while (tries.more()) {
         const std::size_t before = notes().size();
         editor->screen->key("space");
-        sleep_ms(4000);
+        ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return notes().size() > before + 120; }));
         std::vector<timed_message> all = notes();
         const double quiet = lateness({all.begin() + static_cast<std::ptrdiff_t>(before), all.end()}, APART);
         const std::size_t undisturbed = all.size();
-        ASSERT_GT(undisturbed, before + 50);
         editor->screen->move(400, 300);
         // The wheel through time and values, without a pause.
         for (int i = 0; i < 12; ++i)
             editor->screen->tool({"click", "--repeat", "30", "--delay", "8", std::to_string(4 + i % 4)});
+        ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return notes().size() > undisturbed + 120; }));
         all = notes();
-        ASSERT_GT(all.size(), undisturbed + 50) << "it plays on";
         const double moving =
             lateness({all.begin() + static_cast<std::ptrdiff_t>(undisturbed), all.end()}, APART);
         editor->screen->key("space");
         editor->screen->key("Home");
-        std::printf("99 of 100 notes are off by %.2f ms at most, %.2f ms while the view moves\n", quiet,
+        std::printf("nine of ten notes are off by %.2f ms at most, %.2f ms while the view moves\n", quiet,
                     moving);
-        if (quiet > ON_TIME) continue;
-        judged = true;
-        best = std::min(best, moving - quiet);
+        constexpr double ALLOWED_MS = 3;
+        constexpr double USUAL_MS = 2; // quiet notes that are later than this excuse no others
+        tries.take(moving / (ALLOWED_MS + std::min(quiet, USUAL_MS)));
     }
-    if (judged)
-        EXPECT_LT(best, 3);
-    else
-        std::printf("the notes were never on time, so their waiting for the view was not judged\n");
+    tries.judge();
 }
 
 } // namespace

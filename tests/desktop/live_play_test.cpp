@@ -19,6 +19,12 @@ protected:
         for (int i = 1; i <= notes; ++i) all.push_back({i * apart, 40 + i % 40, apart / 2});
         return score("scale.mid", all);
     }
+    // One that no test waits for the end of.
+    std::string endless() const { return scale(3000, 100); }
+    static void interrupt(process& p) {
+        p.send(SIGINT);
+        EXPECT_EQ(p.wait(PATIENCE_MS), 128 + SIGINT) << p.err();
+    }
     std::size_t heard_notes() const { return only(0x90, peer->heard()).size(); }
 };
 
@@ -28,20 +34,13 @@ TEST_F(live_play, ports_are_listed_with_number_system_and_name) {
                               "out 0 JACK peer:midi in\nout 1 JACK other:midi in\n");
 }
 
-// How far notes are from where they should be, milliseconds.
-struct timing {
-    double half = 1e9; // of the notes are not further off than this
-    double most = 1e9; // nine of ten are not
-    double worst = 1e9;
-    double drift = 1e9; // from the first third of the notes to the last
-};
-
 double middle_of(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
 }
 
-timing measure(const std::vector<timed_message>& on, int apart) {
+// How far notes are from where they should be, as a multiple of what is allowed.
+double how_far_off(const std::vector<timed_message>& on, int apart) {
     std::vector<double> place; // of each note, as if all were due at once
     for (std::size_t i = 0; i < on.size(); ++i)
         place.push_back(static_cast<double>(on[i].at) / 1000 - static_cast<double>(i) * apart);
@@ -50,51 +49,45 @@ timing measure(const std::vector<timed_message>& on, int apart) {
     for (const double p : place) off.push_back(std::abs(p - middle));
     std::sort(off.begin(), off.end());
     const auto third = static_cast<std::ptrdiff_t>(place.size() / 3);
-    return {off[off.size() / 2], off[off.size() * 9 / 10], off.back(),
-            std::abs(middle_of({place.begin(), place.begin() + third}) -
-                     middle_of({place.end() - third, place.end()}))};
+    const double half = off[off.size() / 2]; // of the notes are not further off than this
+    const double most = off[off.size() * 9 / 10];
+    const double drift = std::abs(middle_of({place.begin(), place.begin() + third}) -
+                                  middle_of({place.end() - third, place.end()}));
+    std::printf(
+        "half of the notes are off by %.2f ms at most, nine of ten by %.2f ms, the worst by %.2f ms\n", half,
+        most, off.back());
+    return std::max({half / 2, most / 4, drift / 2});
 }
 
-// A machine that stands still for a moment makes single notes late, and a busy one without real-time priorities many: so
-// the usual note is judged, in the best of some tries, and nothing where the server itself was on time in none of them.
-TEST_F(live_play, notes_arrive_within_milliseconds_of_their_times) {
+TEST_F(live_play, notes_arrive_and_end_within_milliseconds_of_their_times) {
     constexpr int NOTES = 60;
     constexpr int APART = 50;
-    timing best;
-    bool on_time = false; // was the server in one of the tries
-    for (int tries = 0; tries < 4 && !(best.half < 2 && best.most < 4 && best.drift < 2); ++tries) {
+    timing_tries tries(peer);
+    while (tries.more()) {
         const std::size_t before = peer->heard().size();
-        peer->server_late();
         run({"play", scale(NOTES, APART), "--port", "peer", "--quiet"});
-        const jack_peer::lateness server_late = peer->server_late();
         std::vector<timed_message> all = peer->heard();
         all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(before));
         const std::vector<timed_message> on = only(0x90, all);
+        const std::vector<timed_message> off = only(0x80, all);
         ASSERT_EQ(on.size(), static_cast<std::size_t>(NOTES));
-        for (std::size_t i = 0; i < on.size(); ++i)
-            EXPECT_EQ(on[i].bytes, (bytes{0x90, 40 + (static_cast<int>(i) + 1) % 40, 100}));
-        const timing now = measure(on, APART);
-        std::printf(
-            "half of the notes are off by %.2f ms at most, nine of ten by %.2f ms, the worst by %.2f ms; "
-            "the server was late by %.2f ms at worst, in %.1f %% of its cycles\n",
-            now.half, now.most, now.worst, server_late.worst, server_late.share * 100);
-        on_time |= server_late.on_time();
-        if (now.most < best.most) best = now;
+        ASSERT_EQ(off.size(), on.size());
+        std::vector<double> lasted;
+        for (std::size_t i = 0; i < on.size(); ++i) {
+            const int pitch = 40 + (static_cast<int>(i) + 1) % 40;
+            EXPECT_EQ(on[i].bytes, (bytes{0x90, pitch, 100}));
+            EXPECT_EQ(off[i].bytes, (bytes{0x80, pitch, 64}));
+            lasted.push_back(static_cast<double>(off[i].at - on[i].at) / 1000);
+        }
+        tries.take(std::max(how_far_off(on, APART), std::abs(middle_of(lasted) - APART / 2) / 2));
     }
-    if (on_time) {
-        EXPECT_LT(best.half, 2);
-        EXPECT_LT(best.most, 4);
-        EXPECT_LT(best.drift, 2);
-    } else {
-        std::printf("the server was never on time, so the notes were not judged\n");
-    }
+    tries.judge();
 }
 
 TEST_F(live_play, every_note_ends_after_its_duration_and_the_channels_are_reset) {
-    run({"play", score("two.mid", {{100, 60, 200, 1}, {150, 64, 100, 3}}), "--port", "peer", "--quiet"});
-    const std::vector<timed_message> all = peer->heard();
+    run({"play", score("two.mid", {{100, 60, 3000, 1}, {150, 64, 100, 3}}), "--port", "peer", "--quiet"});
     std::vector<bytes> got;
-    for (const timed_message& m : all) got.push_back(m.bytes);
+    for (const timed_message& m : peer->heard()) got.push_back(m.bytes);
     EXPECT_EQ(got, (std::vector<bytes>{{0x90, 60, 100},
                                        {0x92, 64, 100},
                                        {0x82, 64, 64},
@@ -103,25 +96,23 @@ TEST_F(live_play, every_note_ends_after_its_duration_and_the_channels_are_reset)
                                        {0xB0, 120, 0},
                                        {0xB2, 123, 0},
                                        {0xB2, 120, 0}}));
-    ASSERT_GE(all.size(), 4U);
-    EXPECT_NEAR(static_cast<double>(all[3].at - all[0].at) / 1000, 200, 100);
 }
 
 TEST_F(live_play, a_virtual_port_is_there_for_others_to_connect_to) {
     const std::unique_ptr<process> p =
-        brisolan({"play", scale(24, 50), "--virtual", "from the score", "--quiet"});
+        brisolan({"play", endless(), "--virtual", "from the score", "--quiet"});
     ASSERT_TRUE(peer->hear_midi_from("brisolan:from the score"));
-    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
-    EXPECT_GT(heard_notes(), 10U);
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; })) << p->err();
+    interrupt(*p);
 }
 
 TEST_F(live_play, two_programs_at_once_are_two_clients) {
-    const std::unique_ptr<process> a = brisolan({"play", scale(24, 50), "--virtual", "a", "--quiet"});
+    const std::unique_ptr<process> a = brisolan({"play", endless(), "--virtual", "a", "--quiet"});
     ASSERT_TRUE(peer->hear_midi_from("brisolan:a"));
-    const std::unique_ptr<process> b = brisolan({"play", scale(24, 50), "--virtual", "b", "--quiet"});
+    const std::unique_ptr<process> b = brisolan({"play", endless(), "--virtual", "b", "--quiet"});
     ASSERT_TRUE(peer->hear_midi_from("brisolan-01:b"));
-    EXPECT_EQ(a->wait(PATIENCE_MS), 0) << a->err();
-    EXPECT_EQ(b->wait(PATIENCE_MS), 0) << b->err();
+    interrupt(*a);
+    interrupt(*b);
 }
 
 TEST_F(live_play, several_ports_that_fit_or_none_are_an_error_that_names_them) {
@@ -153,7 +144,7 @@ TEST_F(live_play, an_interrupt_ends_what_sounds) {
 }
 
 TEST_F(live_play, a_port_that_disappears_is_told_once_and_comes_back) {
-    const std::unique_ptr<process> p = brisolan({"play", scale(70, 100), "--port", "peer"});
+    const std::unique_ptr<process> p = brisolan({"play", endless(), "--port", "peer"});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     peer.reset();
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] {
@@ -162,24 +153,26 @@ TEST_F(live_play, a_port_that_disappears_is_told_once_and_comes_back) {
     peer = std::make_unique<jack_peer>("peer");
     ASSERT_TRUE(peer->connected());
     EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; })) << p->err();
-    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
+    interrupt(*p);
     EXPECT_EQ(count("has gone", p->err()), 1) << p->err();
     EXPECT_EQ(count("is back", p->err()), 1) << p->err();
-    EXPECT_EQ(count("0:07.000", p->err()), 1) << "it did not play on to the end:\n" << p->err();
 }
 
 TEST_F(live_play, a_server_that_dies_is_told_once_and_playing_goes_on) {
-    const std::unique_ptr<process> p = brisolan({"play", scale(40, 100), "--port", "peer"});
+    const std::unique_ptr<process> p = brisolan({"play", endless(), "--port", "peer"});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     server->kill();
     peer.reset();
-    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
+    ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return count("has gone", p->err()) == 1; })) << p->err();
+    const int shown = count("\n", p->err());
+    constexpr int MORE = 15; // a second and a half of notes: time enough to tell it twice
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return count("\n", p->err()) >= shown + MORE; })) << p->err();
+    interrupt(*p);
     EXPECT_EQ(count("has gone; going on without it", p->err()), 1) << p->err();
-    EXPECT_EQ(count("0:04.000", p->err()), 1) << p->err();
 }
 
 TEST_F(live_play, a_server_that_is_started_again_is_played_to_again) {
-    const std::unique_ptr<process> p = brisolan({"play", scale(150, 100), "--port", "peer", "--quiet"});
+    const std::unique_ptr<process> p = brisolan({"play", endless(), "--port", "peer", "--quiet"});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return heard_notes() > 2; }));
     server->kill();
     peer.reset();
@@ -192,21 +185,23 @@ TEST_F(live_play, a_server_that_is_started_again_is_played_to_again) {
 }
 
 TEST_F(live_play, without_a_port_the_synth_plays) {
-    const std::unique_ptr<process> p = brisolan({"play", scale(8, 100), "--quiet"});
+    const std::unique_ptr<process> p = brisolan({"play", endless(), "--quiet"});
     ASSERT_TRUE(peer->hear_sound_from("brisolan-synth:left")) << p->err();
-    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->loudest() > 0.01F; })) << p->err();
+    interrupt(*p);
     EXPECT_EQ(p->err(), "");
-    EXPECT_GT(peer->loudest(), 0.01F);
 }
 
 TEST_F(live_play, the_synth_outlives_its_server) {
-    const std::unique_ptr<process> p = brisolan({"play", scale(40, 100), "--synth", "--quiet"});
+    const std::unique_ptr<process> p = brisolan({"play", endless(), "--synth", "--quiet"});
     ASSERT_TRUE(peer->hear_sound_from("brisolan-synth:left")) << p->err();
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->loudest() > 0; })) << p->err();
     server->kill();
     peer.reset();
-    EXPECT_EQ(p->wait(PATIENCE_MS), 0) << p->err();
-    EXPECT_EQ(count("the sound output has gone; going on without it\n", p->err()), 1) << p->err();
+    EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return !p->err().empty(); }));
+    sleep_ms(1000);
+    interrupt(*p);
+    EXPECT_EQ(p->err(), "brisolan: the sound output has gone; going on without it\n");
 }
 
 } // namespace

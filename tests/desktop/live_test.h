@@ -40,6 +40,26 @@ private:
     int programs = 0;
 };
 
+// Judges times in the best of some tries. A machine that stands still for a moment makes single notes late, and a busy one
+// without real-time priorities many: where the server itself was on time in fewer than two tries, nothing is judged.
+class timing_tries {
+public:
+    explicit timing_tries(const std::unique_ptr<jack_peer>& witness) : peer(witness.get()) {}
+
+    // Whether to try again: three more times at most, and not once a try was good.
+    bool more();
+    // Takes how far the try was off, as a multiple of what is allowed.
+    void take(double off);
+    // Fails the test when none was good and two or more could have been.
+    void judge() const;
+
+private:
+    jack_peer* peer;
+    int tries = 0;
+    int on_time = 0;
+    double best = 1e9;
+};
+
 // Only the messages of one kind, 0x90 for notes that begin.
 std::vector<timed_message> only(int kind, const std::vector<timed_message>& messages);
 

@@ -36,7 +36,7 @@ private:
 };
 
 // How long a test waits for what comes at once unless the machine does something else, milliseconds.
-constexpr int PATIENCE_MS = 20'000;
+constexpr int PATIENCE_MS = 60'000;
 
 // Waits until the condition holds; false when it does not within so many milliseconds.
 template <class F> bool holds_within(int ms, F condition);
