@@ -32,6 +32,8 @@ public:
     // Writes a setting, "group/key", before the editor is started.
     void set(const std::string& group, const std::string& lines) const;
 
+    // Waits until a menu is open, which takes the keys from then on; a failure fails the test.
+    void wait_for_menu() const;
     // Whether a window of this title is there, or comes soon.
     bool has_window(const std::string& title);
 

@@ -102,8 +102,9 @@ void jack_server::clean() const {
 }
 
 jack_peer::jack_peer(const std::string& n) : name(n) {
-    client = jack_client_open(name.c_str(), static_cast<jack_options_t>(JackNoStartServer | JackUseExactName),
-                              nullptr);
+    constexpr auto OPTIONS = static_cast<jack_options_t>(JackNoStartServer | JackUseExactName);
+    // A server that stands still for a moment refuses.
+    holds_within(PATIENCE_MS, [this] { return (client = jack_client_open(name.c_str(), OPTIONS, nullptr)); });
     if (!client) return;
     midi_in = jack_port_register(client, "midi in", JACK_DEFAULT_MIDI_TYPE, JackPortIsInput, 0);
     midi_out = jack_port_register(client, "midi out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);

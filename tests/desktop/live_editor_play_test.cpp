@@ -53,6 +53,7 @@ TEST_F(live_editor_play, plays_to_the_port_that_its_menu_chose_and_stops) {
     for (int i = 0; i < 1000; ++i) wanted.push_back({(i + 1) * 100, 40 + i % 80, 50});
     editor->open({score("scale.mid", wanted)}, "scale.mid");
     editor->screen->key("alt+m");
+    editor->wait_for_menu();
     editor->screen->key("o");
     editor->screen->key("Return"); // the first of the outputs
     editor->screen->key("space");
@@ -163,6 +164,7 @@ TEST_F(live_editor_play, a_patch_by_itself_plays_from_and_to_the_ports_that_its_
     editor->open({file("through.kel")}, "through.kel");
     for (const char* menu : {"i", "o"}) {
         editor->screen->key("alt+m");
+        editor->wait_for_menu();
         editor->screen->key(menu);
         editor->screen->key("Return"); // the first of them
     }

@@ -118,6 +118,7 @@ TEST_F(live_editor_window, a_role_is_chosen_from_the_menu_that_pops_up_at_its_pi
     const int y = MID_Y - (DATA_HEIGHT + CONTENT_TOP - editor->list("one.kel")[0][PITCH] * PIXELS_A_PITCH);
     // Vel becomes the vertical axis: the pointer's arrow keys then move velocities.
     editor->screen->click(VEL_PICTURE_X, y + LEGEND_MIDDLE);
+    editor->wait_for_menu();
     for (const char* key : {"Down", "Down", "Down", "Return"}) editor->screen->key(key);
     editor->screen->key("ctrl+a");
     const int velocity = editor->list("one.kel")[0][VEL];

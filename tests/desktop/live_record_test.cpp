@@ -11,6 +11,8 @@ namespace {
 
 using bytes = std::array<int, 3>;
 
+constexpr int READY_MS = 500; // from a port that is there to a program that listens
+
 class live_record : public live_test {
 protected:
     // Starts recording into a file through a port of its own, which the peer plays to from then on.
@@ -20,6 +22,7 @@ protected:
         all.insert(all.end(), {"--virtual", "keys"});
         std::unique_ptr<process> p = brisolan(all);
         EXPECT_TRUE(peer->send_midi_to("brisolan:keys")) << p->err();
+        sleep_ms(READY_MS);
         return p;
     }
     // A key held from one time to another, in milliseconds from `at`, JACK's microseconds.
@@ -128,6 +131,7 @@ TEST_F(live_record, from_a_port_that_is_named) {
     const std::unique_ptr<process> p =
         brisolan({"record", file("take.kel"), "--port", "peer", "--until", "4000"});
     ASSERT_TRUE(peer->joined_out()) << p->err();
+    sleep_ms(READY_MS);
     const std::int64_t at = jack_peer::now() + 200'000;
     peer->send({0x90, 50, 90}, at);
     peer->send({0x90, 50, 0}, at + 100'000); // a note-on of velocity 0 ends the note
@@ -171,6 +175,7 @@ TEST_F(live_follow, the_score_answers_each_note_that_is_played) {
     // Two clients of one name: which of the two is renamed is JACK's to say.
     ASSERT_TRUE(peer->hear_midi_from("brisolan:answers")) << p->err();
     ASSERT_TRUE(peer->send_midi_to("brisolan-01:keys")) << p->err();
+    sleep_ms(READY_MS);
     const std::int64_t begin = jack_peer::now() + 100'000;
     key(begin, 60, 0, 100);
     key(begin, 62, 300, 400);
@@ -205,6 +210,7 @@ TEST_F(live_follow, an_interrupt_ends_it_with_the_summary_and_every_note_ended) 
     const std::unique_ptr<process> p =
         brisolan({"follow", name, "--virtual", "keys", "--to-port", "peer", "--json"});
     ASSERT_TRUE(peer->send_midi_to("brisolan-01:keys")) << p->err();
+    sleep_ms(READY_MS);
     peer->send({0x90, 99, 100});
     peer->send({0x90, 60, 100});
     ASSERT_TRUE(holds_within(PATIENCE_MS, [&] { return !peer->heard().empty(); })) << p->err();
@@ -232,7 +238,7 @@ TEST_F(live_patch, notes_go_through_a_patch) {
     const std::unique_ptr<process> p =
         brisolan({"patch", file("through.kel"), "--virtual", "in", "--to-port", "peer"});
     ASSERT_TRUE(peer->send_midi_to("brisolan-01:in")) << p->err();
-    sleep_ms(200);
+    sleep_ms(READY_MS);
     peer->send({0x93, 70, 80});
     EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return peer->heard().size() == 1; })) << p->err();
     p->send(SIGTERM);

@@ -2,6 +2,7 @@
 // Test layer.
 #include "tests/desktop/x_screen.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include <unistd.h>
@@ -62,8 +63,15 @@ bool x_screen::has_window(const std::string& title) {
     return tool({"search", "--onlyvisible", "--name", title});
 }
 
+bool x_screen::has_menu() {
+    process p(folder, "menus", {"xdotool", "search", "--onlyvisible", "--name", "^$"});
+    p.wait(PATIENCE_MS);
+    const std::string windows = p.out(); // a line each
+    return std::count(windows.begin(), windows.end(), '\n') > 1;
+}
+
 bool x_screen::focus(const std::string& title, int ms) {
-    return holds_within(ms / 10, [&] {
+    return holds_within(ms, [&] {
         return tool({"search", "--onlyvisible", "--name", title, "windowfocus", "--sync"});
     });
 }

@@ -28,8 +28,10 @@ public:
     bool tool(const std::vector<std::string>& words);
 
     // Waits for a window whose title matches and gives it the keys. False when none comes.
-    bool focus(const std::string& title, int ms = 10'000);
+    bool focus(const std::string& title, int ms = PATIENCE_MS);
     bool has_window(const std::string& title);
+    // Whether a menu is open: a window without a title beside the screen itself.
+    bool has_menu();
 
     void key(const std::string& keys); // as xdotool names them, "ctrl+s"
     void type(const std::string& text);

@@ -2,6 +2,7 @@
 // Test layer. Used by the tests of the program and of live MIDI.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -44,7 +45,8 @@ template <class F> bool holds_within(int ms, F condition);
 void sleep_ms(int ms);
 
 template <class F> bool holds_within(int ms, F condition) {
-    for (int waited = 0; waited < ms; waited += 2) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (std::chrono::steady_clock::now() < end) {
         if (condition()) return true;
         sleep_ms(2);
     }
