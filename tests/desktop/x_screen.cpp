@@ -41,8 +41,8 @@ bool x_screen::start() {
     const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
     server = std::make_unique<process>(folder, "xvfb",
                                        std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
-                                                                size, "-noreset", "-nolisten", "tcp"});
-    // It writes its number once it answers.
+                                                                size, "-noreset", "-nolisten", "tcp", "-r"});
+    // It writes its number once it answers. "-r": a key that is down while the machine stands still types one letter.
     if (!holds_within(PATIENCE_MS, [this] { return server->out().find('\n') != std::string::npos; }))
         return false;
     const std::string number = server->out();
