@@ -204,8 +204,7 @@ void qt_desktop::tell_console() {
 void qt_desktop::look_after() {
     tell_console();
     if (behind.signal()) {
-        // Nobody is there to be asked: what was not saved is left in its copy.
-        for (qt_editor_window* window : windows) window->leave_copy();
+        leave_copies();
         qApp->exit(0);
         return;
     }
@@ -216,6 +215,10 @@ void qt_desktop::look_after() {
     }
     if (++looks % std::clamp(kept.value(COPY_SECONDS, USUAL_COPY_SECONDS).toInt(), 1, 60) != 0) return;
     for (qt_editor_window* window : windows) window->keep_copy();
+}
+
+void qt_desktop::leave_copies() {
+    for (qt_editor_window* window : windows) window->leave_copy();
 }
 
 bool qt_desktop::offer_copies() {
@@ -278,6 +281,16 @@ void while_starting(QtMsgType type, const QMessageLogContext&, const QString& te
     if (type == QtWarningMsg && text.contains(QStringLiteral("display"))) last_words = text;
 }
 
+qt_desktop* runs = nullptr;
+
+// When the screen goes, Qt ends the program from within. Nothing that runs beside may see its own end come then.
+void when_cut_off() {
+    if (!runs) return;
+    runs->leave_copies();
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 } // namespace
 
 int desktop_run(int argc, char** argv,
@@ -310,7 +323,10 @@ int desktop_run(int argc, char** argv,
         }
         // The window first: a synth takes its time.
         QTimer::singleShot(0, [&desktop] { desktop.devices().open(); });
+        runs = &desktop;
+        std::atexit(when_cut_off); // now: what Qt sets up before is still there then
         status = QApplication::exec();
+        runs = nullptr;
         qt_start_turns(-1, nullptr);
     }
     return status;

@@ -50,6 +50,8 @@ public:
     // What a person chose to play to and from; a choice that cannot be is said in every window's status line.
     qt_devices& devices() { return used; }
 
+    // Leaves what was not saved in copies, for when nobody is there to be asked.
+    void leave_copies();
     // Offers what a program that did not end as it should has left; true when a window came of it.
     bool offer_copies();
     qt_asks asks(); // for the windows of patches

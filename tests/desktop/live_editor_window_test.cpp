@@ -186,6 +186,23 @@ TEST_F(live_editor_window, a_signal_that_asks_to_end_leaves_what_was_not_saved_a
     EXPECT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
 }
 
+TEST_F(live_editor_window, a_screen_that_goes_leaves_what_was_not_saved_at_once) {
+    draw_one("one.kel");
+    editor->screen->key("ctrl+a");
+    editor->screen->key("Right");
+    editor->screen->stop();
+    EXPECT_EQ(editor->program->wait(PATIENCE_MS), 1) << editor->program->err();
+    EXPECT_EQ(copies(), 1U);
+    ASSERT_TRUE(editor->screen->start());
+    editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
+    ASSERT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
+    editor->screen->key("Return");
+    ASSERT_TRUE(editor->screen->focus("one.kel"));
+    editor->save_as("again.kel");
+    EXPECT_EQ(editor->list("again.kel")[0][TIME], MID_TIME + 50);
+    editor->quit();
+}
+
 TEST_F(live_editor_window, what_was_not_saved_is_offered_after_the_program_was_killed) {
     editor->set("files", "copy-seconds=1");
     draw_one("one.kel");

@@ -22,6 +22,7 @@ public:
 
     // Starts it; false when it does not answer.
     bool start();
+    void stop() { server.reset(); }
     bool runs() const { return server != nullptr; }
 
     // Runs xdotool with these words, to its end: true when it succeeded.
