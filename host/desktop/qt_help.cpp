@@ -103,8 +103,7 @@ void qt_show_help(QWidget* parent) {
     if (!page) {
         page = new QDialog(nullptr);
         page->setAttribute(Qt::WA_DeleteOnClose);
-        page->setAttribute(Qt::WA_QuitOnClose,
-                           false); // the program ends with its last document, help open or not
+        page->setAttribute(Qt::WA_QuitOnClose, false); // the program ends with its last document
         page->setWindowTitle(QStringLiteral("Keys and tools — brisolan"));
         auto* const text = new QTextBrowser(page);
         text->setAccessibleName(QStringLiteral("Keys and tools"));

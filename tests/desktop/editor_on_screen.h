@@ -34,8 +34,6 @@ public:
 
     // Waits until a menu is open, which takes the keys from then on; a failure fails the test.
     void wait_for_menu() const;
-    // Whether a window of this title is there, or comes soon.
-    bool has_window(const std::string& title);
 
     std::unique_ptr<x_screen> screen;
     std::unique_ptr<process> program;
