@@ -293,7 +293,8 @@ bool qt_score_view::track(Point* where) {
     tracking = false;
     if (!(QGuiApplication::mouseButtons() & pressed_button)) pressed = false;
     *where = to_screen(mapToGlobal(last));
-    return pressed && shown_window;
+    // Where the pointer still went before a release of the same turn counts: the release is the next turn's then.
+    return (pressed || last != before) && shown_window;
 }
 
 void qt_score_view::hover(Qt::KeyboardModifiers keys) {

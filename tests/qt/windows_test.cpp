@@ -285,6 +285,27 @@ TEST_F(windows_test, a_view_that_is_hidden_under_the_pressed_button_ends_the_dra
     EXPECT_EQ(score(*w)->dragkind, 0);
 }
 
+TEST_F(windows_test, a_drag_that_comes_all_at_once_with_its_release_still_counts) {
+    constexpr QPointF VEL_IN_LEGEND(234, 10);
+    qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
+    settle();
+    action(menu(*w, "Edit"), "Select all")->trigger();
+    qt_score_view& view = w->view();
+    const auto mouse = [&view](QEvent::Type type, QPointF at, Qt::MouseButtons held) {
+        QMouseEvent e(type, at, view.mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
+        QApplication::sendEvent(&view, &e);
+    };
+    const std::int32_t shown = score(*w)->params[PARAM_VEL].defvalue;
+    // The press does not return before its loop is over.
+    QTimer::singleShot(0, [&] {
+        mouse(QEvent::MouseMove, VEL_IN_LEGEND - QPointF(0, 5), Qt::LeftButton);
+        mouse(QEvent::MouseMove, VEL_IN_LEGEND - QPointF(0, 10), Qt::LeftButton);
+        mouse(QEvent::MouseButtonRelease, VEL_IN_LEGEND - QPointF(0, 10), Qt::NoButton);
+    });
+    mouse(QEvent::MouseButtonPress, VEL_IN_LEGEND, Qt::LeftButton);
+    EXPECT_EQ(score(*w)->events->vel, shown + 10);
+}
+
 TEST_F(windows_test, view_items_change_what_the_editor_shows) {
     qt_editor_window* const w = desktop->open_file(QString::fromStdString(example()));
     QMenu* const view = menu(*w, "View");
