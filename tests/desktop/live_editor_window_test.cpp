@@ -30,6 +30,10 @@ protected:
         editor->screen->drag({{MID_X, MID_Y}, {MID_X + 40, MID_Y}, {MID_X + 80, MID_Y}});
         editor->save_as(name, "ctrl+s");
     }
+    // Waits until the title tells that the file was changed.
+    void wait_for_change(const std::string& name) const {
+        EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return editor->screen->has_window(name + "\\*"); }));
+    }
     // Of unsaved scores, where the program keeps them.
     std::size_t copies() const {
         std::size_t n = 0;
@@ -179,6 +183,7 @@ TEST_F(live_editor_window, a_signal_that_asks_to_end_leaves_what_was_not_saved_a
     draw_one("one.kel");
     editor->screen->key("ctrl+a");
     editor->screen->key("Right");
+    wait_for_change("one.kel");
     editor->program->send(SIGTERM);
     EXPECT_EQ(editor->program->wait(PATIENCE_MS), 0) << editor->program->err();
     EXPECT_EQ(editor->list("one.kel")[0][TIME], MID_TIME);
@@ -190,6 +195,7 @@ TEST_F(live_editor_window, a_screen_that_goes_leaves_what_was_not_saved_at_once)
     draw_one("one.kel");
     editor->screen->key("ctrl+a");
     editor->screen->key("Right");
+    wait_for_change("one.kel");
     editor->screen->stop();
     EXPECT_EQ(editor->program->wait(PATIENCE_MS), 1) << editor->program->err();
     EXPECT_EQ(copies(), 1U);
