@@ -30,9 +30,23 @@ protected:
         editor->screen->drag({{MID_X, MID_Y}, {MID_X + 40, MID_Y}, {MID_X + 80, MID_Y}});
         editor->save_as(name, "ctrl+s");
     }
-    // Waits until the title tells that the file was changed.
-    void wait_for_change(const std::string& name) const {
-        EXPECT_TRUE(holds_within(PATIENCE_MS, [&] { return editor->screen->has_window(name + "\\*"); }));
+    // The same, and a step to the right that is not saved. Waits until the title tells of it.
+    void draw_one_and_move_it() {
+        draw_one("one.kel");
+        editor->screen->key("ctrl+a");
+        editor->screen->key("Right");
+        EXPECT_TRUE(holds_within(PATIENCE_MS, [this] { return editor->screen->has_window("one.kel\\*"); }));
+    }
+    // Starts the program again, which offers what it left, and takes it: the step to the right is there.
+    void take_back_what_was_left() {
+        editor->program =
+            std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
+        ASSERT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
+        editor->screen->key("Return");
+        ASSERT_TRUE(editor->screen->focus("one.kel"));
+        editor->save_as("again.kel");
+        EXPECT_EQ(editor->list("again.kel")[0][TIME], MID_TIME + 50);
+        editor->quit();
     }
     // Of unsaved scores, where the program keeps them.
     std::size_t copies() const {
@@ -180,40 +194,25 @@ TEST_F(live_editor_window, the_program_ends_with_its_last_document_though_the_he
 }
 
 TEST_F(live_editor_window, a_signal_that_asks_to_end_leaves_what_was_not_saved_at_once) {
-    draw_one("one.kel");
-    editor->screen->key("ctrl+a");
-    editor->screen->key("Right");
-    wait_for_change("one.kel");
+    draw_one_and_move_it();
     editor->program->send(SIGTERM);
     EXPECT_EQ(editor->program->wait(PATIENCE_MS), 0) << editor->program->err();
     EXPECT_EQ(editor->list("one.kel")[0][TIME], MID_TIME);
-    editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
-    EXPECT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
+    take_back_what_was_left();
 }
 
 TEST_F(live_editor_window, a_screen_that_goes_leaves_what_was_not_saved_at_once) {
-    draw_one("one.kel");
-    editor->screen->key("ctrl+a");
-    editor->screen->key("Right");
-    wait_for_change("one.kel");
+    draw_one_and_move_it();
     editor->screen->stop();
     EXPECT_EQ(editor->program->wait(PATIENCE_MS), 1) << editor->program->err();
     EXPECT_EQ(copies(), 1U);
     ASSERT_TRUE(editor->screen->start());
-    editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
-    ASSERT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
-    editor->screen->key("Return");
-    ASSERT_TRUE(editor->screen->focus("one.kel"));
-    editor->save_as("again.kel");
-    EXPECT_EQ(editor->list("again.kel")[0][TIME], MID_TIME + 50);
-    editor->quit();
+    take_back_what_was_left();
 }
 
 TEST_F(live_editor_window, what_was_not_saved_is_offered_after_the_program_was_killed) {
     editor->set("files", "copy-seconds=1");
-    draw_one("one.kel");
-    editor->screen->key("ctrl+a");
-    editor->screen->key("Right");
+    draw_one_and_move_it();
     // Copies are written each second here, else each half minute; that of a moment ago may lack the last change.
     ASSERT_TRUE(holds_within(PATIENCE_MS, [this] { return copies() == 1; }));
     sleep_ms(2500);
@@ -221,13 +220,7 @@ TEST_F(live_editor_window, what_was_not_saved_is_offered_after_the_program_was_k
     EXPECT_EQ(editor->program->wait(PATIENCE_MS), 128 + SIGKILL);
     EXPECT_EQ(editor->list("one.kel")[0][TIME], MID_TIME);
 
-    editor->program = std::make_unique<process>(folder, "editor", std::vector<std::string>{BRISOLAN_PROGRAM});
-    ASSERT_TRUE(editor->screen->focus("Unsaved scores")) << editor->program->err();
-    editor->screen->key("Return");
-    ASSERT_TRUE(editor->screen->focus("one.kel"));
-    editor->save_as("again.kel");
-    EXPECT_EQ(editor->list("again.kel")[0][TIME], MID_TIME + 50);
-    editor->quit();
+    take_back_what_was_left();
 
     editor->open({}, "Untitled");
     EXPECT_FALSE(editor->screen->has_window("Unsaved scores"));
